@@ -1,0 +1,48 @@
+#pragma once
+
+#include <concepts>
+#include <span>
+#include <string_view>
+#include <variant>
+
+#include "base/Integers.h"
+
+namespace rvf {
+
+class eString;
+
+/// One argument of a wide `printf`-style print: an integer, a floating number or a text. Texts are
+/// borrowed and must outlive the call.
+class FormatArgument {
+ public:
+  template <std::integral Integer>
+  explicit FormatArgument(Integer value) : value_(static_cast<i64>(value)) {}
+  explicit FormatArgument(f64 value) : value_(value) {}
+  explicit FormatArgument(const char16_t* text);
+  explicit FormatArgument(std::u16string_view text) : value_(text) {}
+  explicit FormatArgument(const eString& text);
+
+  /// The value as the conversion wants it; an argument of another kind counts as 0 or "".
+  [[nodiscard]] i64 integer() const;
+  [[nodiscard]] f64 floating() const;
+  [[nodiscard]] std::u16string_view text() const;
+
+ private:
+  std::variant<i64, f64, std::u16string_view> value_;
+};
+
+/// How many characters the result may take, told without measuring text arguments: what the first
+/// print is given as room.
+[[nodiscard]] i32 estimateFormattedLength(const char16_t* format,
+                                          std::span<const FormatArgument> arguments);
+
+/// Prints into `out`, terminator included in its size, and returns the length of the text. If the
+/// text does not fit, `out` holds what fits and the result is -1.
+///
+/// The conversions are those of the C library for wide text: `%ls` and `%s` (16-bit text), `%c`,
+/// `%d %i %u %x %X %o`, `%f %e %g`, with flags, width, precision, `*`, and the size prefixes h, l
+/// and I64. `l` is 32 bits wide, as it is where the formats come from.
+[[nodiscard]] i32 printBounded(std::span<char16_t> out, const char16_t* format,
+                               std::span<const FormatArgument> arguments);
+
+}  // namespace rvf

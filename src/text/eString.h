@@ -1,0 +1,151 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "base/Integers.h"
+#include "text/Format.h"
+
+namespace rvf {
+
+/// Reference-counted, copy-on-write string of 16-bit characters, one pointer wide.
+///
+/// The pointer names the first character of a buffer whose header (reference count, length,
+/// capacity) stands directly in front of the characters, in one allocation, so that a handle can be
+/// read as an ordinary zero-terminated text and held in records at the price of a pointer. It is
+/// never null: an empty string holds one shared static buffer that is never counted or freed.
+///
+/// Counts are not atomic: all copies of a string stay on one thread. Indexes are the caller's
+/// business where nothing else is said. Running out of memory throws std::bad_alloc.
+class eString {
+ public:
+  eString() noexcept;
+  eString(const eString& other);
+  eString(eString&& other) noexcept;
+  /// Widens each byte by sign extension (0xE9 becomes 0xFFE9): for literals and ASCII only, no code
+  /// page is consulted. Null counts as "".
+  explicit eString(const char* narrow);
+  /// Null counts as "".
+  eString(const char16_t* wide);
+  explicit eString(std::u16string_view wide);
+  /// `character` repeated; a count below 1 gives the empty string.
+  eString(char16_t character, i32 count);
+  ~eString();
+
+  eString& operator=(const eString& other);
+  eString& operator=(eString&& other) noexcept;
+
+  [[nodiscard]] const char16_t* c_str() const { return chars_; }
+  [[nodiscard]] i32 length() const { return header().length; }
+  [[nodiscard]] i32 capacity() const { return header().capacity; }
+  [[nodiscard]] bool isEmpty() const { return header().length == 0; }
+  /// All characters by their length, zero characters included.
+  [[nodiscard]] std::u16string_view view() const;
+  /// The characters up to the first zero character: what comparisons look at.
+  [[nodiscard]] std::u16string_view text() const;
+  /// Whether both handles share one buffer.
+  [[nodiscard]] bool sharesBufferWith(const eString& other) const { return chars_ == other.chars_; }
+
+  void Assign(const eString& other);
+  void Assign(const char16_t* wide);
+  /// Takes `length` characters, zero characters included. `wide` may point into this string.
+  void AssignCounted(i32 length, const char16_t* wide);
+
+  void Append(const eString& other);
+  void Append(const char16_t* wide);
+  void AppendChar(char16_t character);
+
+  /// Replaces the content with a wide `printf`-style print. `%ls` and `%s` take 16-bit text. A text
+  /// that outgrows the size estimate several times over is left cut.
+  template <class... Arguments>
+  void Format(const char16_t* format, const Arguments&... arguments) {
+    if constexpr (sizeof...(arguments) == 0) {
+      FormatList(format, {});
+    } else {
+      const FormatArgument list[] = {FormatArgument(arguments)...};
+      FormatList(format, list);
+    }
+  }
+
+  /// Makes the string empty. An already empty string keeps its allocation.
+  void Empty();
+
+  /// Makes the buffer unshared and large enough for `minimumCapacity` characters (0 asks only for a
+  /// writable one) and returns it. Write through it, then call ReleaseBuffer.
+  char16_t* GetBuffer(i32 minimumCapacity);
+  /// Ends the writing through GetBuffer: -1 takes the length of the zero-terminated content.
+  void ReleaseBuffer(i32 newLength);
+  /// Sets the length to `length` with an exact-size allocation where one is needed, and returns the
+  /// characters, whose content is undefined up to the terminator: for a text that is read straight
+  /// into the string.
+  char16_t* GetBufferSetLength(i32 length);
+  void SetAt(i32 index, char16_t character);
+
+  /// The index of `character` at or behind `start`, or -1.
+  [[nodiscard]] i32 Find(char16_t character, i32 start) const;
+  [[nodiscard]] eString Left(i32 count) const;
+  [[nodiscard]] eString Mid(i32 start, i32 count) const;
+  [[nodiscard]] eString Mid(i32 start) const;
+
+  /// Removes `count` characters and returns the old length. The count is not clamped: no more than
+  /// remain may be asked for.
+  i32 Delete(i32 index, i32 count);
+  /// An index above the length inserts nothing; one equal to it appends.
+  void Insert(i32 index, const char16_t* wide);
+  void Insert(i32 index, char16_t character);
+
+  /// A to Z only.
+  void MakeUpper();
+  void MakeLower();
+  /// Removes leading blanks. A leading tab stays, a trailing one goes (TrimRight): the option lines
+  /// and catalogue texts that exist rely on this difference.
+  void TrimLeft();
+  /// Removes trailing blanks and tabs.
+  void TrimRight();
+
+  /// Compares after lower-casing A to Z: -1, 0 or 1.
+  [[nodiscard]] int CompareNoCase(const char16_t* wide) const;
+
+  /// By code unit, up to the first zero character.
+  friend bool operator==(const eString& a, const eString& b) { return a.text() == b.text(); }
+  friend std::strong_ordering operator<=>(const eString& a, const eString& b) {
+    return a.text() <=> b.text();
+  }
+
+ private:
+  struct Header {
+    i32 refCount;
+    i32 length;
+    i32 capacity;
+  };
+  struct EmptyBuffer {
+    Header header;
+    char16_t terminator;
+  };
+  static_assert(sizeof(Header) == 12, "the header stands in front of the characters unpadded");
+
+  static EmptyBuffer sharedEmpty;
+
+  static Header& headerOf(char16_t* chars) {
+    return *reinterpret_cast<Header*>(reinterpret_cast<std::byte*>(chars) - sizeof(Header));
+  }
+  [[nodiscard]] Header& header() { return headerOf(chars_); }
+  [[nodiscard]] const Header& header() const { return headerOf(chars_); }
+
+  static char16_t* allocate(i32 capacity);
+  static void release(char16_t* chars) noexcept;
+  static bool isSharedEmpty(char16_t* chars) noexcept;
+
+  void EnsureWritable(i64 capacity);
+  void grow(i64 capacity);
+  void append(i32 count, const char16_t* wide);
+  void FormatList(const char16_t* format, std::span<const FormatArgument> arguments);
+
+  char16_t* chars_;
+};
+
+static_assert(sizeof(eString) == sizeof(void*), "records hold strings at the price of a pointer");
+
+}  // namespace rvf
