@@ -1,0 +1,228 @@
+#pragma once
+
+#include <array>
+#include <concepts>
+#include <deque>
+#include <span>
+#include <string_view>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+#include "base/Integers.h"
+#include "messages/MessageNumbers.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+class TextSink;
+
+/// Severity letters of the catalogue.
+namespace severity {
+constexpr char16_t kInformation = u'I';
+constexpr char16_t kWarning = u'W';
+constexpr char16_t kError = u'E';
+constexpr char16_t kSevere = u'S';
+}  // namespace severity
+
+/// The levels of the tally. From kSevere on the run has failed.
+namespace severity_level {
+constexpr i32 kWarning = 4;
+constexpr i32 kError = 8;
+constexpr i32 kSevere = 12;
+}  // namespace severity_level
+
+/// Argument texts that an entry holds, and that a call may give.
+constexpr int kArgumentSlots = 8;
+constexpr int kMostCallArguments = 6;
+
+/// One message on its way from the call to the report.
+struct MessageEntry {
+  MessageNumber number{};
+  char16_t severity = 0;
+  eString text;  // the finished line
+  eString secondText;
+  std::array<i32, kArgumentSlots> argumentPositions{};
+  std::array<eString, kArgumentSlots> arguments;
+  i32 location = 0;  // input record position, valid with hasLocation
+  bool hasLocation = false;
+  eString locationName;
+};
+
+/// A change to one message of the catalogue, applied at the flush.
+struct MessageOverride {
+  MessageNumber number{};
+  char16_t severity = 0;  // one of the severity letters, or 0 to leave it
+  i32 firstValue = 0;
+  i32 limit = 0;
+  bool hidden = false;
+};
+
+/// What has been written so far, by severity.
+struct MessageTally {
+  i32 highestSeverity = 0;  // only rises
+  i32 exitOverride = 0;     // the exit value of the last severe message that has one
+  i32 sectionSeverity = 0;  // a second high-water mark, for a caller that clears it
+  i32 stopLevel = 3;        // which severities raise stopFlag: 0 W E S, 1 E S, 2 S, 3 none
+  bool stopFlag = false;
+  i32 severeCount = 0;
+  i32 errorCount = 0;  // severe messages count here too
+  i32 warningCount = 0;
+
+  /// What decides over the run: exitOverride when there is one, else highestSeverity.
+  [[nodiscard]] i32 effectiveSeverity() const {
+    return exitOverride != 0 ? exitOverride : highestSeverity;
+  }
+};
+
+/// One argument of a call: a text or a number. Texts are borrowed for the call; a null text counts
+/// as absent.
+class MessageArgument {
+ public:
+  explicit MessageArgument(const char16_t* text) : value_(text) {}
+  explicit MessageArgument(const eString& text) : value_(text.c_str()) {}
+  template <std::integral Integer>
+  explicit MessageArgument(Integer value) : value_(static_cast<i32>(value)) {}
+  explicit MessageArgument(f64 value) : value_(value) {}
+
+  [[nodiscard]] bool isText() const { return std::holds_alternative<const char16_t*>(value_); }
+  [[nodiscard]] bool isAbsent() const {
+    return isText() && std::get<const char16_t*>(value_) == nullptr;
+  }
+  /// The argument as the line shows it.
+  [[nodiscard]] eString asText() const;
+
+ private:
+  std::variant<const char16_t*, i32, f64> value_;
+};
+
+/// What stands behind the reporter once the catalogue is there: it finds the texts, builds and
+/// writes the lines, and tallies them. The layers below know the reporter only.
+class MessageBackEnd {
+ public:
+  virtual ~MessageBackEnd() = default;
+  /// Whether the catalogue is loaded. Until then every call is held.
+  [[nodiscard]] virtual bool isLoaded() const = 0;
+  /// Counts the occurrence and tells whether the message is to be written.
+  [[nodiscard]] virtual bool passesFilter(MessageNumber number) = 0;
+  /// Builds, emits and tallies one message of `argumentCount` arguments, absent ones included.
+  virtual void write(MessageEntry& entry, int argumentCount) = 0;
+  /// Loads the catalogue if needed and writes the pending entries in the order of their calls.
+  virtual bool flush(std::deque<MessageEntry>& pending) = 0;
+};
+
+namespace detail {
+
+/// The letter of an argument in the list of forms: t text, i integer, f floating.
+template <class T>
+constexpr char argumentLetter() {
+  if constexpr (std::floating_point<T>) {
+    return 'f';
+  } else {
+    return std::integral<T> ? 'i' : 't';
+  }
+}
+
+/// The argument forms that the messages of the catalogue are written for.
+constexpr std::string_view kReportForms[] = {
+    "",       "t",      "i",                                                      // none, one
+    "tt",     "ii",     "it",     "ti",                                           // two
+    "ttt",    "iii",    "iit",    "itt",    "iti",  "tti",  "tit", "tii", "tif",  // three
+    "tttt",   "iiii",   "ittt",   "ttii",   "tiit", "tiii",                       // four
+    "ttttt",  "itttt",  "tiiii",                                                  // five
+    "tttttt", "ittttt", "ittiii", "tiiiii",                                       // six
+};
+
+constexpr bool isReportForm(std::string_view form) {
+  for (const std::string_view known : kReportForms) {
+    if (known == form) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace detail
+
+/// The one road of every failure and notice: code anywhere gives a number and its arguments and
+/// goes on. Calls are held until a sink is attached and the catalogue is loaded, which
+/// FlushMessages does once, after the comparison.
+class MessageReporter {
+ public:
+  /// Reports a message; the forms of arguments are those of kReportForms, any other does not build.
+  /// Returns 1 when the call was taken (held, written or dropped by the filter), 0 when muted.
+  template <class... Arguments>
+  i32 Report(MessageNumber number, const Arguments&... arguments) {
+    constexpr char kForm[] = {detail::argumentLetter<std::decay_t<Arguments>>()..., 0};
+    static_assert(detail::isReportForm(kForm), "no message has arguments of this form");
+    if constexpr (sizeof...(arguments) == 0) {
+      return take(number, {});
+    } else {
+      const MessageArgument list[] = {MessageArgument(arguments)...};
+      return take(number, list);
+    }
+  }
+
+  /// Writes all pending messages. The driver calls it once, before the report is closed. Returns
+  /// whether the last line could be built; without a back end nothing happens.
+  bool FlushMessages();
+
+  /// From now on lines go to `sink`, which stays the caller's.
+  void AttachReportSink(TextSink* sink);
+  /// The report is closed: further calls are held and never written.
+  void detachReportSink() { reportSink = nullptr; }
+
+  /// `backEnd` stays the caller's; null detaches it.
+  void attachBackEnd(MessageBackEnd* backEnd) { backEnd_ = backEnd; }
+
+  /// The position that the following messages carry.
+  void setLocation(i32 location, const eString& name);
+  void clearLocation() { hasLocation_ = false; }
+
+  [[nodiscard]] const std::deque<MessageEntry>& pending() const { return pending_; }
+  [[nodiscard]] i32 callCount() const { return callCount_; }
+  [[nodiscard]] i32 messageCount() const { return messageCount_; }
+
+  // What the back end reads and keeps up to date.
+  MessageTally tally;
+  std::vector<MessageEntry> storedMessages;  // finished lines while directOutput is off
+  std::vector<MessageOverride> overrides;
+  i32 levelFilter = 0;  // 1 drops I but for kInformation; 2 and up also W
+  bool reportingDisabled = false;
+  bool directOutput = true;            // a finished line goes straight to the sink
+  bool heldOutput = true;              // until a sink is attached
+  bool timePrefix = false;             // no option sets it
+  bool structuredForm = false;         // no option sets it
+  TextSink* reportSink = nullptr;      // not owned
+  TextSink* structuredSink = nullptr;  // not owned
+
+ private:
+  i32 take(MessageNumber number, std::span<const MessageArgument> arguments);
+  [[nodiscard]] bool mustHold() const;
+  [[nodiscard]] MessageEntry makeEntry(MessageNumber number,
+                                       std::span<const MessageArgument> arguments) const;
+
+  MessageBackEnd* backEnd_ = nullptr;
+  std::deque<MessageEntry> pending_;
+  i32 callCount_ = 0;
+  i32 messageCount_ = 0;
+  i32 location_ = 0;
+  bool hasLocation_ = false;
+  eString locationName_;
+};
+
+extern MessageReporter messageReporter;
+
+/// While nonzero every call returns 0 at once: set around a step whose failures do not count, such
+/// as a measuring pass.
+inline i32 muteAllMessages = 0;
+/// While nonzero only the first occurrence of each message is written.
+inline i32 onlyFirstOccurrence = 0;
+
+/// messageReporter.Report, for short.
+template <class... Arguments>
+i32 Report(MessageNumber number, const Arguments&... arguments) {
+  return messageReporter.Report(number, arguments...);
+}
+
+}  // namespace rvf
