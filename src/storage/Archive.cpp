@@ -1,0 +1,333 @@
+#include "storage/Archive.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+
+#include "messages/MessageReporter.h"
+#include "text/NativeText.h"
+
+namespace rvf {
+
+namespace {
+
+// The forms of a string's count. 0xFFFE is no count: behind 0xFF it is the wide marker.
+constexpr u8 kLongerLength = 0xFF;
+constexpr u16 kWideMarker = 0xFFFE;
+constexpr u16 kLongestLength = 0xFFFF;
+constexpr i32 kShortForms = 255;     // counts below have one byte
+constexpr i32 kMiddleForms = 65534;  // counts below have three bytes, from here on seven
+constexpr i64 kMarkerFound = -1;
+
+std::size_t asSize(i64 count) { return static_cast<std::size_t>(count); }
+
+}  // namespace
+
+eArchive::eArchive(FileObject& file, Mode mode, i32 bufferSize, bool flushEachWrite)
+    : bufferSize_(bufferSize),
+      mode_(mode),
+      name_(file.name()),
+      stream_(file.stream()),
+      file_(&file),
+      flushEachWrite_(flushEachWrite),
+      buffer_(new std::byte[asSize(bufferSize) + kTailRoom]()) {
+  // A loading archive starts with a buffer that is used up, so that the first access fills it.
+  bufferEnd_ = bufferStart() + bufferSize_;
+  cursor_ = isLoading() ? bufferEnd_ : bufferStart();
+  if (isLoading()) {
+    // Offsets have 32 bits, so what lies behind the last of them is out of reach.
+    fileLength_ = std::min<i64>(file.GetLength(), std::numeric_limits<i32>::max());
+    loadPosition_ = file.Tell();
+  }
+}
+
+eArchive::eArchive(i32 bufferSize)
+    : bufferSize_(bufferSize),
+      mode_(Mode::kStore),
+      buffer_(new std::byte[asSize(bufferSize) + kTailRoom]()) {
+  bufferEnd_ = bufferStart() + bufferSize_;
+  cursor_ = bufferStart();
+}
+
+eArchive::~eArchive() {
+  if (file_ != nullptr) {
+    eArchive::Flush();
+  }
+}
+
+i32 eArchive::readPhysical(std::byte* destination, i32 count) {
+  if (readError_ || file_ == nullptr) {
+    return 0;
+  }
+  i32 got = 0;
+  if (stream_ == nullptr) {
+    got = file_->Read(destination, count);
+    readError_ = file_->errorState();
+  } else {
+    errno = 0;
+    got = static_cast<i32>(std::fread(destination, 1, asSize(count), stream_));
+    readError_ = got < count && std::ferror(stream_) != 0;
+    if (readError_) {
+      Report(MessageNumber::kFileReadFailed, count, name_, systemErrorText(errno));
+    }
+  }
+  failed_ = failed_ || readError_;
+  return got;
+}
+
+void eArchive::Fill(i32 needed) {
+  const i64 tail = unread();
+  if (tail > 0) {
+    std::memmove(bufferStart(), cursor_, asSize(tail));
+  }
+  const i32 got = readPhysical(bufferStart() + tail, bufferSize_);
+  cursor_ = bufferStart();
+  if (got == 0) {
+    failed_ = true;
+    return;
+  }
+  loadPosition_ += got;
+  bufferEnd_ = bufferStart() + tail + got;
+  if (tail + got < needed) {
+    MarkDamaged();
+  }
+}
+
+i32 eArchive::ReadRaw(void* destination, i32 count) {
+  auto* out = static_cast<std::byte*>(destination);
+  i32 remaining = std::max(count, 0);
+  while (remaining > 0) {
+    const auto taken = static_cast<i32>(std::min<i64>(unread(), remaining));
+    if (taken > 0) {
+      std::memcpy(out, cursor_, asSize(taken));
+      cursor_ += taken;
+      out += taken;
+      remaining -= taken;
+      continue;
+    }
+    const i32 got = readPhysical(bufferStart(), bufferSize_);
+    loadPosition_ += got;
+    cursor_ = bufferStart();
+    bufferEnd_ = bufferStart() + got;
+    if (got == 0) {
+      break;
+    }
+  }
+  return std::max(count, 0) - remaining;
+}
+
+bool eArchive::ReadWhole(void* destination, i32 count) {
+  if (ReadRaw(destination, count) == std::max(count, 0)) {
+    return true;
+  }
+  failed_ = true;
+  return false;
+}
+
+void eArchive::Skip(i32 count) {
+  for (i32 remaining = count; remaining > 0;) {
+    if (unread() == 0) {
+      Fill(1);
+      if (failed_) {
+        return;
+      }
+    }
+    const auto taken = static_cast<i32>(std::min<i64>(unread(), remaining));
+    cursor_ += taken;
+    remaining -= taken;
+  }
+}
+
+void eArchive::WriteRaw(const void* source, i64 count) {
+  const auto* in = static_cast<const std::byte*>(source);
+  for (i64 remaining = count; remaining > 0 && !failed_;) {
+    if (cursor_ == bufferEnd_) {
+      Flush();
+    }
+    const i64 taken = std::min<i64>(bufferEnd_ - cursor_, remaining);
+    std::memcpy(cursor_, in, asSize(taken));
+    cursor_ += taken;
+    in += taken;
+    remaining -= taken;
+  }
+}
+
+void eArchive::writePhysical(i32 count) {
+  if (stream_ == nullptr) {
+    file_->Write(bufferStart(), count);
+    failed_ = failed_ || file_->errorState();
+    storeCount_ += count;
+    return;
+  }
+  errno = 0;
+  const std::size_t written = std::fwrite(bufferStart(), 1, asSize(count), stream_);
+  storeCount_ += static_cast<i64>(written);
+  const bool flushed = !flushEachWrite_ || std::fflush(stream_) == 0;
+  if (written < asSize(count) || !flushed) {
+    Report(MessageNumber::kArchiveWriteFailed, name_, systemErrorText(errno), count);
+    failed_ = true;
+  }
+}
+
+void eArchive::Flush() {
+  if (file_ == nullptr || isLoading() || failed_ || cursor_ == bufferStart()) {
+    return;
+  }
+  writePhysical(static_cast<i32>(cursor_ - bufferStart()));
+  cursor_ = bufferStart();
+}
+
+void eArchive::Close() {
+  Flush();
+  stream_ = nullptr;
+  file_ = nullptr;
+  loadPosition_ = 0;
+}
+
+i32 eArchive::Seek(i32 offset) {
+  if (file_ == nullptr) {
+    return -1;
+  }
+  if (isLoading()) {
+    loadPosition_ = offset;
+    cursor_ = bufferStart();
+    bufferEnd_ = bufferStart();
+  } else {
+    Flush();
+    storeCount_ = offset;
+  }
+  const i32 reached = file_->Seek(offset, SeekOrigin::kStart);
+  if (reached != offset) {
+    failed_ = true;
+  }
+  return reached;
+}
+
+i32 eArchive::GetPosition() {
+  if (isLoading()) {
+    return static_cast<i32>(loadPosition_ - unread());
+  }
+  if (stream_ != nullptr) {
+    Flush();
+    return static_cast<i32>(storeCount_);
+  }
+  const i64 base = file_ == nullptr ? storeCount_ : file_->Tell();
+  return static_cast<i32>(base + (cursor_ - bufferStart()));
+}
+
+i32 eArchive::CheckedCount(i64 count, i32 smallestItem) {
+  if (count <= 0 || failed_) {
+    return 0;
+  }
+  if (count > std::numeric_limits<i32>::max() || count > BytesLeft() / smallestItem) {
+    MarkDamaged();
+    return 0;
+  }
+  return static_cast<i32>(count);
+}
+
+void eArchive::MarkDamaged() {
+  failed_ = true;
+  if (!damageReported_) {
+    damageReported_ = Report(MessageNumber::kArchiveDamaged, u"Exception in eArchive class.") != 0;
+  }
+}
+
+// -1 stands for the wide marker; a count of the file is 0 or more, or the failed reading of one.
+i64 eArchive::ReadLength() {
+  const u8 shortForm = ReadU8();
+  if (shortForm != kLongerLength) {
+    return shortForm;
+  }
+  const u16 middleForm = ReadU16();
+  if (middleForm == kWideMarker) {
+    return kMarkerFound;
+  }
+  return middleForm == kLongestLength ? std::max(ReadI32(), 0) : middleForm;
+}
+
+void eArchive::WriteLength(i32 length) {
+  if (length < kShortForms) {
+    WriteU8(static_cast<u8>(length));
+    return;
+  }
+  WriteU8(kLongerLength);
+  if (length < kMiddleForms) {
+    WriteU16(static_cast<u16>(length));
+    return;
+  }
+  WriteU16(kLongestLength);
+  WriteI32(length);
+}
+
+void eArchive::ReadString(eString& target) {
+  const i64 count = ReadLength();
+  if (count == kMarkerFound) {
+    readMarkedString(target, ReadLength());
+  } else {
+    readUnmarkedString(target, count);
+  }
+}
+
+void eArchive::readMarkedString(eString& target, i64 storedCount) {
+  const i32 count = CheckedCount(storedCount, sizeof(char16_t));
+  if (failed_) {
+    return;
+  }
+  const i32 byteCount = count * static_cast<i32>(sizeof(char16_t));
+  if (wideStrings_) {
+    ReadWhole(target.GetBufferSetLength(count), byteCount);
+    return;
+  }
+  // A narrow file ends a text at its first zero character, and keeps the old one on a short read.
+  eString text;
+  if (ReadWhole(text.GetBufferSetLength(count), byteCount)) {
+    const auto length = static_cast<i32>(text.text().size());
+    target.AssignCounted(length, text.c_str());
+  }
+}
+
+void eArchive::readUnmarkedString(eString& target, i64 storedCount) {
+  const i32 count = CheckedCount(storedCount, 1);
+  if (failed_) {
+    return;
+  }
+  if (wideStrings_) {
+    char16_t* chars = target.GetBufferSetLength(count);
+    std::fill_n(chars, count, u'\0');
+    ReadWhole(chars, count);
+    return;
+  }
+  scratch_.resize(asSize(count));
+  if (!ReadWhole(scratch_.data(), count)) {
+    return;
+  }
+  const auto end = std::find(scratch_.begin(), scratch_.end(), u8{0});
+  const auto length = static_cast<i32>(end - scratch_.begin());
+  std::copy(scratch_.begin(), end, target.GetBufferSetLength(length));
+}
+
+void eArchive::WriteString(const eString& text) {
+  if (wideStrings_) {
+    WriteU8(kLongerLength);
+    WriteU16(kWideMarker);
+  }
+  // Without wide strings the characters still have two bytes each and no marker, a form that
+  // nothing reads back. It stays so: everything that is stored is stored wide.
+  WriteLength(text.length());
+  WriteRaw(text.c_str(), i64{text.length()} * static_cast<i64>(sizeof(char16_t)));
+}
+
+i64 eCountingArchive::CountedBytes() {
+  Flush();
+  return storeCount_;
+}
+
+void eCountingArchive::Flush() {
+  writePhysical(static_cast<i32>(cursor_ - bufferStart()));
+  cursor_ = bufferStart();
+}
+
+void eCountingArchive::writePhysical(i32 count) { storeCount_ += count; }
+
+}  // namespace rvf

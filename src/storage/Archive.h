@@ -1,0 +1,174 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "base/Integers.h"
+#include "storage/FileObject.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+/// The buffered, typed stream through which every binary file goes: fixed-width little-endian
+/// integers, raw bytes, strings, versioned records (RecordFrame.h). One archive lives as long as
+/// one pass over a file object, which it does not own and which outlives it.
+///
+/// Trouble sets `failed`, which never clears, and no exception leaves an archive. A failed archive
+/// drops what is stored, but loads go on and deliver stale bytes of the buffer: a reader tests
+/// `failed` before it goes on to its next item, and lets every count that it reads pass through
+/// CheckedCount before it makes room for what is counted.
+class eArchive {
+ public:
+  enum class Mode : u32 { kStore = 0, kLoad = 1 };
+
+  /// The buffer of the files of a run, and the one for measuring and putting together sections.
+  static constexpr i32 kFileBufferSize = 65536;
+  static constexpr i32 kSectionBufferSize = 4096;
+
+  /// Works from the file's position on. With `flushEachWrite` the stream is flushed after every
+  /// physical write.
+  eArchive(FileObject& file, Mode mode, i32 bufferSize, bool flushEachWrite = false);
+  eArchive(const eArchive&) = delete;
+  eArchive& operator=(const eArchive&) = delete;
+  /// Closes an archive that is still attached to its file.
+  virtual ~eArchive();
+
+  [[nodiscard]] bool isLoading() const { return mode_ == Mode::kLoad; }
+  [[nodiscard]] bool failed() const { return failed_; }
+  [[nodiscard]] const eString& name() const { return name_; }
+
+  /// Whether text has two bytes a character. On after construction.
+  [[nodiscard]] bool wideStrings() const { return wideStrings_; }
+  void setWideStrings(bool wide) { wideStrings_ = wide; }
+
+  [[nodiscard]] u8 ReadU8() { return load<u8>(); }
+  [[nodiscard]] u16 ReadU16() { return load<u16>(); }
+  [[nodiscard]] i16 ReadI16() { return load<i16>(); }
+  [[nodiscard]] i32 ReadI32() { return load<i32>(); }
+  [[nodiscard]] u32 ReadU32() { return load<u32>(); }
+  [[nodiscard]] i64 ReadI64() { return load<i64>(); }
+  [[nodiscard]] f64 ReadF64() { return load<f64>(); }
+
+  void WriteU8(u8 value) { store(value); }
+  void WriteU16(u16 value) { store(value); }
+  void WriteI16(i16 value) { store(value); }
+  void WriteI32(i32 value) { store(value); }
+  void WriteU32(u32 value) { store(value); }
+  void WriteI64(i64 value) { store(value); }
+  void WriteF64(f64 value) { store(value); }
+
+  /// Returns how many bytes it delivered: a short count is the caller's to test.
+  [[nodiscard]] i32 ReadRaw(void* destination, i32 count);
+  /// ReadRaw for a stretch that has to be there: a short one sets `failed`.
+  bool ReadWhole(void* destination, i32 count);
+  /// Passes over `count` bytes; too few of them set `failed`.
+  void Skip(i32 count);
+  void WriteRaw(const void* source, i64 count);
+
+  /// A string is a count and the characters, behind the marker FF FE FF if they have two bytes
+  /// each. An unmarked string in a file of wide text arrives packed into the front of the
+  /// characters: not usable as text, but compared as it is.
+  void ReadString(eString& target);
+  void WriteString(const eString& text);
+
+  /// To an absolute offset. Returns it, or -1 when the file refuses (reported). Keeps `failed`.
+  i32 Seek(i32 offset);
+  [[nodiscard]] i32 GetPosition();
+  /// Writes the buffer out. Reports kArchiveWriteFailed and sets `failed` when bytes are lost.
+  virtual void Flush();
+  /// Flushes and lets go of the file, which stays open.
+  void Close();
+
+  /// Bytes between the position and the end of the file, as long as at the start of the archive.
+  [[nodiscard]] i64 BytesLeft() const { return fileLength_ - loadPosition_ + unread(); }
+  /// The number of items to read for a count found in the file: a negative one is 0, and so is one
+  /// that cannot fit into the bytes left at `smallestItem` bytes each, which is damage.
+  [[nodiscard]] i32 CheckedCount(i64 count, i32 smallestItem);
+  /// The bytes cannot be what was written: sets `failed` and reports kArchiveDamaged, once for this
+  /// archive.
+  void MarkDamaged();
+  /// Sets `failed` and nothing else.
+  void MarkFailed() { failed_ = true; }
+
+ protected:
+  /// An archive without a file, for the measuring pass.
+  explicit eArchive(i32 bufferSize);
+
+  /// Writes `count` bytes of the buffer physically.
+  virtual void writePhysical(i32 count);
+
+  [[nodiscard]] std::byte* bufferStart() { return buffer_.get(); }
+
+  i64 storeCount_ = 0;  // bytes physically written, set afresh by Seek
+  i32 bufferSize_;
+  std::byte* cursor_;
+  std::byte* bufferEnd_;
+
+ private:
+  // The tail that a refill carries over is at most a primitive's size.
+  static constexpr i32 kTailRoom = 16;
+
+  template <class T>
+  T load() {
+    if (bufferEnd_ - cursor_ < static_cast<std::ptrdiff_t>(sizeof(T))) [[unlikely]] {
+      Fill(sizeof(T));
+    }
+    T value;
+    std::memcpy(&value, cursor_, sizeof(T));
+    cursor_ += sizeof(T);
+    return value;
+  }
+
+  template <class T>
+  void store(T value) {
+    if (failed_) {
+      return;
+    }
+    if (bufferEnd_ - cursor_ < static_cast<std::ptrdiff_t>(sizeof(T))) [[unlikely]] {
+      Flush();
+    }
+    std::memcpy(cursor_, &value, sizeof(T));
+    cursor_ += sizeof(T);
+  }
+
+  void Fill(i32 needed);
+  [[nodiscard]] i32 readPhysical(std::byte* destination, i32 count);
+  [[nodiscard]] i64 unread() const { return cursor_ < bufferEnd_ ? bufferEnd_ - cursor_ : 0; }
+  [[nodiscard]] i64 ReadLength();
+  void WriteLength(i32 length);
+  void readMarkedString(eString& target, i64 storedCount);
+  void readUnmarkedString(eString& target, i64 storedCount);
+
+  bool wideStrings_ = true;
+  Mode mode_;
+  eString name_;
+  std::FILE* stream_ = nullptr;  // the file object's, used directly where there is one
+  FileObject* file_ = nullptr;   // not owned
+  bool flushEachWrite_ = false;
+  std::unique_ptr<std::byte[]> buffer_;
+  i64 loadPosition_ = 0;  // file offset that corresponds to bufferEnd_
+  i64 fileLength_ = 0;
+  bool failed_ = false;
+  bool damageReported_ = false;
+  bool readError_ = false;  // the system refused a read: no further one is tried
+  std::vector<u8> scratch_;
+};
+
+/// Counts what is stored into it: how long a section will be before its bytes go out. It has no
+/// file.
+class eCountingArchive final : public eArchive {
+ public:
+  eCountingArchive() : eArchive(kSectionBufferSize) {}
+  /// The bytes stored so far. Flushes.
+  [[nodiscard]] i64 CountedBytes();
+
+  void Flush() override;
+
+ protected:
+  void writePhysical(i32 count) override;
+};
+
+}  // namespace rvf

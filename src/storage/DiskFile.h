@@ -1,0 +1,40 @@
+#pragma once
+
+#include "storage/FileObject.h"
+
+namespace rvf {
+
+/// A file on disk, through a stdio stream.
+class eDiskFile final : public FileObject {
+ public:
+  eDiskFile() = default;
+  /// Closes a file that is still open; a failing close is reported.
+  ~eDiskFile() override;
+
+  [[nodiscard]] bool IsMemory() const override { return false; }
+  [[nodiscard]] i64 GetLength() override;
+  [[nodiscard]] i32 Tell() override;
+  i32 GetPos(i64& position) override;
+  i32 SetPos(i64 position) override;
+  /// A file on disk has the length of what was written.
+  void SetLength(i32) override {}
+  /// A directory is refused with EISDIR before anything is opened.
+  [[nodiscard]] bool Open(const eString& path, i32 flags, bool isText) override;
+  /// Returns 1 when all bytes were written, else 0: items, not bytes. Reports kFileWriteFailed.
+  i32 Write(const void* source, i32 count) override;
+  /// Reports kFileSeekFailed.
+  i32 Seek(i32 offset, SeekOrigin origin) override;
+  /// Reports kFileReadFailed for an error, not for the end of the file.
+  i32 Read(void* destination, i32 count) override;
+  /// Reports kFileNotOpen for a file that is closed already and kFileCloseFailed when buffered
+  /// bytes were lost. The file counts as closed either way.
+  void Close() override;
+  [[nodiscard]] std::FILE* stream() const override { return stream_; }
+
+ private:
+  void closeStream();
+
+  std::FILE* stream_ = nullptr;
+};
+
+}  // namespace rvf

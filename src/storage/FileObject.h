@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdio>
+
+#include "base/Integers.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+/// Where an offset of Seek counts from.
+enum class SeekOrigin : i32 { kStart = 0, kCurrent = 1, kEnd = 2 };
+
+/// How a file is opened.
+namespace open_flags {
+constexpr i32 kRead = 0;
+constexpr i32 kWrite = 1;
+constexpr i32 kReadWrite = 2;
+constexpr i32 kAccessMask = 0xF;
+constexpr i32 kCreate = 0x1000;  // creates or empties, whatever the access says
+constexpr i32 kAppend = 0x2000;  // with kCreate: keeps the content and writes behind it
+/// Every read and write goes to the system as it is: for the files of an archive, which brings a
+/// buffer of its own, so that a failing write is told where it happens.
+constexpr i32 kUnbuffered = 0x10000;
+}  // namespace open_flags
+
+/// One interface over a file on disk and a block of memory. Offsets are signed 32-bit values, so a
+/// file beyond 2147483647 bytes cannot be addressed. Failures are reported by number, as each
+/// operation says, and set errorState.
+class FileObject {
+ public:
+  FileObject() = default;
+  FileObject(const FileObject&) = delete;
+  FileObject& operator=(const FileObject&) = delete;
+  virtual ~FileObject() = default;
+
+  [[nodiscard]] virtual bool IsMemory() const = 0;
+  /// Bytes in the file; the position stays where it is. -1 when that cannot be told.
+  [[nodiscard]] virtual i64 GetLength() = 0;
+  [[nodiscard]] virtual i32 Tell() = 0;
+  /// The position in 64 bits; -1 when the file is not open.
+  virtual i32 GetPos(i64& position) = 0;
+  virtual i32 SetPos(i64 position) = 0;
+  virtual void SetLength(i32 size) = 0;
+  /// Returns whether the file is open now. A failure leaves the reason in errno and reports
+  /// nothing: what it means is the caller's affair.
+  [[nodiscard]] virtual bool Open(const eString& path, i32 flags, bool isText) = 0;
+  /// Returns what the kind of file says (see there); errorState tells whether it failed.
+  virtual i32 Write(const void* source, i32 count) = 0;
+  /// Returns the new position, or -1.
+  virtual i32 Seek(i32 offset, SeekOrigin origin) = 0;
+  /// Returns the bytes read: fewer than asked for at the end of the file, or on an error.
+  virtual i32 Read(void* destination, i32 count) = 0;
+  virtual void Close() = 0;
+  /// The stdio stream under the file, for an archive that works on it directly; null without one.
+  [[nodiscard]] virtual std::FILE* stream() const { return nullptr; }
+
+  /// The path, for messages.
+  [[nodiscard]] const eString& name() const { return name_; }
+  [[nodiscard]] bool isOpen() const { return isOpen_; }
+  [[nodiscard]] bool errorState() const { return errorState_; }
+  [[nodiscard]] bool atEnd() const { return atEnd_; }
+
+ protected:
+  eString name_;
+  bool isOpen_ = false;
+  bool errorState_ = false;  // the last operation failed
+  bool atEnd_ = false;       // the last read reached the end of the file
+};
+
+}  // namespace rvf

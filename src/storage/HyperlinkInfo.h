@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+
+#include "base/Integers.h"
+#include "storage/Archive.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+/// Link information that a draw part carries beside its own fields.
+class HyperlinkInfo {
+ public:
+  HyperlinkInfo() = default;
+  /// The copy has its own text, with length and capacity worked out afresh.
+  HyperlinkInfo(const HyperlinkInfo& other);
+  HyperlinkInfo& operator=(const HyperlinkInfo& other);
+
+  /// Reads the tagged form, or writes it: the archive's mode decides. A tag above the limit ends
+  /// the process; everything else that is wrong is left in the archive's `failed`.
+  void read(eArchive& archive);
+  /// Reads the form without tag of draw parts below version 138, whose `version` decides how many
+  /// bytes the text has. Does nothing on a storing archive.
+  void readOldForm(eArchive& archive, i32 version);
+
+  i32 linkValue1 = 0;
+  i32 linkValue2 = 0;
+  i32 linkValue3 = 0;
+  std::unique_ptr<char16_t[]> text;  // null without text, else zero-terminated at textLength
+  u16 textLength = 0;
+  u16 textCapacity = 0;  // terminator included
+  eString firstLabel;    // empty in the old form
+  eString secondLabel;
+  i32 reservedA = 0;  // not on disk
+  i32 reservedB = 0;
+
+ private:
+  /// Makes room for textLength characters, or for `minimumLength` if that is more.
+  void reserveText(i32 minimumLength);
+  void load(eArchive& archive);
+  void store(eArchive& archive) const;
+  void loadFixedFields(eArchive& archive);
+};
+
+}  // namespace rvf
