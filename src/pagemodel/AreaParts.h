@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "pagemodel/DrawPart.h"
+#include "pagemodel/NameValue.h"
+#include "storage/Archive.h"
+
+namespace rvf {
+
+// CLICKAREA, HYPERLINKAREA and SIGNATUREFIELD.
+//
+// Payloads: the url of a HYPERLINKAREA, zero-terminated; the SignatureInfo.
+
+/// What a SIGNATUREFIELD of a version that stores fields has.
+struct SignatureInfo {
+  i32 left = 0, top = 0, right = 0, bottom = 0;
+  std::u16string fieldName;
+  std::u16string fieldValue;
+  NameValues attributes;
+};
+
+/// The url up to its first zero character; empty where there is none.
+[[nodiscard]] std::u16string_view hyperlinkUrl(const DrawPart& part);
+/// Null for a part of a version that has none.
+[[nodiscard]] const SignatureInfo* signatureInfo(const DrawPart& part);
+
+void readClickArea(DrawPart& part, eArchive& archive, i32 v);
+
+void readHyperlinkArea(DrawPart& part, eArchive& archive, i32 v);
+void copyHyperlinkArea(DrawPart& target, const DrawPart& source);
+void shiftHyperlinkArea(DrawPart& part, i32 dx, i32 dy);
+
+void readSignatureField(DrawPart& part, eArchive& archive, i32 v);
+void copySignatureField(DrawPart& target, const DrawPart& source);
+void shiftSignatureField(DrawPart& part, i32 dx, i32 dy);
+void releaseSignatureField(DrawPart& part);
+
+}  // namespace rvf

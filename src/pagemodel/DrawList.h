@@ -1,0 +1,63 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "base/Integers.h"
+#include "pagemodel/DrawPart.h"
+
+namespace rvf {
+
+namespace list_flag {
+constexpr u8 kPolyAdded = 16;
+constexpr u8 kBorrowed = 32;       // the parts belong to another list
+constexpr u8 kBorrowedOwned = 64;  // borrowed, but owned all the same
+}  // namespace list_flag
+
+/// An ordered list of draw parts: a page, a static object, an overlay. Slots are used again from
+/// page to page with the payloads that they have grown, so that memory settles after the largest
+/// page.
+struct DrawList {
+  std::vector<DrawPart> slots;  // all allocated parts; those from `count` on are not in use
+  i32 count = 0;
+  u32 listState = 0;
+  i32 originX = 0;  // offset of the list on the page
+  i32 originY = 0;
+  i32 reservedA = 0;
+  i32 reservedB = 0;
+  i32 valueB = 0;
+  i32 valueA = 0;
+  i32 contentTally = 0;
+  u8 listMark = 0;
+  u8 listFlags = 0;  // list_flag::*
+  u16 listExtra = 0;
+  u32 ownerTag = 0;  // given to parts by appendList
+  u8 byteA = 255;
+  u8 byteB = 0;
+
+  [[nodiscard]] i32 capacity() const { return static_cast<i32>(slots.size()); }
+  [[nodiscard]] std::span<DrawPart> parts() {
+    return {slots.data(), static_cast<std::size_t>(count)};
+  }
+  [[nodiscard]] std::span<const DrawPart> parts() const {
+    return {slots.data(), static_cast<std::size_t>(count)};
+  }
+  [[nodiscard]] const DrawPart& operator[](i32 index) const {
+    return slots[static_cast<std::size_t>(index)];
+  }
+};
+
+/// The next free slot, blank but for the payload block that it keeps.
+DrawPart& appendSlot(DrawList& list);
+
+/// Frees all parts. A list of borrowed parts keeps them.
+void clearParts(DrawList& list);
+
+/// Prepares a list for another page and keeps its parts for use. A list of borrowed parts gives
+/// them up.
+void resetList(DrawList& list);
+
+/// Copies all parts of `source` behind those of `target`, moved by the source's origin if `shift`.
+void appendList(DrawList& target, const DrawList& source, bool shift);
+
+}  // namespace rvf

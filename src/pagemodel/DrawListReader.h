@@ -1,0 +1,21 @@
+#pragma once
+
+#include "pagemodel/DrawList.h"
+#include "storage/Archive.h"
+
+namespace rvf {
+
+/// Bytes that the shortest list record has on disk.
+constexpr i32 kSmallestDrawList = 16;
+
+/// Reads a list over what it held. Parts that were read completely before a failure stay, and
+/// `count` is their number; everything that is wrong is left in the archive's `failed`, but for a
+/// version above the limit, which ends the process. A storing archive gets the end mark alone:
+/// parts are never stored.
+void readDrawList(DrawList& list, eArchive& archive);
+
+/// Reads one part into a slot, whose payload is used again. Fields that the record does not hold
+/// are zero afterwards.
+void readDrawPart(DrawPart& part, eArchive& archive);
+
+}  // namespace rvf

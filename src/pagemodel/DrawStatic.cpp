@@ -1,0 +1,64 @@
+#include "pagemodel/DrawStatic.h"
+
+#include "messages/ProcessEnd.h"
+#include "pagemodel/DrawListReader.h"
+#include "pagemodel/PartVersions.h"
+#include "storage/RecordFrame.h"
+
+namespace rvf {
+
+namespace {
+
+void readLists(DrawStatic& object, eArchive& archive) {
+  readDrawList(object.firstList, archive);
+  if (object.hasSecond != 0 && !archive.failed()) {
+    readDrawList(object.secondList, archive);
+  }
+}
+
+}  // namespace
+
+void readDrawStatic(DrawStatic& object, eArchive& archive) {
+  using namespace static_version;
+  if (!archive.isLoading()) {
+    archive.WriteI32(kEndMark);
+    return;
+  }
+  eRecordFrame frame(kBaseTag);
+  frame.BeginRecord();
+  const i32 v = archive.ReadI32();
+  if (archive.failed()) {
+    return;
+  }
+  if (tagMagnitude(v) > kHighest) {
+    endOnNewerRecord(u"DRAWSTATIC", v, kHighest);
+  }
+  frame.fileTag = v;
+  object.hasSecond = archive.ReadI32();
+  object.valueC = archive.ReadI32();
+  object.valueD = archive.ReadI32();
+  object.valueF = v >= kValueF ? archive.ReadI32() : 0;
+  if (v >= kName) {
+    archive.ReadString(object.name);
+  }
+  object.valueA = archive.ReadI32();
+  object.valueB = archive.ReadI32();
+  object.valueE = v >= kValueE ? archive.ReadI32() : 0;
+  if (object.loadLists == 0) {
+    return;
+  }
+  readLists(object, archive);
+  if (archive.failed()) {
+    return;
+  }
+  constexpr i32 kWord = sizeof(i32);
+  object.indexA = v >= kIndexA ? archive.ReadI32() : -1;
+  archive.Skip(v >= kSkippedWords ? kWord : 0);
+  archive.Skip(v >= kSkippedWords && object.hasSecond != 0 ? kWord : 0);
+  archive.Skip(v >= kOneMoreWord && v <= kLastMoreWord ? kWord : 0);
+  object.indexB = v >= kIndexB ? archive.ReadI32() : -1;
+  frame.EndRecord(archive);
+  object.loadLists = 1;
+}
+
+}  // namespace rvf

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "pagemodel/DrawPart.h"
+#include "storage/Archive.h"
+
+namespace rvf {
+
+// The types whose records hold nothing but their frame.
+
+/// Turns a part, whose owned objects are released, into an empty one of type UNKNOWN.
+void makeUnknown(DrawPart& part);
+
+/// UNKNOWN and 1LINE: a part without a reference into a text pool.
+void readWithoutPool(DrawPart& part, eArchive& archive, i32 v);
+/// All others, unknown codes included: all fields stay zero.
+void readNothing(DrawPart& part, eArchive& archive, i32 v);
+
+}  // namespace rvf

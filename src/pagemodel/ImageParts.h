@@ -1,0 +1,92 @@
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "pagemodel/DrawPart.h"
+#include "pagemodel/NameValue.h"
+#include "pagemodel/colour/ColourValue.h"
+#include "storage/Archive.h"
+#include "storage/HyperlinkInfo.h"
+
+namespace rvf {
+
+// IMAGE, RESOURCE, IMPORTPAGE and BCOCABARCODE.
+//
+// Payloads: the ImageInfo of an IMAGE and then its bytes; the bytes of a RESOURCE with a zero
+// behind them; the clip rectangle of an IMPORTPAGE; the origin of a BCOCABARCODE and then its
+// characters.
+
+namespace image_kind {
+constexpr i32 kWithoutBytes = 11;  // by absolute value
+constexpr i32 kRecords = 10;       // the bytes are an array of records
+}  // namespace image_kind
+
+struct ImageInfoFields {
+  i32 left = 0, top = 0, right = 0, bottom = 0;
+  i32 reservedA = 0;
+  i32 kindValue = 0;
+  u8 flagA = 0, flagB = 0, flagC = 0, flagD = 0;
+  i32 valueA = 0;
+  i32 valueB = 0;
+  i32 valueC = 0;
+  ColourValue colourA, colourB, colourC;
+  ColourValue
+      colourD;  // never read: the colour stored for it is dropped, and comparisons rely on it
+  i32 valueD = 0;
+  i32 reservedB = 0;
+  i32 valueE = 0;
+  i32 imageFlag = 0;
+  ColourValue colourE;
+  i32 valueF = 0;
+  i32 valueG = -1;
+  i32 nameValueCount = 0;
+  u8 byteE = 0;
+
+  bool operator==(const ImageInfoFields&) const = default;
+};
+
+/// What an image carries beside its pixels. Two of them are equal when all fields are the same and
+/// neither holds anything of its own: owned objects count by their identity.
+struct ImageInfo : ImageInfoFields {
+  std::unique_ptr<char16_t[]> wideName;  // set by an owner of the part, not on disk
+  i32 wideNameLength = 0;
+  std::unique_ptr<char[]> narrowName;
+  i32 narrowNameLength = 0;
+  std::unique_ptr<HyperlinkInfo> hyperlink;
+  std::unique_ptr<NameValues> nameValues;
+
+  bool operator==(const ImageInfo&) const = default;
+};
+
+struct BarcodeOrigin {
+  i32 y;
+  i32 x;
+  i32 reserved[2];
+};
+static_assert(sizeof(BarcodeOrigin) == 16);
+
+[[nodiscard]] ImageInfo& imageInfo(DrawPart& part);
+[[nodiscard]] const ImageInfo& imageInfo(const DrawPart& part);
+/// The bytes of an image; none for a kind that stores none.
+[[nodiscard]] std::span<const std::byte> imageBytes(const DrawPart& part);
+[[nodiscard]] BarcodeOrigin& barcodeOrigin(DrawPart& part);
+
+void readImage(DrawPart& part, eArchive& archive, i32 v);
+/// The copy has bytes, names, link and values of its own.
+void copyImage(DrawPart& target, const DrawPart& source);
+void shiftImage(DrawPart& part, i32 dx, i32 dy);
+void releaseImage(DrawPart& part);
+/// Frees the names and values of an image and keeps the rest, its link included.
+void releaseImageNames(DrawPart& part);
+
+void readResource(DrawPart& part, eArchive& archive, i32 v);
+void shiftResource(DrawPart& part, i32 dx, i32 dy);
+
+void readImportPage(DrawPart& part, eArchive& archive, i32 v);
+void shiftImportPage(DrawPart& part, i32 dx, i32 dy);
+
+void readBarcode(DrawPart& part, eArchive& archive, i32 v);
+void shiftBarcode(DrawPart& part, i32 dx, i32 dy);
+
+}  // namespace rvf

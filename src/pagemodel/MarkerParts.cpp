@@ -1,0 +1,277 @@
+#include "pagemodel/MarkerParts.h"
+
+#include <array>
+#include <new>
+
+#include "base/Wrapping.h"
+#include "messages/MessageReporter.h"
+#include "pagemodel/PartVersions.h"
+#include "pagemodel/PayloadText.h"
+#include "storage/RecordFrame.h"
+
+namespace rvf {
+
+// STARTEND
+
+const MarkerInfo& markerInfo(const DrawPart& part) { return *part.payload.at<MarkerInfo>(0); }
+
+namespace {
+
+MarkerInfo& makeMarkerInfo(DrawPart& part) {
+  part.payload.resize(sizeof(MarkerInfo));
+  MarkerInfo* info = new (part.payload.data()) MarkerInfo();
+  part.fields.startEnd.info = kSetPointer;
+  return *info;
+}
+
+std::unique_ptr<HyperlinkInfo> readLink(eArchive& archive, i32 v) {
+  auto link = std::make_unique<HyperlinkInfo>();
+  if (v < part_version::kTaggedLinks) {
+    link->readOldForm(archive, v);
+  } else {
+    link->read(archive);
+  }
+  return link;
+}
+
+// The count has 32 bits on disk and 16 in the part: entries beyond those are passed over.
+void readMarkerNameValues(MarkerInfo& info, eArchive& archive) {
+  constexpr i32 kMostEntries = 65535;
+  constexpr i32 kIgnoredEntries = 0x7FFF0000;  // what the warning has always said
+  const i32 stored = archive.CheckedCount(archive.ReadI32(), kSmallestNameValue);
+  if (stored > kMostEntries) {
+    eString warning;
+    warning.Format(u"You have more than %d metadata objects saved. The last %d will be ignored",
+                   kMostEntries, kIgnoredEntries);
+    Report(MessageNumber::kTooManyNameValues, warning);
+  }
+  info.nameValueCount = static_cast<u16>(stored);
+  info.nameValues = readNameValues(archive, stored, info.nameValueCount, false);
+}
+
+bool readHyperlinkFlag(eArchive& archive, i32 v) {
+  using namespace part_version;
+  if (v < kHyperlinkFlag) {
+    return false;
+  }
+  return v < kByteHyperlinkFlag ? archive.ReadI32() != 0 : archive.ReadU8() != 0;
+}
+
+void readPairs(MarkerInfo& info, eArchive& archive) {
+  constexpr i32 kPairSize = 2 * sizeof(i32);
+  const i32 count = archive.CheckedCount(archive.ReadI32(), kPairSize);
+  for (i32 i = 0; i < count && !archive.failed(); ++i) {
+    const i32 first = archive.ReadI32();
+    const i32 second = archive.ReadI32();
+    info.pairs.emplace_back(first, second);
+  }
+}
+
+}  // namespace
+
+void readStartEnd(DrawPart& part, eArchive& archive, i32 v) {
+  using namespace part_version;
+  StartEndFields& fields = part.fields.startEnd;
+  MarkerInfo& info = makeMarkerInfo(part);
+  fields.markerKind = v < kMarkerLink ? readLow8(archive) : archive.ReadU8();
+  fields.markerId = v < kMarkerLink ? readLow16(archive) : archive.ReadU16();
+  fields.left = archive.ReadI32();
+  fields.top = archive.ReadI32();
+  fields.right = archive.ReadI32();
+  fields.bottom = archive.ReadI32();
+  if (v >= kMarkerLink && archive.ReadI32() != 0) {
+    info.hyperlink = readLink(archive, v);
+  }
+  if (v >= kNameValues) {
+    readMarkerNameValues(info, archive);
+  }
+  info.hasHyperlinkFlag = readHyperlinkFlag(archive, v);
+  if (v >= kMarkerPairs) {
+    readPairs(info, archive);
+  }
+}
+
+void copyStartEnd(DrawPart& target, const DrawPart& source) {
+  MarkerInfo& info = makeMarkerInfo(target);
+  target.fields = source.fields;
+  const MarkerInfo& from = markerInfo(source);
+  if (from.hyperlink != nullptr) {
+    info.hyperlink = std::make_unique<HyperlinkInfo>(*from.hyperlink);
+  }
+  info.hasHyperlinkFlag = from.hasHyperlinkFlag;
+  info.nameValueCount = from.nameValueCount;
+  info.nameValues = copyOf(from.nameValues);
+  info.pairs = from.pairs;
+}
+
+void shiftStartEnd(DrawPart& part, i32 dx, i32 dy) {
+  StartEndFields& fields = part.fields.startEnd;
+  fields.left = wrappingSum(fields.left, dx);
+  fields.right = wrappingSum(fields.right, dx);
+  fields.top = wrappingSum(fields.top, dy);
+  fields.bottom = wrappingSum(fields.bottom, dy);
+}
+
+void releaseStartEnd(DrawPart& part) {
+  if (part.fields.startEnd.info == kSetPointer) {
+    part.payload.at<MarkerInfo>(0)->~MarkerInfo();
+    part.fields.startEnd.info = kNullPointer;
+  }
+}
+
+// The plain markers
+
+void readUdlIgnore(DrawPart& part, eArchive& archive, i32 v) {
+  readLayerIgnore(part, archive, v);
+  part.fields.ignoreMarker.markerFlag = v >= part_version::kMarkerFlag ? archive.ReadU8() : u8{0};
+}
+
+void readLayerIgnore(DrawPart& part, eArchive& archive, i32) {
+  IgnoreMarkerFields& fields = part.fields.ignoreMarker;
+  fields.markerValue = archive.ReadI32();
+  fields.markerKind = archive.ReadI32();
+}
+
+void readInserterBarcode(DrawPart& part, eArchive& archive, i32 v) {
+  readMaskedObject(part, archive, v);
+  part.fields.stateMarker.markerFlag = archive.ReadU8();
+}
+
+void readMaskedObject(DrawPart& part, eArchive& archive, i32) {
+  StateMarkerFields& fields = part.fields.stateMarker;
+  fields.markerValue = archive.ReadI32();
+  fields.markerState = archive.ReadU8();
+}
+
+// TAGGEDOBJECTSTARTEND
+
+const char16_t* languageTag(i32 index) {
+  // Frozen: files store the index.
+  static constexpr std::array kTags = {
+      u"default", u"ca",    u"zh-CN", u"zh-TW", u"zh-HK", u"cs", u"da",  u"nl", u"en-US",
+      u"en-AU",   u"en-GB", u"fi",    u"fr",    u"fr-CA", u"de", u"hu",  u"it", u"nb",
+      u"nn",      u"pl",    u"pt",    u"pt-BR", u"ru",    u"es", u"sv",  u"ja", u"ar",
+      u"hy",      u"zh-SG", u"fa",    u"hmn",   u"km",    u"ko", u"nv",  u"pa", u"tl",
+      u"vi",      u"am",    u"bn",    u"ceb",   u"cpf",   u"gu", u"haw", u"hi", u"ig",
+      u"ilo",     u"kro",   u"lo",    u"mh",    u"ne",    u"om", u"pon", u"ro", u"sm",
+      u"th",      u"to",    u"tr",    u"uk",    u"ur",    u"yo", u"no"};
+  static_assert(kTags.size() == 61);
+  const bool isKnown = index >= 0 && index < static_cast<i32>(kTags.size());
+  return kTags[isKnown ? static_cast<std::size_t>(index) : 0];
+}
+
+u16 foldedTagId(u16 id, u8 band) {
+  constexpr u16 kMiddleStart = 10000;
+  constexpr u16 kTopStart = 40000;
+  constexpr u16 kStarts[] = {0, kMiddleStart, kTopStart};
+  constexpr u8 kBands = 3;
+  if (band >= kBands) {
+    return id;
+  }
+  u16 start = kStarts[0];
+  if (id >= kTopStart) {
+    start = kTopStart;
+  } else if (id >= kMiddleStart) {
+    start = kMiddleStart;
+  }
+  return static_cast<u16>(id - start + kStarts[band]);
+}
+
+const TaggedTexts& taggedTexts(const DrawPart& part) { return *part.payload.at<TaggedTexts>(0); }
+
+void readTaggedObject(DrawPart& part, eArchive& archive, i32 v) {
+  using namespace part_version;
+  TaggedObjectFields& fields = part.fields.taggedObject;
+  part.payload.clear();
+  part.payload.resize(sizeof(TaggedTexts));
+  fields.markerState = archive.ReadU8();
+  fields.tagKind = readLow8(archive);
+  fields.tagId = foldedTagId(archive.ReadU16(), tagBand);
+  fields.tagText = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload));
+  fields.altText = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload));
+  const i32 language = v >= kLanguage ? archive.ReadI32() : 0;
+  if (v >= kActualText) {
+    fields.actualText = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload));
+  }
+  fields.language = kSetPointer;
+  *part.payload.at<TaggedTexts>(0) = {languageTag(language)};
+}
+
+// BOOKMARK and LOCSEARCHKEY
+
+void readBookmark(DrawPart& part, eArchive& archive, i32) {
+  BookmarkFields& fields = part.fields.bookmark;
+  part.payload.clear();
+  fields.bookmarkId = archive.ReadI32();
+  fields.bookmarkLevel = archive.ReadI32();
+  fields.title = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload));
+}
+
+void readLocSearchKey(DrawPart& part, eArchive& archive, i32 v) {
+  LocSearchKeyFields& fields = part.fields.locSearchKey;
+  part.payload.clear();
+  fields.keyValue = archive.ReadI32();
+  fields.keyText = pointerWord(appendWideText(archive, archive.ReadI32(), part.payload));
+  fields.keyFlagA = archive.ReadU8();
+  if (v >= part_version::kSecondKeyText) {
+    fields.keySecondText = pointerWord(appendWideText(archive, archive.ReadI32(), part.payload));
+    fields.keyFlagB = archive.ReadU8();
+  }
+}
+
+// SUBSCRIBE
+
+const SubscribeEntries& subscribeEntries(const DrawPart& part) {
+  return *part.payload.at<SubscribeEntries>(0);
+}
+
+namespace {
+
+constexpr i32 kEntryBaseTag = 100;
+constexpr i32 kSmallestEntry = 9;  // id, value, empty name
+
+// The old form of an entry starts with its id, which is then below any version, and has no end
+// mark.
+SubscribeEntry readSubscribeEntry(eArchive& archive) {
+  eRecordFrame frame(kEntryBaseTag);
+  frame.BeginRecord();
+  frame.fileTag = kEntryBaseTag;
+  SubscribeEntry entry;
+  const i32 first = archive.ReadI32();
+  if (first <= kEntryBaseTag) {
+    entry.entryId = static_cast<u32>(first);
+  } else {
+    frame.fileTag = first;
+    entry.entryId = archive.ReadU32();
+  }
+  entry.entryValue = archive.ReadU32();
+  archive.ReadString(entry.entryName);
+  frame.EndRecord(archive);
+  return entry;
+}
+
+}  // namespace
+
+void readSubscribe(DrawPart& part, eArchive& archive, i32) {
+  SubscribeFields& fields = part.fields.subscribe;
+  fields.subscriberId = archive.ReadI32();
+  const i32 count = archive.CheckedCount(archive.ReadI32(), kSmallestEntry);
+  if (count == 0) {
+    return;
+  }
+  part.payload.resize(sizeof(SubscribeEntries));
+  auto* entries = new (part.payload.data()) SubscribeEntries();
+  fields.entries = kSetPointer;
+  for (i32 i = 0; i < count && !archive.failed(); ++i) {
+    entries->push_back(readSubscribeEntry(archive));
+  }
+}
+
+void releaseSubscribe(DrawPart& part) {
+  if (part.fields.subscribe.entries == kSetPointer) {
+    part.payload.at<SubscribeEntries>(0)->~SubscribeEntries();
+    part.fields.subscribe.entries = kNullPointer;
+  }
+}
+
+}  // namespace rvf

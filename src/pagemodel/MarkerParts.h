@@ -1,0 +1,70 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "pagemodel/DrawPart.h"
+#include "pagemodel/NameValue.h"
+#include "storage/Archive.h"
+#include "storage/HyperlinkInfo.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+// The parts that mark a place or a stretch of a page: STARTEND, UDLIGNORESTARTEND,
+// LAYERIGNORESTARTEND, INSERTERBARCODESTARTEND, MASKEDOBJECTSTARTEND, TAGGEDOBJECTSTARTEND,
+// BOOKMARK, LOCSEARCHKEY and SUBSCRIBE.
+//
+// Payloads: a MarkerInfo; TaggedTexts and then the texts; the title of a BOOKMARK; both texts of a
+// LOCSEARCHKEY; the SubscribeEntries. All texts are zero-terminated and lie one behind the other,
+// those that are null left out.
+
+struct MarkerInfo {
+  std::unique_ptr<HyperlinkInfo> hyperlink;
+  bool hasHyperlinkFlag = false;
+  u16 nameValueCount = 0;
+  std::unique_ptr<NameValues> nameValues;
+  std::vector<std::pair<i32, i32>> pairs;
+};
+
+struct SubscribeEntry {
+  u32 entryValue = 0;
+  eString entryName;
+  u32 entryId = 0;
+};
+using SubscribeEntries = std::vector<SubscribeEntry>;
+
+struct TaggedTexts {
+  const char16_t* language;  // of the table of language tags
+};
+
+/// The language tag of an index; indexes outside the table count as 0, "default".
+[[nodiscard]] const char16_t* languageTag(i32 index);
+
+/// The band that the ids of tagged objects are folded into: 0 below 10000, 1 from there to 39999,
+/// 2 above. Nothing in this system sets another than 0.
+inline u8 tagBand = 0;
+[[nodiscard]] u16 foldedTagId(u16 id, u8 band);
+
+[[nodiscard]] const MarkerInfo& markerInfo(const DrawPart& part);
+[[nodiscard]] const SubscribeEntries& subscribeEntries(const DrawPart& part);
+[[nodiscard]] const TaggedTexts& taggedTexts(const DrawPart& part);
+
+void readStartEnd(DrawPart& part, eArchive& archive, i32 v);
+void copyStartEnd(DrawPart& target, const DrawPart& source);
+void shiftStartEnd(DrawPart& part, i32 dx, i32 dy);
+void releaseStartEnd(DrawPart& part);
+
+void readUdlIgnore(DrawPart& part, eArchive& archive, i32 v);
+void readLayerIgnore(DrawPart& part, eArchive& archive, i32 v);
+void readInserterBarcode(DrawPart& part, eArchive& archive, i32 v);
+void readMaskedObject(DrawPart& part, eArchive& archive, i32 v);
+void readTaggedObject(DrawPart& part, eArchive& archive, i32 v);
+void readBookmark(DrawPart& part, eArchive& archive, i32 v);
+void readLocSearchKey(DrawPart& part, eArchive& archive, i32 v);
+
+void readSubscribe(DrawPart& part, eArchive& archive, i32 v);
+void releaseSubscribe(DrawPart& part);
+
+}  // namespace rvf

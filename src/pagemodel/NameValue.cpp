@@ -1,0 +1,34 @@
+#include "pagemodel/NameValue.h"
+
+#include <utility>
+
+namespace rvf {
+
+std::unique_ptr<NameValues> copyOf(const std::unique_ptr<NameValues>& values) {
+  return values == nullptr ? nullptr : std::make_unique<NameValues>(*values);
+}
+
+NameValue readNameValue(eArchive& archive, bool hasNumber) {
+  NameValue entry;
+  archive.ReadString(entry.name);
+  entry.number = hasNumber ? archive.ReadI32() : 0;
+  entry.hasValue = archive.ReadI32();
+  if (entry.hasValue != 0) {
+    archive.ReadString(entry.value);
+  }
+  return entry;
+}
+
+std::unique_ptr<NameValues> readNameValues(eArchive& archive, i32 stored, i32 kept,
+                                           bool hasNumber) {
+  auto values = std::make_unique<NameValues>();
+  for (i32 i = 0; i < stored && !archive.failed(); ++i) {
+    NameValue entry = readNameValue(archive, hasNumber);
+    if (i < kept && !archive.failed()) {
+      values->push_back(std::move(entry));
+    }
+  }
+  return values->empty() ? nullptr : std::move(values);
+}
+
+}  // namespace rvf

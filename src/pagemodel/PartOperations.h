@@ -1,0 +1,31 @@
+#pragma once
+
+#include "base/Integers.h"
+#include "pagemodel/DrawPart.h"
+#include "storage/Archive.h"
+
+namespace rvf {
+
+/// Keep flags of releasePart.
+constexpr i32 kReleaseAll = 0;
+constexpr i32 kKeepHyperlink = 5;
+
+/// Reads the fields of a part whose type is set. A code without a payload, an unknown one included,
+/// reads nothing.
+void readPayload(DrawPart& part, eArchive& archive, i32 version);
+
+/// Makes `target` a deep copy of `source`; nothing happens if they are the same. A type that is not
+/// copied leaves the target's type as it is, except that an UNKNOWN source makes it UNKNOWN.
+void copyPart(DrawPart& target, const DrawPart& source);
+
+/// Moves a part by an offset. Types without a place do not move.
+void shiftPart(DrawPart& part, i32 dx, i32 dy);
+
+/// Frees what the type owns outside its payload block, which stays. With kKeepHyperlink an image
+/// keeps its link.
+void releasePart(DrawPart& part, i32 keep);
+
+/// Makes an UNKNOWN part without any field; the payload block stays for the next use.
+void makeBlank(DrawPart& part);
+
+}  // namespace rvf

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "pagemodel/DrawPart.h"
+#include "storage/Archive.h"
+
+namespace rvf {
+
+// STATICREF. Its payload is the pointer to the child list, where there is one.
+
+struct DrawList;
+
+/// The list of the static object that the part refers to, which stays the file's; null when the
+/// reference found none.
+[[nodiscard]] const DrawList* childList(const DrawPart& part);
+void setChildList(DrawPart& part, const DrawList* list);
+
+void readStaticRef(DrawPart& part, eArchive& archive, i32 v);
+void shiftStaticRef(DrawPart& part, i32 dx, i32 dy);
+
+}  // namespace rvf

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <span>
+
+#include "pagemodel/DrawPart.h"
+#include "storage/Archive.h"
+
+namespace rvf {
+
+// TEXT and TEXTPROP.
+//
+// The payload of a TEXT part is one block: runCapacity runs, the extension area, the characters.
+// The extension area, behind the last of the runCapacity runs, holds the extension runs (marker
+// 0xFEFE, u16 count, that many runs) if textFlags has kExtensionRuns, and then the outline records
+// (u16 count, that many of six i32) if it has kOutlineRecords.
+
+namespace text_flag {
+constexpr u8 kExtensionRuns = 4;
+constexpr u8 kOutlineRecords = 8;
+}  // namespace text_flag
+
+/// A stretch of characters and where it stands. Runs are compared as 16 bytes, so none is
+/// undefined.
+struct TextRun {
+  i32 y;
+  i32 x;
+  u16 charCount;
+  u16 runExtra;
+  u8 runClass;
+  u8 unused[3];
+};
+static_assert(sizeof(TextRun) == 16);
+
+[[nodiscard]] std::span<TextRun> textRuns(DrawPart& part);
+[[nodiscard]] std::span<const TextRun> textRuns(const DrawPart& part);
+[[nodiscard]] std::span<char16_t> textCharacters(DrawPart& part);
+[[nodiscard]] std::span<const char16_t> textCharacters(const DrawPart& part);
+[[nodiscard]] std::span<TextRun> extensionRuns(DrawPart& part);
+
+/// Sizes the payload of a TEXT part for at least `runCapacity` runs and `textCapacity` characters,
+/// with the spare room added where one of them was too small, and for the extension area, whose
+/// flags it sets and clears. Runs, extension runs and characters move to their new places.
+void reserveText(DrawPart& part, i32 runCapacity, i32 textCapacity, i32 spareRuns,
+                 i32 spareCharacters, i32 extensionRuns, i32 outlineRecords);
+
+void readText(DrawPart& part, eArchive& archive, i32 v);
+void shiftText(DrawPart& part, i32 dx, i32 dy);
+
+void readTextProp(DrawPart& part, eArchive& archive, i32 v);
+
+}  // namespace rvf

@@ -1,0 +1,324 @@
+#include "pagemodel/VectorParts.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+#include "base/Wrapping.h"
+#include "pagemodel/EmptyParts.h"
+#include "pagemodel/PartVersions.h"
+#include "pagemodel/PayloadText.h"
+
+namespace rvf {
+
+namespace {
+
+constexpr i32 kPointSize = sizeof(Point);
+constexpr i32 kStopSize = 16;  // tint, colour and position, or two floating values
+
+std::size_t asSize(i32 count) { return static_cast<std::size_t>(count); }
+
+void readPoints(std::span<Point> points, eArchive& archive) {
+  for (Point& point : points) {
+    point.x = archive.ReadI32();
+    point.y = archive.ReadI32();
+  }
+}
+
+void shiftPoints(std::span<Point> points, i32 dx, i32 dy) {
+  for (Point& point : points) {
+    point.x = wrappingSum(point.x, dx);
+    point.y = wrappingSum(point.y, dy);
+  }
+}
+
+}  // namespace
+
+// LINE
+
+std::span<Point> linePoints(DrawPart& part) {
+  return {part.payload.at<Point>(0), asSize(part.fields.line.pointCount)};
+}
+
+std::span<const Point> linePoints(const DrawPart& part) {
+  return {part.payload.at<Point>(0), asSize(part.fields.line.pointCount)};
+}
+
+void readLine(DrawPart& part, eArchive& archive, i32 v) {
+  using namespace part_version;
+  LineFields& fields = part.fields.line;
+  const i32 pointCount = archive.CheckedCount(archive.ReadI32(), kPointSize);
+  part.payload.resize(i64{pointCount} * kPointSize);
+  fields.pointCount = pointCount;
+  fields.pointCapacity = pointCount;
+  fields.points = pointerWord(pointCount > 0);
+  readPoints(linePoints(part), archive);
+  fields.lineKind = archive.ReadI32();
+  fields.lineStyle = archive.ReadI32();
+  fields.width = archive.ReadI32();
+  fields.colour = readColour(archive);
+  fields.tint = v >= kTint ? readLow8(archive) : u8{0};
+  fields.overprint = v >= kOverprint ? archive.ReadU8() : u8{0};
+}
+
+void shiftLine(DrawPart& part, i32 dx, i32 dy) { shiftPoints(linePoints(part), dx, dy); }
+
+// RECT
+
+namespace {
+
+void readOldRectStyle(RectFields& fields, eArchive& archive) {
+  fields.noFill = readLow8(archive);
+  fields.shapeCode = readLow8(archive);
+  fields.lineWidth = readLow16(archive);
+  fields.fillColour = readColour(archive);
+  fields.noOutline = readLow8(archive);
+  fields.lineColour = readColour(archive);
+  fields.shapeFlag = readLow8(archive);
+}
+
+void readRectStyle(RectFields& fields, eArchive& archive, i32 v) {
+  using namespace part_version;
+  fields.noFill = archive.ReadU8();
+  fields.noOutline = archive.ReadU8();
+  fields.shapeCode = archive.ReadU8();
+  fields.shapeFlag = archive.ReadU8();
+  fields.lineWidth = readLow16(archive);
+  fields.fillColour = readColour(archive);
+  fields.fillTint = v >= kTint ? readLow8(archive) : u8{0};
+  fields.lineColour = readColour(archive);
+  fields.lineTint = v >= kTint ? readLow8(archive) : u8{0};
+}
+
+}  // namespace
+
+void readRect(DrawPart& part, eArchive& archive, i32 v) {
+  RectFields& fields = part.fields.rect;
+  fields.left = archive.ReadI32();
+  fields.top = archive.ReadI32();
+  fields.right = archive.ReadI32();
+  fields.bottom = archive.ReadI32();
+  if (v < part_version::kCompactFields) {
+    readOldRectStyle(fields, archive);
+  } else {
+    readRectStyle(fields, archive, v);
+  }
+}
+
+void shiftRect(DrawPart& part, i32 dx, i32 dy) {
+  RectFields& fields = part.fields.rect;
+  fields.left = wrappingSum(fields.left, dx);
+  fields.right = wrappingSum(fields.right, dx);
+  fields.top = wrappingSum(fields.top, dy);
+  fields.bottom = wrappingSum(fields.bottom, dy);
+}
+
+// POLY
+
+PolyStyle& polyStyle(DrawPart& part) { return *part.payload.at<PolyStyle>(0); }
+
+const PolyStyle& polyStyle(const DrawPart& part) { return *part.payload.at<PolyStyle>(0); }
+
+std::span<Point> polyPoints(DrawPart& part) {
+  return {part.payload.at<Point>(sizeof(PolyStyle)), part.fields.poly.pointCount};
+}
+
+std::span<const Point> polyPoints(const DrawPart& part) {
+  return {part.payload.at<Point>(sizeof(PolyStyle)), part.fields.poly.pointCount};
+}
+
+namespace {
+
+PolyStyle& makePolyStyle(DrawPart& part, u16 pointCount) {
+  part.payload.resize(static_cast<i64>(sizeof(PolyStyle)) + i64{pointCount} * kPointSize);
+  PolyStyle* style = new (part.payload.data()) PolyStyle();
+  part.fields.poly.style = kSetPointer;
+  part.fields.poly.points = pointerWord(pointCount > 0);
+  part.fields.poly.pointCount = pointCount;
+  return *style;
+}
+
+// A colour was once stored as a floating number. Values that no colour has come from damage.
+u32 colourFromFloating(f64 value) {
+  constexpr f64 kLimit = 9.0e15;
+  return std::fabs(value) < kLimit ? static_cast<u32>(static_cast<i64>(value)) : 0U;
+}
+
+std::unique_ptr<Gradient> readGradient(eArchive& archive, i32 v) {
+  auto gradient = std::make_unique<Gradient>();
+  gradient->gradientKind = archive.ReadU8();
+  const i32 stopCount = archive.CheckedCount(archive.ReadI16(), kStopSize);
+  for (i32 i = 0; i < stopCount; ++i) {
+    if (v < part_version::kGradientTints) {
+      gradient->stopTints.push_back(0);
+      gradient->stopColours.push_back(colourFromFloating(archive.ReadF64()));
+    } else {
+      gradient->stopTints.push_back(readLow8(archive));
+      gradient->stopColours.push_back(readColour(archive));
+    }
+    gradient->stopPositions.push_back(archive.ReadF64());
+  }
+  gradient->gradientCode = archive.ReadI32();
+  gradient->originX = archive.ReadF64();
+  gradient->originY = archive.ReadF64();
+  return gradient;
+}
+
+void readOldPolyStyle(PolyFields& fields, PolyStyle& style, eArchive& archive) {
+  style.shapeCodeA = readLow8(archive);
+  style.noFill = readLow8(archive);
+  style.shapeCodeB = readLow8(archive);
+  fields.lineWidth = archive.ReadI32();
+  style.fillColour = readColour(archive);
+  style.noOutline = readLow8(archive);
+}
+
+void readPolyStyle(PolyFields& fields, PolyStyle& style, eArchive& archive, i32 v) {
+  style.shapeCodeA = archive.ReadU8();
+  style.noFill = archive.ReadU8();
+  style.noOutline = archive.ReadU8();
+  style.shapeCodeB = readLow8(archive);
+  fields.lineWidth = archive.ReadI32();
+  style.fillColour = readColour(archive);
+  style.fillTint = v >= part_version::kTint ? readLow8(archive) : u8{0};
+}
+
+u16 readPolyExtra(eArchive& archive, i32 v) {
+  using namespace part_version;
+  if (v < kPolyExtra) {
+    return 0;
+  }
+  return v < kShortPointCount ? readLow16(archive) : archive.ReadU16();
+}
+
+u8 readShapeCodeD(eArchive& archive, i32 v) {
+  using namespace part_version;
+  if (v < kShapeCodeD) {
+    return 0;
+  }
+  return v < kGradient ? readLow8(archive) : archive.ReadU8();
+}
+
+}  // namespace
+
+void readPoly(DrawPart& part, eArchive& archive, i32 v) {
+  using namespace part_version;
+  const u16 stored = v < kShortPointCount ? readLow16(archive) : archive.ReadU16();
+  const auto pointCount = static_cast<u16>(archive.CheckedCount(stored, kPointSize));
+  PolyStyle& style = makePolyStyle(part, pointCount);
+  PolyFields& fields = part.fields.poly;
+  readPoints(polyPoints(part), archive);
+  if (v < kCompactFields) {
+    readOldPolyStyle(fields, style, archive);
+  } else {
+    readPolyStyle(fields, style, archive, v);
+  }
+  style.lineColour = readColour(archive);
+  style.lineTint = v >= kTint ? readLow8(archive) : u8{0};
+  fields.polyCode = readLow8(archive);
+  style.shapeCodeC = v >= kShapeCodeC ? archive.ReadU8() : u8{0};
+  fields.polyExtra = readPolyExtra(archive, v);
+  style.shapeCodeD = readShapeCodeD(archive, v);
+  style.hasGradient = v >= kGradient ? archive.ReadU8() : u8{0};
+  if (style.hasGradient != 0) {
+    style.gradient = readGradient(archive, v);
+  }
+  if (pointCount == 0) {
+    releasePoly(part);
+    makeUnknown(part);
+  }
+}
+
+void copyPoly(DrawPart& target, const DrawPart& source) {
+  PolyStyle& style = makePolyStyle(target, source.fields.poly.pointCount);
+  const PolyStyle& from = polyStyle(source);
+  target.fields = source.fields;
+  style.gradient = from.gradient == nullptr ? nullptr : std::make_unique<Gradient>(*from.gradient);
+  static_cast<PolyStyleFields&>(style) = from;
+  std::ranges::copy(polyPoints(source), polyPoints(target).begin());
+}
+
+void shiftPoly(DrawPart& part, i32 dx, i32 dy) {
+  if (part.fields.poly.style != kSetPointer) {
+    return;
+  }
+  shiftPoints(polyPoints(part), dx, dy);
+  if (Gradient* gradient = polyStyle(part).gradient.get()) {
+    gradient->originX += dx;
+    gradient->originY += dy;
+  }
+}
+
+void releasePoly(DrawPart& part) {
+  if (part.fields.poly.style == kSetPointer) {
+    polyStyle(part).~PolyStyle();
+    part.fields.poly.style = kNullPointer;
+  }
+}
+
+// JUST1LINE
+
+void readJust1Line(DrawPart& part, eArchive& archive, i32) {
+  Just1LineFields& fields = part.fields.just1Line;
+  fields.x1 = archive.ReadI32();
+  fields.x2 = archive.ReadI32();
+  fields.y1 = archive.ReadI32();
+  fields.y2 = archive.ReadI32();
+  fields.shapeCode = archive.ReadU8();
+  fields.shapeFlag = archive.ReadU8();
+  fields.lineStyle = archive.ReadU8();
+  fields.width = archive.ReadI32();
+  fields.colour = readColour(archive);
+  fields.tint = readLow8(archive);
+}
+
+void shiftJust1Line(DrawPart& part, i32 dx, i32 dy) {
+  Just1LineFields& fields = part.fields.just1Line;
+  fields.x1 = wrappingSum(fields.x1, dx);
+  fields.x2 = wrappingSum(fields.x2, dx);
+  fields.y1 = wrappingSum(fields.y1, dy);
+  fields.y2 = wrappingSum(fields.y2, dy);
+}
+
+// LINESET
+
+std::span<i32> lineOffsets(DrawPart& part) {
+  return {part.payload.at<i32>(0), part.fields.lineSet.lineCount};
+}
+
+std::span<const i32> lineOffsets(const DrawPart& part) {
+  return {part.payload.at<i32>(0), part.fields.lineSet.lineCount};
+}
+
+void readLineSet(DrawPart& part, eArchive& archive, i32) {
+  LineSetFields& fields = part.fields.lineSet;
+  const auto lineCount = static_cast<u16>(archive.CheckedCount(archive.ReadU16(), sizeof(i32)));
+  fields.lineCount = lineCount;
+  fields.lineCapacity = lineCount;
+  fields.offsets = pointerWord(lineCount > 0);
+  fields.start = archive.ReadI32();
+  fields.end = archive.ReadI32();
+  part.payload.resize(i64{lineCount} * i64{sizeof(i32)});
+  for (i32& offset : lineOffsets(part)) {
+    offset = archive.ReadI32();
+  }
+  fields.horizontal = readLow8(archive);
+  fields.lineStyle = archive.ReadU8();
+  fields.width = archive.ReadI32();
+  fields.colour = readColour(archive);
+  fields.tint = readLow8(archive);
+}
+
+void shiftLineSet(DrawPart& part, i32 dx, i32 dy) {
+  LineSetFields& fields = part.fields.lineSet;
+  const bool isHorizontal = fields.horizontal != 0;
+  const i32 along = isHorizontal ? dx : dy;
+  const i32 across = isHorizontal ? dy : dx;
+  fields.start = wrappingSum(fields.start, along);
+  fields.end = wrappingSum(fields.end, along);
+  for (i32& offset : lineOffsets(part)) {
+    offset = wrappingSum(offset, across);
+  }
+}
+
+}  // namespace rvf
