@@ -1,0 +1,133 @@
+#include "capture/CompareContext.h"
+
+#include "pagemodel/DrawListReader.h"
+
+namespace rvf {
+
+namespace {
+
+constexpr i32 kSmallestPlacedList = kSmallestDrawList + 2 * static_cast<i32>(sizeof(i32));
+constexpr i32 kFirstVersionWithFourTables = 2;
+
+/// Names the context whose page is being read, for as long as it is.
+class CurrentContext {
+ public:
+  explicit CurrentContext(const StaticLookup& context) { currentContext = &context; }
+  CurrentContext(const CurrentContext&) = delete;
+  CurrentContext& operator=(const CurrentContext&) = delete;
+  ~CurrentContext() { currentContext = nullptr; }
+};
+
+}  // namespace
+
+void CompareContext::FetchPage(i32 customerIndex, i32 position) {
+  const bool isHere = position == cachedPagePosition;
+  cachedCustomer = customerIndex;
+  if (isHere) {
+    return;
+  }
+  cachedPagePosition = position;
+  emptyPage();
+  if (position < 0) {
+    return;
+  }
+  const CurrentContext current(*this);
+  eArchive archive(*file, eArchive::Mode::kLoad, eArchive::kFileBufferSize);
+  archive.setWideStrings(doubleByteText);
+  archive.Seek(position);
+  readBody(archive);
+  if (archive.failed()) {
+    // Two files that are damaged alike must not be called identical, whatever was left of the page.
+    archive.MarkDamaged();
+  }
+}
+
+void CompareContext::emptyPage() {
+  resetList(pageList);
+  staticCount = 0;
+  staticPlacementX.clear();
+  staticPlacementY.clear();
+}
+
+void CompareContext::readBody(eArchive& archive) {
+  pageExtentA = archive.ReadI32();
+  pageExtentB = archive.ReadI32();
+  if (archive.failed()) {
+    return;
+  }
+  readDrawList(pageList, archive);
+  if (!archive.failed()) {
+    readPlacedLists(archive);
+  }
+}
+
+void CompareContext::readPlacedLists(eArchive& archive) {
+  const i32 count = archive.CheckedCount(archive.ReadI32(), kSmallestPlacedList);
+  for (i32 i = 0; i < count; ++i) {
+    DrawList& list = placedListAt(i);
+    resetList(list);
+    readDrawList(list, archive);
+    if (archive.failed()) {
+      return;
+    }
+    const i32 x = archive.ReadI32();
+    const i32 y = archive.ReadI32();
+    if (archive.failed()) {
+      return;
+    }
+    staticPlacementX.push_back(x);
+    staticPlacementY.push_back(y);
+    staticCount = i + 1;
+  }
+}
+
+DrawList& CompareContext::placedListAt(i32 index) {
+  const auto position = static_cast<std::size_t>(index);
+  if (position >= placedLists_.size()) {
+    placedLists_.push_back(std::make_unique<DrawList>());
+  }
+  return *placedLists_[position];
+}
+
+void CompareContext::ReadStaticTables(eArchive& archive, i32 fileVersion) {
+  // The order of the file, which is not that of the type numbers.
+  StaticTable* const tables[] = {&type21Statics_, &type24Statics_, &type23Statics_,
+                                 &type175Statics_};
+  for (StaticTable* table : tables) {
+    table->clear();
+  }
+  for (StaticTable* table : tables) {
+    if (table == &type175Statics_ && fileVersion < kFirstVersionWithFourTables) {
+      return;
+    }
+    const i32 count = archive.CheckedCount(archive.ReadI32(), kSmallestStatic);
+    for (i32 i = 0; i < count && !archive.failed(); ++i) {
+      table->push_back(std::make_unique<DrawStatic>());
+      readDrawStatic(*table->back(), archive);
+    }
+  }
+}
+
+const DrawStatic* CompareContext::FindStatic(i32 objectType, i32 index) const {
+  const StaticTable* table = nullptr;
+  switch (objectType) {
+    case 21:
+      table = &type21Statics_;
+      break;
+    case 23:
+      table = &type23Statics_;
+      break;
+    case 24:
+      table = &type24Statics_;
+      break;
+    case 175:
+      table = &type175Statics_;
+      break;
+    default:
+      return nullptr;
+  }
+  const bool isHeld = index >= 0 && static_cast<std::size_t>(index) < table->size();
+  return isHeld ? (*table)[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+}  // namespace rvf

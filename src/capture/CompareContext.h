@@ -1,0 +1,84 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "base/Integers.h"
+#include "pagemodel/DrawList.h"
+#include "pagemodel/DrawStatic.h"
+#include "pagemodel/StaticLookup.h"
+#include "storage/Archive.h"
+#include "storage/FileObject.h"
+
+namespace rvf {
+
+/// What the display of a page's differences is built into: two lists for the page, and one more for
+/// each static list that differs, with its placement.
+struct PageOverlayLists {
+  DrawList list;
+  std::vector<std::unique_ptr<DrawList>> statics;
+  std::vector<i32> placementX;
+  std::vector<i32> placementY;
+
+  [[nodiscard]] i32 staticCount() const { return static_cast<i32>(statics.size()); }
+};
+
+/// The working object of one file: the page in memory, the static lists placed on it, and the
+/// tables of static objects that any page may refer to. Exactly one page is held at a time; what it
+/// has grown to is used again for the next.
+class CompareContext final : public StaticLookup {
+ public:
+  CompareContext() = default;
+  CompareContext(const CompareContext&) = delete;
+  CompareContext& operator=(const CompareContext&) = delete;
+
+  /// Brings the page body at `position` of the file into memory, over the page that was there; a
+  /// negative position is a page without a body. A page that is there already is not read again.
+  ///
+  /// A damaged body leaves what was read before the damage: possibly an empty page, never the page
+  /// before it. The failure is reported.
+  void FetchPage(i32 customerIndex, i32 position);
+
+  /// Reads the tables of static objects, which stand directly behind the header. Files below
+  /// version 2 have three of them.
+  void ReadStaticTables(eArchive& archive, i32 fileVersion);
+
+  [[nodiscard]] const DrawStatic* FindStatic(i32 objectType, i32 index) const override;
+
+  i32 pageExtentB = 0;  // kept, never compared
+  i32 pageExtentA = 0;
+  i32 cachedPagePosition = -1;  // of the page in memory
+  i32 cachedCustomer = -1;      // of the last fetch
+  FileObject* file = nullptr;   // not owned
+  bool doubleByteText = true;   // string mode of all archives on this file
+  DrawList pageList;
+
+  i32 staticCount = 0;  // placed lists of the page in memory
+  std::vector<i32> staticPlacementX;
+  std::vector<i32> staticPlacementY;
+
+  /// The placed list of an index below staticCount.
+  [[nodiscard]] const DrawList& staticList(i32 index) const {
+    return *placedLists_[static_cast<std::size_t>(index)];
+  }
+
+  PageOverlayLists overlayFirst;  // parts that only the first file has; in the first file's context
+  PageOverlayLists overlaySecond;  // parts that only the second file has
+
+ private:
+  using StaticTable = std::vector<std::unique_ptr<DrawStatic>>;
+
+  void emptyPage();
+  void readBody(eArchive& archive);
+  void readPlacedLists(eArchive& archive);
+  [[nodiscard]] DrawList& placedListAt(i32 index);
+
+  std::vector<std::unique_ptr<DrawList>> placedLists_;  // those from staticCount on wait for use
+  StaticTable type21Statics_;
+  StaticTable type24Statics_;
+  StaticTable type23Statics_;
+  StaticTable type175Statics_;
+};
+
+}  // namespace rvf

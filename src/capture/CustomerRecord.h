@@ -1,0 +1,28 @@
+#pragma once
+
+#include <vector>
+
+#include "base/Integers.h"
+#include "capture/PageRecord.h"
+#include "storage/Archive.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+/// Bytes that the shortest customer of the index has on disk.
+constexpr i32 kSmallestCustomerRecord = 9;
+
+/// One customer of the index with its pages, in file order.
+struct CustomerRecord {
+  /// Reads the record, or writes it in its newest form: the archive's mode decides. A file that
+  /// ends too early leaves the pages that were read.
+  void read(eArchive& archive);
+
+  std::vector<PageRecord> pages;
+  i32 leadValue = 0;  // kept, never compared
+  eString id;
+  i32 pageCount = 0;  // as found in the file, a negative one too
+  u32 diffBits = 0;   // written by the walk, not on disk
+};
+
+}  // namespace rvf

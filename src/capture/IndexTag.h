@@ -1,0 +1,28 @@
+#pragma once
+
+#include "base/Integers.h"
+#include "storage/Archive.h"
+#include "storage/RecordFrame.h"
+
+namespace rvf {
+
+/// The tags of customer and page records. The oldest form has none.
+namespace index_tag {
+constexpr i32 kBase = -101;
+constexpr i32 kNewest = -102;         // what is written
+constexpr i32 kSmallestField = -100;  // any value below stands in a tag's place
+}  // namespace index_tag
+
+/// Reads a field that a record of the oldest form has bare and a newer one behind its tag, and
+/// notes the tag in the frame.
+[[nodiscard]] inline i32 readTaggedValue(eRecordFrame& frame, eArchive& archive) {
+  const i32 found = archive.ReadI32();
+  if (found >= index_tag::kSmallestField) {
+    frame.fileTag = index_tag::kBase;
+    return found;
+  }
+  frame.fileTag = found;
+  return archive.ReadI32();
+}
+
+}  // namespace rvf

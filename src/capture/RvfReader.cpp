@@ -1,0 +1,134 @@
+#include "capture/RvfReader.h"
+
+namespace rvf {
+
+namespace {
+
+// Frozen. There is no byte-order mark: a file of the other order matches none of them.
+namespace magic_number {
+constexpr i32 kNarrow = 12345679;  // the leading word is the index offset; one byte a character
+constexpr i32 kWide = 97654321;    // the same; two bytes a character
+constexpr i32 kTrailer =
+    87654321;  // the index offset stands in the trailer, with kNarrow behind it
+}  // namespace magic_number
+
+constexpr i32 kLowestVersion = 1;
+constexpr i32 kHighestVersion = 3;
+constexpr i32 kFirstVersionThatTellsText = 3;
+constexpr i32 kDefaultResolution = 300;
+constexpr i32 kVersionOffset = 8;
+constexpr i32 kTrailerSize = 8;
+
+StoredDate readDate(eArchive& archive) {
+  StoredDate date;
+  date.value = archive.ReadF64();
+  date.status = archive.ReadI32();
+  return date;
+}
+
+}  // namespace
+
+void RvfReader::load(FileObject& file) {
+  customerCount = 0;
+  pageCount = 0;
+  resolution = kDefaultResolution;
+  customers.clear();
+  context_.file = &file;
+  valid_ = readFile(file);
+}
+
+bool RvfReader::readFile(FileObject& file) {
+  i32 indexPosition = 0;
+  i32 magic = 0;
+  {
+    eArchive archive(file, eArchive::Mode::kLoad, eArchive::kFileBufferSize);
+    indexPosition = archive.ReadI32();
+    magic = archive.ReadI32();
+    if (archive.failed()) {
+      return false;
+    }
+    if (magic == magic_number::kNarrow || magic == magic_number::kWide) {
+      return readContents(archive, magic, indexPosition);
+    }
+  }
+  if (magic != magic_number::kTrailer || !readTrailer(file, indexPosition)) {
+    return false;
+  }
+  if (file.Seek(kVersionOffset, SeekOrigin::kStart) != kVersionOffset) {
+    return false;
+  }
+  eArchive archive(file, eArchive::Mode::kLoad, eArchive::kFileBufferSize);
+  return readContents(archive, magic_number::kNarrow, indexPosition);
+}
+
+bool RvfReader::readTrailer(FileObject& file, i32& indexPosition) const {
+  if (file.Seek(-kTrailerSize, SeekOrigin::kEnd) < 0) {
+    return false;
+  }
+  eArchive archive(file, eArchive::Mode::kLoad, eArchive::kFileBufferSize);
+  indexPosition = archive.ReadI32();
+  const i32 magic = archive.ReadI32();
+  return !archive.failed() && magic == magic_number::kNarrow;
+}
+
+// The values of an archive that has failed mean nothing, so the first failure ends the load.
+bool RvfReader::readContents(eArchive& archive, i32 magic, i32 indexPosition) {
+  version = archive.ReadI32();
+  if (archive.failed() || version < kLowestVersion || version > kHighestVersion) {
+    return false;
+  }
+  context_.doubleByteText =
+      version < kFirstVersionThatTellsText ? dbcsMode_ : magic != magic_number::kNarrow;
+  archive.setWideStrings(context_.doubleByteText);
+  resolution = archive.ReadI32();
+  context_.ReadStaticTables(archive, version);
+  if (archive.failed()) {
+    return false;
+  }
+  archive.Seek(indexPosition);
+  readIndex(archive);
+  if (archive.failed()) {
+    return false;
+  }
+  countPages();
+  return pageCount != 0;
+}
+
+void RvfReader::readIndex(eArchive& archive) {
+  archive.ReadString(fileLabel);
+  firstDate = readDate(archive);
+  secondDate = readDate(archive);
+  customerCount = archive.CheckedCount(archive.ReadI32(), kSmallestCustomerRecord);
+  for (i32 i = 0; i < customerCount && !archive.failed(); ++i) {
+    customers.emplace_back().read(archive);
+  }
+}
+
+void RvfReader::countPages() {
+  firstPagePosition = 0;
+  currentCustomer = 0;
+  for (i32 c = 0; c < customerCount; ++c) {
+    const CustomerRecord& customer = customers[static_cast<std::size_t>(c)];
+    pageCount += static_cast<i32>(customer.pages.size());
+    for (const PageRecord& page : customer.pages) {
+      if (firstPagePosition != 0) {
+        break;
+      }
+      firstPagePosition = page.filePosition;
+      // The customer's index in the page's place is of no effect: the walk sets both before it asks
+      // for a page.
+      currentPage = c;
+    }
+  }
+}
+
+void RvfReader::loadCurrentPage() {
+  constexpr i32 kNoPage = -1;
+  const CustomerRecord& customer = customers[static_cast<std::size_t>(currentCustomer)];
+  const i32 position = customer.pageCount == 0
+                           ? kNoPage
+                           : customer.pages[static_cast<std::size_t>(currentPage)].filePosition;
+  context_.FetchPage(currentCustomer, position);
+}
+
+}  // namespace rvf
