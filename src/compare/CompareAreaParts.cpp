@@ -1,0 +1,60 @@
+#include "compare/CompareAreaParts.h"
+
+#include <algorithm>
+
+#include "pagemodel/AreaParts.h"
+
+namespace rvf {
+
+// CLICKAREA: any two are equal, so only a part of another type comes to be classified.
+DiffFlags classifyClickAreas(const DrawPart&, const DrawPart&, const Tolerances&) { return 0; }
+
+// HYPERLINKAREA: without a url on both sides, two areas are never equal.
+bool equalHyperlinkAreas(const DrawPart& left, const DrawPart& right) {
+  const HyperlinkAreaFields& a = left.fields.hyperlinkArea;
+  const HyperlinkAreaFields& b = right.fields.hyperlinkArea;
+  const bool bothHaveUrl = a.url == kSetPointer && b.url == kSetPointer;
+  return bothHaveUrl && a.linkFlagA == b.linkFlagA && a.left == b.left && a.top == b.top &&
+         a.right == b.right && a.bottom == b.bottom && hyperlinkUrl(left) == hyperlinkUrl(right);
+}
+
+// SIGNATUREFIELD
+
+namespace {
+
+// Texts count up to their first zero character.
+bool sameText(const std::u16string& a, const std::u16string& b) {
+  return std::u16string_view(a.c_str()) == std::u16string_view(b.c_str());
+}
+
+bool sameAttribute(const NameValue& a, const NameValue& b) {
+  return a.name == b.name && a.hasValue == b.hasValue && a.value == b.value;
+}
+
+bool sameSignature(const SignatureInfo& a, const SignatureInfo& b) {
+  return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom &&
+         sameText(a.fieldName, b.fieldName) && sameText(a.fieldValue, b.fieldValue) &&
+         std::ranges::equal(a.attributes, b.attributes, sameAttribute);
+}
+
+}  // namespace
+
+bool equalSignatureFields(const DrawPart& left, const DrawPart& right) {
+  const SignatureFieldFields& a = left.fields.signatureField;
+  const SignatureFieldFields& b = right.fields.signatureField;
+  if (a.fieldFlagA != b.fieldFlagA || a.fieldFlagB != b.fieldFlagB || a.fieldId != b.fieldId) {
+    return false;
+  }
+  const SignatureInfo* s = signatureInfo(left);
+  const SignatureInfo* t = signatureInfo(right);
+  if (s == nullptr || t == nullptr) {
+    return s == t;
+  }
+  return sameSignature(*s, *t);
+}
+
+DiffFlags classifySignatureFields(const DrawPart&, const DrawPart&, const Tolerances&) {
+  return diff::kContent;
+}
+
+}  // namespace rvf

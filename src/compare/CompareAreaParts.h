@@ -1,0 +1,21 @@
+#pragma once
+
+#include "compare/DiffFlags.h"
+#include "compare/Tolerances.h"
+#include "pagemodel/DrawPart.h"
+
+namespace rvf {
+
+// The comparison of CLICKAREA, HYPERLINKAREA and SIGNATUREFIELD.
+// The rows of PartComparison.cpp tell which types `left` may have.
+
+[[nodiscard]] bool equalHyperlinkAreas(const DrawPart& left, const DrawPart& right);
+[[nodiscard]] bool equalSignatureFields(const DrawPart& left, const DrawPart& right);
+
+/// For parts that are not equal.
+[[nodiscard]] DiffFlags classifyClickAreas(const DrawPart& left, const DrawPart& right,
+                                           const Tolerances& tolerances);
+[[nodiscard]] DiffFlags classifySignatureFields(const DrawPart& left, const DrawPart& right,
+                                                const Tolerances& tolerances);
+
+}  // namespace rvf

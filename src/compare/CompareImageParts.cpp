@@ -1,0 +1,28 @@
+#include "compare/CompareImageParts.h"
+
+#include "compare/PartBytes.h"
+#include "pagemodel/ImageParts.h"
+
+namespace rvf {
+
+bool equalImages(const DrawPart& left, const DrawPart& right) {
+  const ImageFields& a = left.fields.image;
+  const ImageFields& b = right.fields.image;
+  return a.pixelWidth == b.pixelWidth && a.pixelHeight == b.pixelHeight &&
+         a.dataLength == b.dataLength && a.imageKind == b.imageKind &&
+         imageInfo(left) == imageInfo(right) && sameBytes(imageBytes(left), imageBytes(right));
+}
+
+// No tolerance applies, not to the placement either.
+DiffFlags classifyImages(const DrawPart&, const DrawPart&, const Tolerances&) {
+  return diff::kImages;
+}
+
+// The bytes of a resource do not count.
+bool equalResources(const DrawPart& left, const DrawPart& right) {
+  // byteCount, x, y, both scales, and resourceExtra with resourceFlag and resourceKind.
+  constexpr u8 kWords = 0b0101'1110;
+  return sameWords(left, right, kWords);
+}
+
+}  // namespace rvf

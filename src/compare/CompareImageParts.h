@@ -1,0 +1,19 @@
+#pragma once
+
+#include "compare/DiffFlags.h"
+#include "compare/Tolerances.h"
+#include "pagemodel/DrawPart.h"
+
+namespace rvf {
+
+// The comparison of IMAGE and RESOURCE.
+// The rows of PartComparison.cpp tell which types `left` may have.
+
+[[nodiscard]] bool equalImages(const DrawPart& left, const DrawPart& right);
+[[nodiscard]] bool equalResources(const DrawPart& left, const DrawPart& right);
+
+/// For parts that are not equal.
+[[nodiscard]] DiffFlags classifyImages(const DrawPart& left, const DrawPart& right,
+                                       const Tolerances& tolerances);
+
+}  // namespace rvf

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "pagemodel/DrawPart.h"
+
+namespace rvf {
+
+// The comparison of LAYERIGNORESTARTEND; the other markers equal nothing.
+// The rows of PartComparison.cpp tell which types `left` may have.
+
+[[nodiscard]] bool equalLayerIgnores(const DrawPart& left, const DrawPart& right);
+
+}  // namespace rvf

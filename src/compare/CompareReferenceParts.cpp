@@ -1,0 +1,59 @@
+#include "compare/CompareReferenceParts.h"
+
+#include <cstring>
+
+#include "compare/DrawListMatch.h"
+#include "pagemodel/ReferenceParts.h"
+
+namespace rvf {
+
+bool equalStaticRefs(const DrawPart& left, const DrawPart& right) {
+  // All fields of a reference count.
+  constexpr std::size_t kAllFields = sizeof(StaticRefFields);
+  if (std::memcmp(&left.fields.staticRef, &right.fields.staticRef, kAllFields) != 0) {
+    return false;
+  }
+  const DrawList* a = childList(left);
+  const DrawList* b = childList(right);
+  return a == nullptr || b == nullptr || listsEqual(*a, *b);
+}
+
+namespace {
+
+constexpr u8 kNotSet = 0x80;  // the top bit of a layer byte
+
+bool layersAreSet(const StaticRefFields& fields) {
+  return ((fields.layerByteA | fields.layerByteB) & kNotSet) == 0;
+}
+
+bool sameObject(const StaticRefFields& a, const StaticRefFields& b) {
+  return a.objectType == b.objectType && a.width == b.width && a.height == b.height &&
+         a.refA == b.refA && a.useSecond == b.useSecond && a.staticIndex == b.staticIndex &&
+         a.secondIsHidden == b.secondIsHidden && a.refB == b.refB;
+}
+
+bool sameLayer(const StaticRefFields& a, const StaticRefFields& b) {
+  return a.layerByteA == b.layerByteA && a.layerByteB == b.layerByteB && a.refC == b.refC &&
+         a.refD == b.refD;
+}
+
+}  // namespace
+
+// The children do not count: a group with other children classifies by its own record.
+DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
+                             const Tolerances& tolerances) {
+  const StaticRefFields& a = left.fields.staticRef;
+  const StaticRefFields& b = right.fields.staticRef;
+  DiffFlags bits = 0;
+  if (!sameObject(a, b)) {
+    bits |= diff::kContent;
+  } else if (layersAreSet(a) && layersAreSet(b) && !sameLayer(a, b)) {
+    bits |= diff::kContent;
+  }
+  if (exceeds(a.x, b.x, tolerances.position) || exceeds(a.y, b.y, tolerances.position)) {
+    bits |= diff::kPosition;
+  }
+  return bits;
+}
+
+}  // namespace rvf

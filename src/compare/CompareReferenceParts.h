@@ -1,0 +1,18 @@
+#pragma once
+
+#include "compare/DiffFlags.h"
+#include "compare/Tolerances.h"
+#include "pagemodel/DrawPart.h"
+
+namespace rvf {
+
+// The comparison of STATICREF.
+// The rows of PartComparison.cpp tell which types `left` may have.
+
+[[nodiscard]] bool equalStaticRefs(const DrawPart& left, const DrawPart& right);
+
+/// For parts that are not equal.
+[[nodiscard]] DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
+                                           const Tolerances& tolerances);
+
+}  // namespace rvf

@@ -1,0 +1,107 @@
+#include "compare/CompareTextParts.h"
+
+#include "compare/PartBytes.h"
+#include "pagemodel/TextParts.h"
+
+namespace rvf {
+
+// TEXT
+
+namespace {
+
+bool sameCharacters(const DrawPart& left, const DrawPart& right) {
+  return sameBytes(textCharacters(left), textCharacters(right));
+}
+
+bool sameRuns(const DrawPart& left, const DrawPart& right) {
+  return sameBytes(textRuns(left), textRuns(right));
+}
+
+// Runs that differ in anything but their place are within every tolerance.
+bool anyRunMoved(std::span<const TextRun> left, std::span<const TextRun> right, i32 tolerance) {
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    if (std::memcmp(&left[i], &right[i], sizeof(TextRun)) == 0) {
+      continue;
+    }
+    if (exceeds(left[i].x, right[i].x, tolerance) || exceeds(left[i].y, right[i].y, tolerance)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+bool equalTexts(const DrawPart& left, const DrawPart& right) {
+  const TextFields& a = left.fields.text;
+  const TextFields& b = right.fields.text;
+  return a.fontId == b.fontId && a.rotation == b.rotation && a.textFlags == b.textFlags &&
+         a.colour == b.colour && a.tint == b.tint && a.fontExtra == b.fontExtra &&
+         a.fontVariant == b.fontVariant && a.runCount == b.runCount &&
+         a.textLength == b.textLength && sameRuns(left, right) && sameCharacters(left, right);
+}
+
+DiffFlags classifyTexts(const DrawPart& left, const DrawPart& right, const Tolerances& tolerances) {
+  const TextFields& a = left.fields.text;
+  const TextFields& b = right.fields.text;
+  DiffFlags bits = 0;
+  if (a.fontId != b.fontId || a.fontExtra != b.fontExtra) {
+    bits |= diff::kFonts;
+  }
+  if (a.rotation != b.rotation || a.fontVariant != b.fontVariant) {
+    bits |= diff::kRotation;
+  }
+  if (a.colour != b.colour || a.tint != b.tint) {
+    bits |= diff::kColor;
+  }
+  if (a.textLength != b.textLength || !sameCharacters(left, right) || a.runCount != b.runCount) {
+    return bits | diff::kText | diff::kContent;
+  }
+  if (anyRunMoved(textRuns(left), textRuns(right), tolerances.position)) {
+    return bits | diff::kText | diff::kPosition;
+  }
+  return bits;
+}
+
+// TEXTPROP
+
+namespace {
+
+// propKind, propValue, propExtra, lengthA, lengthB, lengthC with lengthD, propTag.
+constexpr u8 kTextPropWords = 0b0111'1111;
+constexpr i32 kKindWithLengthC = 1;
+
+// The bytes that stand where a TEXTPROP has its characters. Only a TEXT can come here with any: all
+// other types that have some have a pointer to them among the words.
+std::span<const std::byte> payloadBytes(const DrawPart& part) {
+  if (part.type != PartType::kTextProp && part.type != PartType::kText) {
+    return {};
+  }
+  return {part.payload.data(), part.payload.size()};
+}
+
+}  // namespace
+
+bool equalTextProps(const DrawPart& left, const DrawPart& right) {
+  if (!sameWords(left, right, kTextPropWords)) {
+    return false;
+  }
+  // Quirk that stays: the lengths count characters of two bytes, but only as many bytes count.
+  const TextPropFields& fields = right.fields.textProp;
+  const u32 lengthC = fields.propKind == kKindWithLengthC ? fields.lengthC : 0U;
+  const u32 sum = static_cast<u32>(fields.lengthA) + static_cast<u32>(fields.lengthB) + lengthC;
+  if (static_cast<i32>(sum) <= 0) {
+    return true;
+  }
+  const std::span<const std::byte> a = payloadBytes(left);
+  const std::span<const std::byte> b = payloadBytes(right);
+  return a.size() >= sum && b.size() >= sum && sameBytes(a.first(sum), b.first(sum));
+}
+
+// Quirk that stays: the sense of the type test is the reverse of all others'. Two TEXTPROP parts
+// that differ earn Content flat; a part of another type that was read as one earns Text.
+DiffFlags classifyTextProps(const DrawPart& left, const DrawPart&, const Tolerances&) {
+  return left.type == PartType::kTextProp ? diff::kContent : diff::kText;
+}
+
+}  // namespace rvf

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "compare/DiffFlags.h"
+#include "compare/Tolerances.h"
+#include "pagemodel/DrawPart.h"
+
+namespace rvf {
+
+// The comparison of TEXT and TEXTPROP.
+// The rows of PartComparison.cpp tell which types `left` may have.
+
+[[nodiscard]] bool equalTexts(const DrawPart& left, const DrawPart& right);
+[[nodiscard]] bool equalTextProps(const DrawPart& left, const DrawPart& right);
+
+/// For parts that are not equal.
+[[nodiscard]] DiffFlags classifyTexts(const DrawPart& left, const DrawPart& right,
+                                      const Tolerances& tolerances);
+[[nodiscard]] DiffFlags classifyTextProps(const DrawPart& left, const DrawPart& right,
+                                          const Tolerances& tolerances);
+
+}  // namespace rvf

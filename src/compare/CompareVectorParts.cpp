@@ -1,0 +1,205 @@
+#include "compare/CompareVectorParts.h"
+
+#include <algorithm>
+
+#include "compare/PartBytes.h"
+#include "pagemodel/VectorParts.h"
+
+namespace rvf {
+
+namespace {
+
+/// Whether any of the points that both have lies out of tolerance.
+bool anyPointMoved(std::span<const Point> left, std::span<const Point> right, i32 tolerance) {
+  const std::size_t common = std::min(left.size(), right.size());
+  for (std::size_t i = 0; i < common; ++i) {
+    if (exceeds(left[i].x, right[i].x, tolerance) || exceeds(left[i].y, right[i].y, tolerance)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+DiffFlags widthBits(i32 left, i32 right, const Tolerances& tolerances) {
+  return exceeds(left, right, tolerances.line) ? diff::kLineWidth : 0;
+}
+
+}  // namespace
+
+// LINE
+
+bool equalLines(const DrawPart& left, const DrawPart& right) {
+  const LineFields& a = left.fields.line;
+  const LineFields& b = right.fields.line;
+  return a.pointCount == b.pointCount && a.lineStyle == b.lineStyle && a.width == b.width &&
+         a.colour == b.colour && a.tint == b.tint && a.lineKind == b.lineKind &&
+         a.overprint == b.overprint && sameBytes(linePoints(left), linePoints(right));
+}
+
+DiffFlags classifyLines(const DrawPart& left, const DrawPart& right, const Tolerances& tolerances) {
+  const LineFields& a = left.fields.line;
+  const LineFields& b = right.fields.line;
+  const DiffFlags bits = a.colour != b.colour || a.tint != b.tint ? diff::kColor : 0;
+  if (a.pointCount != b.pointCount || a.lineStyle != b.lineStyle || a.lineKind != b.lineKind ||
+      a.overprint != b.overprint) {
+    return bits | diff::kLines;
+  }
+  if (anyPointMoved(linePoints(left), linePoints(right), tolerances.position)) {
+    return bits | diff::kBorderLines | diff::kPosition;
+  }
+  return bits | widthBits(a.width, b.width, tolerances);
+}
+
+// RECT
+
+// All fields of a rectangle count.
+bool equalRects(const DrawPart& left, const DrawPart& right) {
+  return std::memcmp(&left.fields.rect, &right.fields.rect, sizeof(RectFields)) == 0;
+}
+
+namespace {
+
+// Quirk that stays: the coordinates are compared as one byte string, and the result of that, -1, 0
+// or 1, is tested as if it were a distance. So without a tolerance every change counts, and with
+// any none does, however large.
+bool rectangleMoved(const RectFields& a, const RectFields& b, i32 tolerance) {
+  constexpr std::size_t kCoordinates = 4 * sizeof(i32);
+  static_assert(offsetof(RectFields, noFill) == kCoordinates);
+  const int order = std::memcmp(&a.left, &b.left, kCoordinates) == 0 ? 0 : 1;
+  return exceeds(order, 0, tolerance);
+}
+
+}  // namespace
+
+DiffFlags classifyRects(const DrawPart& left, const DrawPart& right, const Tolerances& tolerances) {
+  const RectFields& a = left.fields.rect;
+  const RectFields& b = right.fields.rect;
+  DiffFlags bits = 0;
+  if (a.noFill == 0 && (a.fillColour != b.fillColour || a.fillTint != b.fillTint)) {
+    bits |= diff::kColor;
+  }
+  if (a.noOutline == 0 && (a.lineColour != b.lineColour || a.lineTint != b.lineTint)) {
+    bits |= diff::kColor;
+  }
+  if (a.noFill != b.noFill || a.shapeCode != b.shapeCode || a.shapeFlag != b.shapeFlag ||
+      a.noOutline != b.noOutline) {
+    return bits | diff::kShapes;
+  }
+  if (rectangleMoved(a, b, tolerances.position)) {
+    bits |= diff::kShapes | diff::kPosition;
+  }
+  return bits | widthBits(a.lineWidth, b.lineWidth, tolerances);
+}
+
+// POLY
+
+bool equalPolys(const DrawPart& left, const DrawPart& right) {
+  const PolyFields& a = left.fields.poly;
+  const PolyFields& b = right.fields.poly;
+  const PolyStyle& s = polyStyle(left);
+  const PolyStyle& t = polyStyle(right);
+  return a.pointCount == b.pointCount && a.polyExtra == b.polyExtra && s.noFill == t.noFill &&
+         s.shapeCodeB == t.shapeCodeB && a.lineWidth == b.lineWidth &&
+         s.fillColour == t.fillColour && s.fillTint == t.fillTint && s.noOutline == t.noOutline &&
+         s.lineColour == t.lineColour && s.lineTint == t.lineTint && a.polyCode == b.polyCode &&
+         s.shapeCodeA == t.shapeCodeA && s.shapeCodeC == t.shapeCodeC &&
+         sameBytes(polyPoints(left), polyPoints(right));
+}
+
+DiffFlags classifyPolys(const DrawPart& left, const DrawPart& right, const Tolerances& tolerances) {
+  constexpr i32 kAllowedSurplus = 1;
+  const PolyFields& a = left.fields.poly;
+  const PolyFields& b = right.fields.poly;
+  const PolyStyle& s = polyStyle(left);
+  const PolyStyle& t = polyStyle(right);
+  DiffFlags bits = 0;
+  if (s.noFill == 0 && (s.fillColour != t.fillColour || s.fillTint != t.fillTint)) {
+    bits |= diff::kColor;
+  }
+  if (s.noOutline == 0 && (s.lineColour != t.lineColour || s.lineTint != t.lineTint)) {
+    bits |= diff::kColor;
+  }
+  if (exceeds(a.pointCount, b.pointCount, kAllowedSurplus)) {
+    return bits | diff::kShapes;
+  }
+  if (a.polyExtra != b.polyExtra || s.noFill != t.noFill || s.noOutline != t.noOutline ||
+      s.shapeCodeB != t.shapeCodeB || a.polyCode != b.polyCode || s.shapeCodeA != t.shapeCodeA ||
+      s.shapeCodeC != t.shapeCodeC) {
+    return bits | diff::kShapes;
+  }
+  if (anyPointMoved(polyPoints(left), polyPoints(right), tolerances.position)) {
+    return bits | diff::kShapes | diff::kPosition;
+  }
+  return bits | widthBits(a.lineWidth, b.lineWidth, tolerances);
+}
+
+// JUST1LINE
+
+bool equalJust1Lines(const DrawPart& left, const DrawPart& right) {
+  const Just1LineFields& a = left.fields.just1Line;
+  const Just1LineFields& b = right.fields.just1Line;
+  return a.x1 == b.x1 && a.x2 == b.x2 && a.y1 == b.y1 && a.y2 == b.y2 &&
+         a.shapeCode == b.shapeCode && a.shapeFlag == b.shapeFlag && a.lineStyle == b.lineStyle &&
+         a.width == b.width && a.colour == b.colour && a.tint == b.tint;
+}
+
+DiffFlags classifyJust1Lines(const DrawPart& left, const DrawPart& right,
+                             const Tolerances& tolerances) {
+  const Just1LineFields& a = left.fields.just1Line;
+  const Just1LineFields& b = right.fields.just1Line;
+  const i32 p = tolerances.position;
+  const DiffFlags bits = a.colour != b.colour || a.tint != b.tint ? diff::kColor : 0;
+  if (exceeds(a.x1, b.x1, p) || exceeds(a.x2, b.x2, p) || exceeds(a.y1, b.y1, p) ||
+      exceeds(a.y2, b.y2, p)) {
+    return bits | diff::kBorderLines | diff::kPosition;
+  }
+  if (a.shapeCode != b.shapeCode || a.shapeFlag != b.shapeFlag || a.lineStyle != b.lineStyle) {
+    return bits | diff::kBorderLines;
+  }
+  return bits | widthBits(a.width, b.width, tolerances);
+}
+
+// LINESET
+
+bool equalLineSets(const DrawPart& left, const DrawPart& right) {
+  const LineSetFields& a = left.fields.lineSet;
+  const LineSetFields& b = right.fields.lineSet;
+  return a.lineCount == b.lineCount && a.start == b.start && a.end == b.end &&
+         a.horizontal == b.horizontal && a.lineStyle == b.lineStyle && a.width == b.width &&
+         a.colour == b.colour && a.tint == b.tint &&
+         sameBytes(lineOffsets(left), lineOffsets(right));
+}
+
+DiffFlags classifyLineSets(const DrawPart& left, const DrawPart& right,
+                           const Tolerances& tolerances) {
+  const LineSetFields& a = left.fields.lineSet;
+  const LineSetFields& b = right.fields.lineSet;
+  const i32 p = tolerances.position;
+  const DiffFlags bits = a.colour != b.colour || a.tint != b.tint ? diff::kColor : 0;
+  if (a.lineCount != b.lineCount || a.horizontal != b.horizontal || a.lineStyle != b.lineStyle) {
+    return bits | diff::kBorderLines;
+  }
+  const auto moved = [p](i32 x, i32 y) { return exceeds(x, y, p); };
+  const std::span<const i32> offsets = lineOffsets(left);
+  const bool offsetMoved = !std::ranges::equal(offsets, lineOffsets(right),
+                                               [&moved](i32 x, i32 y) { return !moved(x, y); });
+  if (moved(a.start, b.start) || moved(a.end, b.end) || offsetMoved) {
+    return bits | diff::kBorderLines | diff::kPosition;
+  }
+  return bits | widthBits(a.width, b.width, tolerances);
+}
+
+// The empty types
+
+// The second, third and sixth word, which a 1LINE itself leaves at 0.
+bool equal1Lines(const DrawPart& left, const DrawPart& right) {
+  constexpr u8 kWords = 0b0010'0110;
+  return sameWords(left, right, kWords);
+}
+
+bool equalRecomposes(const DrawPart& left, const DrawPart& right) {
+  constexpr u8 kAllWords = 0b1111'1111;
+  return sameWords(left, right, kAllWords);
+}
+
+}  // namespace rvf

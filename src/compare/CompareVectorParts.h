@@ -1,0 +1,32 @@
+#pragma once
+
+#include "compare/DiffFlags.h"
+#include "compare/Tolerances.h"
+#include "pagemodel/DrawPart.h"
+
+namespace rvf {
+
+// The comparison of LINE, RECT, POLY, JUST1LINE and LINESET, and the empty 1LINE and RECOMPOSE.
+// The rows of PartComparison.cpp tell which types `left` may have.
+
+[[nodiscard]] bool equalLines(const DrawPart& left, const DrawPart& right);
+[[nodiscard]] bool equalRects(const DrawPart& left, const DrawPart& right);
+[[nodiscard]] bool equalPolys(const DrawPart& left, const DrawPart& right);
+[[nodiscard]] bool equalJust1Lines(const DrawPart& left, const DrawPart& right);
+[[nodiscard]] bool equalLineSets(const DrawPart& left, const DrawPart& right);
+[[nodiscard]] bool equal1Lines(const DrawPart& left, const DrawPart& right);
+[[nodiscard]] bool equalRecomposes(const DrawPart& left, const DrawPart& right);
+
+/// For parts that are not equal.
+[[nodiscard]] DiffFlags classifyLines(const DrawPart& left, const DrawPart& right,
+                                      const Tolerances& tolerances);
+[[nodiscard]] DiffFlags classifyRects(const DrawPart& left, const DrawPart& right,
+                                      const Tolerances& tolerances);
+[[nodiscard]] DiffFlags classifyPolys(const DrawPart& left, const DrawPart& right,
+                                      const Tolerances& tolerances);
+[[nodiscard]] DiffFlags classifyJust1Lines(const DrawPart& left, const DrawPart& right,
+                                           const Tolerances& tolerances);
+[[nodiscard]] DiffFlags classifyLineSets(const DrawPart& left, const DrawPart& right,
+                                         const Tolerances& tolerances);
+
+}  // namespace rvf

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "base/Integers.h"
+#include "capture/RvfReader.h"
+#include "compare/DiffFlags.h"
+#include "storage/FileObject.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+/// Told how far a comparison has come.
+class WalkObserver {
+ public:
+  virtual ~WalkObserver() = default;
+  /// After every compared pair of pages and every finished customer.
+  virtual void pagesCompared(i32 customersDone, i32 customerCount, i64 pagesCompared,
+                             i32 differingPages) = 0;
+};
+
+/// Where the results of a walk go.
+struct WalkOutput {
+  FileObject& differenceFile;  // open for writing, empty
+  eString firstPath;           // as the options name the files
+  eString secondPath;
+  WalkObserver* observer = nullptr;  // not owned
+};
+
+/// Compares two loaded files customer by customer and page by page, strictly by position, and
+/// returns the bits of all differences. Writes the difference file as it goes and leaves the bits
+/// of each customer and page in the records of the first reader, which afterwards hold the pages of
+/// both.
+///
+/// Different resolutions and, with `stopOnCountMismatch`, different customer counts end the walk
+/// before anything is written; without it the smaller count is compared. Customers with different
+/// ids at one index end it there, for everything behind them would be paired wrongly.
+[[nodiscard]] DiffFlags walkCustomers(RvfReader& first, RvfReader& second, bool stopOnCountMismatch,
+                                      const WalkOutput& output);
+
+}  // namespace rvf

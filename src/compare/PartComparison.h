@@ -1,0 +1,20 @@
+#pragma once
+
+#include "compare/DiffFlags.h"
+#include "pagemodel/DrawPart.h"
+
+namespace rvf {
+
+/// Whether two parts are the same in the fields that count. No tolerance applies.
+///
+/// Neither this nor classifyParts is symmetric: the type of `right` decides what is compared, and
+/// where the type of `left` does not count, its fields are read through the layout of `right`'s
+/// type. Parts of some types never equal anything but themselves, so that a page that holds one
+/// never equals another page.
+[[nodiscard]] bool partsEqual(const DrawPart& left, const DrawPart& right);
+
+/// In what way two parts differ, under positionTolerance and lineTolerance. 0: no difference
+/// counts. For some types of `right` that is every part, however different.
+[[nodiscard]] DiffFlags classifyParts(const DrawPart& left, const DrawPart& right);
+
+}  // namespace rvf
