@@ -1,0 +1,76 @@
+#pragma once
+
+#include <array>
+#include <cstdio>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "base/Integers.h"
+#include "messages/MessageRecord.h"
+#include "text/CodePages.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+class FileObject;
+
+/// The texts of all messages, read once from a text file and found by number.
+///
+/// The file is a list of C-style definitions. Three kinds of line count, all others are passed
+/// over: comments, of which the first line must be one, the version line, and messages:
+///     // Messages of the program
+///     #define MESS_SYMB_VER 1602008
+///     #define MSG_FILE_NOT_OPEN 1847 // W|0|0|The file |1| was not open.
+class MessageCatalogue {
+ public:
+  /// Loads the file unless that was tried before. The catalogue cannot tell its own troubles as
+  /// messages, so it prints them on `console`: the file is not found, is not readable in any
+  /// encoding, or is of another version (which does not stop the load). Returns whether the
+  /// catalogue was loaded now. A malformed message line ends the load, and what stands in front of
+  /// it counts.
+  bool LoadCatalogue(std::FILE* console);
+  [[nodiscard]] bool isLoaded() const { return state_ == State::kLoaded; }
+
+  /// The index of the number's record, or -1.
+  [[nodiscard]] i32 FindMessage(i32 number);
+  /// The number's record, else the one that answers for missing numbers. Null when the catalogue is
+  /// not loaded; one that a malformed line cut off has no answer for missing numbers either. The
+  /// record stays the catalogue's and valid until another file is set.
+  [[nodiscard]] MessageRecord* findRecord(i32 number);
+
+  /// Another file than the usual one. A name that differs drops what was loaded.
+  void SetMessageFile(const eString& name);
+  /// The encoding that is tried first; see encoding_id.
+  void setEncoding(i32 encoding) { encoding_ = encoding; }
+
+  /// Sorted by number; records of one number stand in the order of the file.
+  [[nodiscard]] const std::vector<MessageRecord>& records() const { return records_; }
+  [[nodiscard]] bool versionMatched() const { return versionMatched_; }
+
+ private:
+  enum class State { kNotLoaded, kStarted, kLoaded };
+  static constexpr int kBucketCount = 20;
+  static constexpr i32 kBucketWidth = 1000;
+
+  bool readLines(FileObject& file);
+  void parseLine(std::u16string_view line);
+  void parseMessageLine(std::u16string_view definition);
+  void buildBuckets();
+  [[nodiscard]] i32 bisect(i32 number, i32 low, i32 high) const;
+
+  State state_ = State::kNotLoaded;
+  std::vector<MessageRecord> records_;
+  /// For each thousand the index of the first record at or above it.
+  std::array<i32, kBucketCount> buckets_{};
+  i32 lastNumber_ = -1;  // the last number found and where, for a message that repeats
+  i32 lastIndex_ = -1;
+  std::optional<MessageRecord> fallbackRecord_;
+  eString fileName_ = u"MsgResource_en-us.dat";
+  bool loadFailed_ = false;  // a line was malformed
+  bool versionMatched_ = false;
+  char16_t separator_ = u'|';
+  i32 encoding_ = encoding_id::kLatin1;
+};
+
+}  // namespace rvf

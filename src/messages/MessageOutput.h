@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+
+#include "base/Integers.h"
+#include "messages/MessageCatalogue.h"
+#include "messages/MessageReporter.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+/// What turns the calls of a MessageReporter into lines of the report and into its tally.
+///
+/// A message that is raised because the report itself cannot be written goes to standard error
+/// instead, and so does a line that the report did not take: writing them there again would fail
+/// again, without end.
+class MessageOutput final : public MessageBackEnd {
+ public:
+  /// `reporter` must outlive this object, which does not attach itself.
+  explicit MessageOutput(MessageReporter& reporter) : reporter_(reporter) {}
+
+  /// True from the flush on, if the catalogue could be loaded.
+  [[nodiscard]] bool isLoaded() const override { return flushed_ && catalogue_.isLoaded(); }
+  [[nodiscard]] bool passesFilter(MessageNumber number) override;
+  void write(MessageEntry& entry, int argumentCount) override;
+  /// Without a catalogue the pending messages go to standard error as number and arguments. A
+  /// message that the filter holds back ends the flush, and those behind it are never written.
+  bool flush(std::deque<MessageEntry>& pending) override;
+
+  /// For a run that ends before the flush: prints each held message on standard error, as the line
+  /// that the catalogue gives for it, uncut, or without a catalogue as number and arguments. No
+  /// message is printed twice, nothing is tallied, and what a flush left behind stays unwritten.
+  void printHeldMessages();
+
+  /// For tests and for another catalogue than the usual one.
+  [[nodiscard]] MessageCatalogue& catalogue() { return catalogue_; }
+
+ private:
+  bool buildLine(MessageEntry& entry, const MessageRecord* record, int argumentCount) const;
+  void deliver(const MessageEntry& entry, const MessageRecord* record);
+  void EmitLine(const MessageEntry& entry, const MessageRecord* record);
+  void emitStructured(const eString& text, const MessageRecord* record) const;
+  [[nodiscard]] bool isAboutReportSink(const MessageEntry& entry) const;
+  void tally(const MessageRecord* record);
+  bool applyOverrides();
+  void printHeld(MessageEntry entry);
+
+  MessageReporter& reporter_;
+  MessageCatalogue catalogue_;
+  bool flushed_ = false;
+  bool emitting_ = false;        // a line is on its way into the report
+  std::size_t heldPrinted_ = 0;  // pending entries that printHeldMessages is done with
+};
+
+}  // namespace rvf

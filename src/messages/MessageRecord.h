@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+#include "base/Integers.h"
+#include "messages/MessageReporter.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+/// Behind the last entry of MessageRecord::placeholderOrder, and for a placeholder that names no
+/// argument.
+constexpr i16 kNoPlaceholder = -1;
+/// A placeholder is three characters, such as |1|.
+constexpr int kPlaceholderLength = 3;
+
+/// One message of the catalogue.
+struct MessageRecord {
+  i32 number = 0;
+  char16_t severity = 0;
+  eString text;         // as it stands in the catalogue, placeholders and backslashes included
+  i32 firstValue = 0;   // kept from the line, nothing reads it
+  i32 limit = 0;        // how many occurrences are written; below 1 all of them
+  i32 useCount = 0;     // occurrences so far in this run
+  i32 exitValue = 0;    // what a severe message wants as exit value; 0 from the catalogue
+  bool hidden = false;  // never written
+  /// For each argument the index in `text` of its last placeholder.
+  std::array<i16, kArgumentSlots> placeholderPosition{};
+  /// The arguments of the placeholders in the order of the text.
+  std::array<i16, kArgumentSlots> placeholderOrder{};
+};
+
+/// Reads a record text: severity letter, separator, number, separator, number, separator, message.
+/// Its placeholders are |1| to |8|; a higher number counts as 8, and behind a backslash none
+/// begins. Returns nothing when one of the three separators is missing. A text has fewer than 32768
+/// characters.
+[[nodiscard]] std::optional<MessageRecord> parseMessageRecord(i32 number, std::u16string_view text,
+                                                              char16_t separator);
+
+/// The decimal number at the start of `text`, behind blanks and a sign; 0 if there is none. What is
+/// too large for 32 bits counts as the nearest value.
+[[nodiscard]] i32 leadingDecimal(std::u16string_view text);
+
+/// Blanks and tabs are what separates the fields of a catalogue line.
+constexpr std::u16string_view kFieldBlanks = u" \t";
+
+/// `text` without the blanks and tabs at its start.
+[[nodiscard]] std::u16string_view skipFieldBlanks(std::u16string_view text);
+
+}  // namespace rvf
