@@ -17,6 +17,9 @@ constexpr i32 kHighestYear = 9999;
 constexpr i32 kEpochDays = 693959;
 // From 30 December 1899 to 1 January 1970, where the calendar of the library starts.
 constexpr i32 kLibraryEpoch = 25569;
+// The days of the years 0 to 9999.
+constexpr i32 kFirstDay = -693959;
+constexpr i32 kLastDay = 2958465;
 
 constexpr i32 kMonthLengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
 constexpr i32 kDaysBeforeMonth[] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
@@ -57,8 +60,14 @@ void DateTime::SetToNow() {
       localtime_r(&now, &local) != nullptr &&
       EncodeDateTime(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
                      local.tm_min, std::min(local.tm_sec, 59), dayNumber);
+  i32 month = 0;
+  i32 day = 0;
+  i32 year = 0;
   status = isRead ? kValid : kUnreadable;
-  if (!isRead) {
+  GetDate(month, day, year, false);
+  // The date that stands for none counts as a failed reading too.
+  if (year == 1000 && month == 1 && day == 1) {
+    status = kUnreadable;
     dayNumber = 0;
   }
 }
@@ -73,16 +82,13 @@ i32 secondOfDay(f64 dayNumber) {
 
 std::chrono::year_month_day calendarDay(f64 dayNumber) {
   const i32 carried = secondOfDay(dayNumber) == kSecondsPerDay ? 1 : 0;
-  const i32 days = static_cast<i32>(std::trunc(dayNumber)) + carried;
+  const i32 days = std::min(static_cast<i32>(std::trunc(dayNumber)) + carried, kLastDay);
   return std::chrono::sys_days(std::chrono::days(days - kLibraryEpoch));
 }
 
 }  // namespace
 
 bool DateTime::isUsable() const {
-  // The days of the years 0 to 9999.
-  constexpr f64 kFirstDay = -693959;
-  constexpr f64 kLastDay = 2958465;
   return status == kValid && dayNumber > kFirstDay - 1 && dayNumber < kLastDay + 1;
 }
 

@@ -57,10 +57,10 @@ i32 RecordReader::fail(i32 error) {
 }
 
 bool RecordReader::Open(const eString& encodingName, i32 encodingId, i32 maximumRecordLength) {
-  maximumRecordLength_ = maximumRecordLength;
+  maximumRecordLength_ = std::max(maximumRecordLength, 0);
   encoding_ = encodingId == encoding_id::kUtf16 ? encoding_id::kUtf16Le : encodingId;
   try {
-    const auto characters = static_cast<std::size_t>(maximumRecordLength);
+    const auto characters = static_cast<std::size_t>(maximumRecordLength_);
     bytes_.resize(characters * kMostBytesPerCharacter + kChunkSize);
   } catch (const std::bad_alloc&) {
     fail(record_error::kOutOfMemory);
@@ -217,6 +217,10 @@ i32 RecordReader::decode(std::string_view record, const char16_t*& text, i32& le
                  reinterpret_cast<const u8*>(record.data()) + record.size());
   } else {
     wide_.assign(converter_.ConvertToWide(record));
+    const bool isLast = atEnd_ && unread().empty();
+    if (isLast && encoding_ == encoding_id::kUtf8 && converter_.wasTruncated()) {
+      lastError_ = record_error::kTruncatedCharacter;
+    }
   }
   if (wide_.size() > static_cast<std::size_t>(maximumRecordLength_)) {
     return fail(record_error::kRecordTooLong);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -60,6 +61,11 @@ class RecordReader {
 
   /// The encoding, which a byte-order mark may have changed.
   [[nodiscard]] i32 encoding() const { return encoding_; }
+
+  /// See TextConverter::setReplacements.
+  void setReplacements(std::span<const ReplacementPair> pairs) {
+    converter_.setReplacements(pairs);
+  }
 
  private:
   [[nodiscard]] bool openConverter(const eString& name);

@@ -27,19 +27,24 @@ eString withByteOrder(const eString& name) {
 ConverterHandle tryOpen(const char16_t* name) {
   UErrorCode code = U_ZERO_ERROR;
   ConverterHandle handle(ucnv_openU(name, &code));
-  const bool isGood = code == U_ZERO_ERROR || code == U_USING_DEFAULT_WARNING;
+  const bool isGood = code == U_ZERO_ERROR || code == U_AMBIGUOUS_ALIAS_WARNING;
   return isGood ? std::move(handle) : nullptr;
 }
 
-// What ICU calls for bytes that it cannot map. `context` is the span of replacements.
-void substitute(const void* context, UConverterToUnicodeArgs* arguments, const char* bytes,
-                int32_t length, UConverterCallbackReason reason, UErrorCode* code) {
+}  // namespace
+
+// What ICU calls for bytes that it cannot map.
+void TextConverter::substitute(const void* context, UConverterToUnicodeArgs* arguments,
+                               const char* bytes, int32_t length, UConverterCallbackReason reason,
+                               UErrorCode* code) {
   if (reason > UCNV_IRREGULAR) {
     return;  // told of a reset, a close or a copy: nothing to convert
   }
-  const auto& pairs = *static_cast<const std::span<const ReplacementPair>*>(context);
+  Decoding& decoding = *static_cast<Decoding*>(const_cast<void*>(context));
+  const std::span<const ReplacementPair> pairs = decoding.replacements;
   const auto byte = length > 0 ? static_cast<u8>(bytes[0]) : u8{0};
   const auto found = std::ranges::find(pairs, byte, &ReplacementPair::byte);
+  decoding.isTruncated = *code == U_TRUNCATED_CHAR_FOUND;
   *code = U_ZERO_ERROR;
   if (found != pairs.end()) {
     ucnv_cbToUWriteUChars(arguments, &found->character, 1, 0, code);
@@ -47,6 +52,8 @@ void substitute(const void* context, UConverterToUnicodeArgs* arguments, const c
     ucnv_cbToUWriteSub(arguments, 0, code);
   }
 }
+
+namespace {
 
 bool fitsIcu(std::size_t size, std::size_t unit) {
   return size <= static_cast<std::size_t>(std::numeric_limits<int32_t>::max()) / unit;
@@ -85,21 +92,20 @@ bool TextConverter::SetEncodingByName(const eString& name) {
   converterName_ = isOpen() ? name : eString();
   GetEncodingId(name, encodingId_);
   if (isOpen()) {
-    setReplacements(replacements_);
+    installCallback();
   }
   return isOpen();
 }
 
 void TextConverter::setReplacements(std::span<const ReplacementPair> pairs) {
-  replacements_ = pairs;
-  if (converter_ == nullptr) {
-    return;
-  }
+  decoding_.replacements = pairs;
+}
+
+void TextConverter::installCallback() {
   UErrorCode code = U_ZERO_ERROR;
   UConverterToUCallback oldCallback = nullptr;
   const void* oldContext = nullptr;
-  ucnv_setToUCallBack(converter_.get(), substitute, &replacements_, &oldCallback, &oldContext,
-                      &code);
+  ucnv_setToUCallBack(converter_.get(), substitute, &decoding_, &oldCallback, &oldContext, &code);
 }
 
 std::string_view TextConverter::ConvertFromWide(std::u16string_view text) {
@@ -125,6 +131,7 @@ std::string_view TextConverter::ConvertFromWide(std::u16string_view text) {
 
 std::u16string_view TextConverter::ConvertToWide(std::string_view bytes) {
   constexpr std::size_t kMostCharactersPerByte = 2;
+  decoding_.isTruncated = false;
   if (converter_ == nullptr || bytes.empty() ||
       !fitsIcu(bytes.size() + 1, kMostCharactersPerByte)) {
     return {};

@@ -36,7 +36,7 @@ struct ReplacementPair {
 class TextConverter {
  public:
   TextConverter() = default;
-  // ICU keeps the address of the replacements.
+  // ICU keeps the address of `decoding_`.
   TextConverter(const TextConverter&) = delete;
   TextConverter& operator=(const TextConverter&) = delete;
 
@@ -57,14 +57,26 @@ class TextConverter {
   /// Characters for bytes that the encoding does not map, looked at before ICU's own substitution.
   /// The pairs are borrowed and must outlive their use.
   void setReplacements(std::span<const ReplacementPair> pairs);
+  /// Whether the bytes of the last ConvertToWide ended inside a character.
+  [[nodiscard]] bool wasTruncated() const { return decoding_.isTruncated; }
 
  private:
+  /// What the substitution of undecodable bytes reads and tells.
+  struct Decoding {
+    std::span<const ReplacementPair> replacements;
+    bool isTruncated = false;
+  };
+
+  static void substitute(const void* context, UConverterToUnicodeArgs* arguments, const char* bytes,
+                         int32_t length, UConverterCallbackReason reason, UErrorCode* code);
+  void installCallback();
+
   ConverterHandle converter_;
   std::string convertBuffer_;
   std::u16string convertedText_;
   eString converterName_;
   i32 encodingId_ = encoding_id::kNone;
-  std::span<const ReplacementPair> replacements_;
+  Decoding decoding_;
 };
 
 }  // namespace rvf

@@ -85,9 +85,10 @@ void TextSink::appendEscaped(std::u16string_view text) {
   constexpr std::u16string_view kSectionStart = u"<![CDATA[";
   constexpr std::u16string_view kSectionEnd = u"]]>";
   while (!text.empty()) {
-    if (text.starts_with(kSectionStart)) {
+    if (insideCData_ || text.starts_with(kSectionStart)) {
       const std::size_t end = text.find(kSectionEnd);
-      const std::size_t length = end == text.npos ? text.size() : end + kSectionEnd.size();
+      insideCData_ = end == text.npos;
+      const std::size_t length = insideCData_ ? text.size() : end + kSectionEnd.size();
       lineBuffer_.append(text.substr(0, length));
       text.remove_prefix(length);
       continue;

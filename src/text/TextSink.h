@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/Integers.h"
 #include "storage/FileObject.h"
@@ -68,6 +69,7 @@ class TextSink {
   bool rawMode_ = false;
   bool bareLineFeed_ = false;
   bool xmlMode_ = false;
+  bool insideCData_ = false;  // a section may span several writes
 };
 
 /// Writes "<name>" and "</name>" as a line each; nothing on a null sink.

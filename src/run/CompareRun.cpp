@@ -1,0 +1,149 @@
+#include "run/CompareRun.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include "capture/CompareContext.h"
+#include "capture/RvfReader.h"
+#include "compare/CustomerWalk.h"
+#include "messages/MessageReporter.h"
+#include "run/ExitStatus.h"
+#include "run/Progress.h"
+#include "run/RunReport.h"
+#include "text/NativeText.h"
+
+namespace rvf {
+
+namespace {
+
+constexpr const char16_t* kMessageFileLabel = u"Message File";
+
+/// Opens a file of the comparison. Null, and a report, when that fails.
+std::unique_ptr<eDiskFile> openFile(const eString& path, i32 flags) {
+  auto file = std::make_unique<eDiskFile>();
+  if (file->Open(path, flags | open_flags::kUnbuffered, false)) {
+    return file;
+  }
+  Report(MessageNumber::kFileUnusable, path, systemErrorText(errno), u"", u"");
+  return nullptr;
+}
+
+void closeFile(std::unique_ptr<eDiskFile>& file) {
+  if (file != nullptr) {
+    file->Close();
+    file.reset();
+  }
+}
+
+}  // namespace
+
+CompareRun::CompareRun() = default;
+
+CompareRun::~CompareRun() {
+  try {
+    closeRun(exit_status::kFailed);
+  } catch (...) {
+    // Without memory the report stays without its end; what ended the run is told by main.
+  }
+}
+
+bool CompareRun::parseArguments(std::span<const eString> arguments) {
+  return options_.parseCommandLine(arguments, true) || options_.badControlLine;
+}
+
+bool CompareRun::openRun() {
+  if (!openReport()) {
+    return false;
+  }
+  writeBanner(reportSink_.get(), kMessageFileLabel);
+  writeOptionsSummary(*reportSink_);
+  if (options_.badControlLine) {
+    return false;
+  }
+  firstFile_ = openFile(options_.firstFile, open_flags::kRead);
+  if (firstFile_ == nullptr) {
+    return false;
+  }
+  secondFile_ = openFile(options_.secondFile, open_flags::kRead);
+  if (secondFile_ == nullptr) {
+    return false;
+  }
+  differenceFile_ = openFile(options_.differenceFile, open_flags::kWrite | open_flags::kCreate);
+  return differenceFile_ != nullptr;
+}
+
+// Here the message file itself is the problem, so that the console is told.
+bool CompareRun::openReport() {
+  const eString& path = options_.messageFile;
+  eString line;
+  messageFile_ = std::make_unique<eDiskFile>();
+  auto sink = std::make_unique<FileSink>(*messageFile_, path);
+  if (!sink->openFile(options_.msgEncoding, true)) {
+    line.Format(u" ****** There was an error opening the %ls named %ls *****", kMessageFileLabel,
+                path);
+  } else if (!sink->connect()) {
+    line.Format(u" ****** There was an error connecting the %ls named %ls to an output sink *****",
+                kMessageFileLabel, path);
+  } else {
+    reportSink_ = std::move(sink);
+    messageReporter.AttachReportSink(reportSink_.get());
+    return true;
+  }
+  sink.reset();
+  messageFile_.reset();
+  consoleSink_.WriteLine(line.c_str(), true);
+  return false;
+}
+
+void CompareRun::greet() {
+  consoleSink_.WriteLine(
+      u"-*-*- Plenarix Batch Compare Utility Version 16.2.0 32-bit (DBCS)  -*-*- Batch Regression "
+      u"Utility.",
+      true);
+  consoleSink_.Flush();
+}
+
+void CompareRun::closeRun(i32 status) {
+  closeFile(differenceFile_);
+  closeFile(firstFile_);
+  closeFile(secondFile_);
+  closeReport(status);
+}
+
+// The sink stays attached until its last byte is written: a message about its own end still counts.
+void CompareRun::closeReport(i32 status) {
+  if (reportSink_ == nullptr) {
+    return;
+  }
+  writeClosingReport(*reportSink_, status);
+  reportSink_->Flush();
+  reportSink_->Close();
+  messageReporter.detachReportSink();
+  reportSink_.reset();
+  messageFile_.reset();
+}
+
+bool CompareRun::loadCapture(RvfReader& reader, eDiskFile& file) const {
+  reader.load(file);
+  if (!reader.valid()) {
+    Report(MessageNumber::kFileUnusable, file.name(), u"Invalid RVF");
+  }
+  return reader.valid();
+}
+
+i32 CompareRun::compareFiles() {
+  CompareContext firstContext;
+  CompareContext secondContext;
+  RvfReader first(firstContext, options_.dbcsMode);
+  RvfReader second(secondContext, options_.dbcsMode);
+  if (!loadCapture(first, *firstFile_) || !loadCapture(second, *secondFile_)) {
+    return exit_status::kFailed;
+  }
+  const auto progress = makeProgress(std::min(first.pageCount, second.pageCount));
+  const WalkOutput output{*differenceFile_, options_.firstFile, options_.secondFile,
+                          progress.get()};
+  return static_cast<i32>(walkCustomers(first, second, true, output));
+}
+
+}  // namespace rvf

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "base/Integers.h"
+#include "run/RunOptions.h"
+#include "storage/DiskFile.h"
+#include "text/TextSink.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+class RvfReader;
+
+/// The steps of one run and everything that it owns: the settings, the two sinks and the three
+/// files. The steps come in the order of their declaration, each once; a step that fails tells why
+/// through the reporter and is the last one but closeRun.
+class CompareRun {
+ public:
+  /// Opens nothing and reports nothing.
+  CompareRun();
+  CompareRun(const CompareRun&) = delete;
+  CompareRun& operator=(const CompareRun&) = delete;
+  /// Closes with the status of a failed run what is still open.
+  ~CompareRun();
+
+  /// `arguments` starts with the program's name. A bad line in a control file does not end the run
+  /// here but in openRun, so that its message file exists.
+  [[nodiscard]] bool parseArguments(std::span<const eString> arguments);
+
+  /// Opens the message file and writes banner and summary to it, then opens both inputs and empties
+  /// the difference file: before the first page is read, so that a difference file that cannot be
+  /// written stops the run early. What cannot be opened is reported as kFileUnusable and ends the
+  /// step; a message file that cannot be opened is told on the console.
+  [[nodiscard]] bool openRun();
+
+  /// Says on the console that the program is at work.
+  void greet();
+
+  /// Compares the files. Returns their DiffFlags, or kFailed when one of them is not a valid
+  /// capture file (kFileUnusable).
+  [[nodiscard]] i32 compareFiles();
+
+  /// Closes the files and ends the message file with the closing report for `status`. Does nothing
+  /// when nothing is open.
+  void closeRun(i32 status);
+
+  [[nodiscard]] const RunOptions& options() const { return options_; }
+
+ private:
+  [[nodiscard]] bool openReport();
+  [[nodiscard]] bool loadCapture(RvfReader& reader, eDiskFile& file) const;
+  void closeReport(i32 status);
+
+  RunOptions options_;
+  ConsoleSink consoleSink_;
+  std::unique_ptr<eDiskFile> messageFile_;
+  std::unique_ptr<FileSink> reportSink_;  // over messageFile_
+  std::unique_ptr<eDiskFile> differenceFile_;
+  std::unique_ptr<eDiskFile> firstFile_;
+  std::unique_ptr<eDiskFile> secondFile_;
+};
+
+}  // namespace rvf

@@ -1,0 +1,24 @@
+#include "run/ExitStatus.h"
+
+#include "compare/DiffFlags.h"
+
+namespace rvf {
+
+i32 formExitStatus(i32 status, bool simple) {
+  // Parts that were only found at another place of their list draw the same page, so a script that
+  // asks for a plain answer hears "identical". The mask is this narrow on purpose.
+  constexpr DiffFlags kSameForScripts = diff::kDrawOrder | diff::kContent;
+  if (!simple || status <= 0) {
+    return status;
+  }
+  const bool differs = (static_cast<DiffFlags>(status) & ~kSameForScripts) != 0;
+  return differs ? exit_status::kDifferent : exit_status::kIdentical;
+}
+
+int foldToProcessStatus(i32 exitStatus) {
+  constexpr int kFoldedPlaces = 17;
+  constexpr int kProcessBits = 0xFF;
+  return (exitStatus | exitStatus >> kFoldedPlaces) & kProcessBits;
+}
+
+}  // namespace rvf

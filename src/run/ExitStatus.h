@@ -1,0 +1,25 @@
+#pragma once
+
+#include "base/Integers.h"
+
+namespace rvf {
+
+namespace exit_status {
+constexpr i32 kFailed = -1;    // a step failed, or a severe message was given
+constexpr i32 kIdentical = 0;  // also with SIMPLERETURN, when nothing but the order differs
+constexpr i32 kDifferent = 1;  // with SIMPLERETURN only; otherwise the run's DiffFlags
+}  // namespace exit_status
+
+/// The exit status of a run that ended with `status`, which is kFailed or the DiffFlags of the
+/// files. `simple` asks for the three values above instead of the bits.
+[[nodiscard]] i32 formExitStatus(i32 status, bool simple);
+
+/// The exit status in the 8 bits that a process has for it. 0 always and only means identical and
+/// 255 always and only means failed:
+///
+/// - The three bits that do not fit, page count, customers and resolutions, come down by 17 places,
+///   onto the reserved bits 4, 8 and 16, which no run sets.
+/// - Every other bit above 128 comes together with 128, so that it may drop out.
+[[nodiscard]] int foldToProcessStatus(i32 exitStatus);
+
+}  // namespace rvf

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "run/RunOptions.h"
+
+namespace rvf {
+
+// What the operator is told on standard error beside the numbered messages. Nothing here fails: a
+// standard error that cannot be written is ignored.
+
+/// Why the options ended the run: the control file that could not be used, and how options are
+/// written if one was not understood. Nothing when all were in order.
+void tellFailedOptions(const RunOptions& options);
+
+/// A failure that no message stands for.
+void tellUnexpectedEnd(const char* reason);
+
+}  // namespace rvf

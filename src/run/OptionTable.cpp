@@ -1,0 +1,134 @@
+#include "run/OptionTable.h"
+
+#include <algorithm>
+
+#include "compare/Tolerances.h"
+#include "messages/MessageRecord.h"
+
+namespace rvf {
+
+namespace {
+
+struct NamedEncoding {
+  std::u16string_view name;
+  i32 id;
+};
+
+constexpr NamedEncoding kMessageEncodings[] = {
+    {u"UTF16", 12},    {u"UTF16LE", 20}, {u"UTF16BE", 21}, {u"ASCII", 1},
+    {u"EBCDIC", 2},    {u"UTF8", 11},    {u"LATIN1", 14},  {u"LATIN2", 15},
+    {u"ISO88592", 13}, {u"SJIS", 10},    {u"BIG5", 3},
+};
+
+constexpr NamedEncoding kControlFileEncodings[] = {
+    {u"UTF8", 11},
+    {u"UTF16LE", 20},
+    {u"UTF16BE", 21},
+};
+constexpr i32 kOtherControlFileEncoding = 30;
+
+eString upperCased(const eString& text) {
+  eString upper = text;
+  upper.MakeUpper();
+  return upper;
+}
+
+i32 encodingId(std::span<const NamedEncoding> table, const eString& name, i32 otherwise) {
+  const auto row = std::ranges::find(table, name.text(), &NamedEncoding::name);
+  return row == table.end() ? otherwise : row->id;
+}
+
+bool setFiles(RunOptions& options, const eString& value) {
+  const i32 comma = value.Find(u',', 0);
+  if (comma <= 0) {
+    return false;
+  }
+  options.firstFile = value.Left(comma);
+  options.secondFile = value.Mid(comma + 1);
+  return true;
+}
+
+bool setSimpleReturn(RunOptions&, const eString&) {
+  simpleReturn = 1;
+  return true;
+}
+
+bool setPositionTolerance(RunOptions&, const eString& value) {
+  positionTolerance = leadingDecimal(value.text());
+  return true;
+}
+
+bool setLineTolerance(RunOptions&, const eString& value) {
+  lineTolerance = leadingDecimal(value.text());
+  return true;
+}
+
+bool setBothTolerances(RunOptions& options, const eString& value) {
+  return setPositionTolerance(options, value) && setLineTolerance(options, value);
+}
+
+bool setDifferenceFile(RunOptions& options, const eString& value) {
+  options.differenceFile = value;
+  return true;
+}
+
+bool setMessageFile(RunOptions& options, const eString& value) {
+  options.messageFile = value;
+  return true;
+}
+
+bool setMessageEncoding(RunOptions& options, const eString& value) {
+  // A name that is not known changes nothing and is accepted: jobs written for other encodings run.
+  options.msgEncoding = encodingId(kMessageEncodings, upperCased(value), options.msgEncoding);
+  return true;
+}
+
+bool setDbcsMode(RunOptions& options, const eString& value) {
+  options.dbcsMode = upperCased(value).text() == u"TRUE";
+  return true;
+}
+
+bool setControlFile(RunOptions& options, const eString& value) {
+  options.addControlFile(value);
+  return true;
+}
+
+bool setControlFileEncoding(RunOptions& options, const eString& value) {
+  options.controlFileEncoding = value;
+  return true;
+}
+
+constexpr OptionRow kOptions[] = {
+    {u"COMPARE", u"FIRST,SECOND", u"the two page-capture files", setFiles},
+    {u"POS_TOLERANCE", u"N", u"positions may differ by N units", setPositionTolerance},
+    {u"LINE_TOLERANCE", u"N", u"line widths may differ by N units", setLineTolerance},
+    {u"DIFFTOLERANCE", u"N", u"both tolerances", setBothTolerances},
+    {u"DIFFERENCEFILE", u"PATH", u"the difference file to write", setDifferenceFile},
+    {u"MESSAGEFILE", u"PATH", u"the message file to write", setMessageFile},
+    {u"MSGENCODE", u"NAME",
+     u"its encoding: ASCII BIG5 EBCDIC ISO88592 LATIN1 LATIN2\n"
+     u"SJIS UTF16 UTF16BE UTF16LE UTF8",
+     setMessageEncoding},
+    {u"SIMPLERETURN", u"", u"exit status 0 or 1 instead of the difference bits", setSimpleReturn},
+    {u"DBCS_MODE", u"TRUE", u"old capture files have two bytes a character", setDbcsMode},
+    {u"CONTROLFILE", u"PATH", u"a file of further options, one a line", setControlFile},
+    {u"CONTROLFILEENCODING", u"NAME", u"its encoding: ISO88591 UTF16BE UTF16LE UTF8",
+     setControlFileEncoding},
+};
+
+}  // namespace
+
+std::span<const OptionRow> optionTable() { return kOptions; }
+
+const OptionRow* findOption(const eString& name, bool withValue) {
+  const auto* row = std::ranges::find_if(kOptions, [&](const OptionRow& option) {
+    return option.name == name.text() && option.takesValue() == withValue;
+  });
+  return row == std::end(kOptions) ? nullptr : row;
+}
+
+i32 controlFileEncodingId(const eString& name) {
+  return encodingId(kControlFileEncodings, name, kOtherControlFileEncoding);
+}
+
+}  // namespace rvf

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "base/Integers.h"
+#include "compare/CustomerWalk.h"
+
+namespace rvf {
+
+/// How far the comparison is.
+struct ProgressState {
+  i32 customersDone = 0;
+  i32 customerCount = 0;
+  i64 pagesCompared = 0;
+  i64 pageTotal = 0;  // pages that there are to compare, at most
+  i32 differingPages = 0;
+  std::chrono::duration<f64> elapsed{};
+};
+
+/// The progress line: one line of ASCII without an end. The time left is told once enough pages are
+/// done to judge by.
+[[nodiscard]] std::string progressLine(const ProgressState& state);
+
+/// Keeps one line on standard error up to date while the comparison runs, a few times a second. It
+/// is erased at the end.
+class Progress final : public WalkObserver {
+ public:
+  explicit Progress(i64 pageTotal) : pageTotal_(pageTotal) {}
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress() override;
+
+  void pagesCompared(i32 customersDone, i32 customerCount, i64 pagesCompared,
+                     i32 differingPages) override;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  i64 pageTotal_;
+  Clock::time_point start_ = Clock::now();
+  Clock::time_point lastDrawn_ = start_;
+};
+
+/// A progress line if standard error is a terminal, otherwise null.
+[[nodiscard]] std::unique_ptr<Progress> makeProgress(i64 pageTotal);
+
+/// Removes the line that is shown, if there is one: for what else is to appear on standard error.
+void eraseProgressLine();
+
+}  // namespace rvf

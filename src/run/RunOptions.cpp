@@ -1,0 +1,136 @@
+#include "run/RunOptions.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include "messages/MessageReporter.h"
+#include "run/OptionTable.h"
+#include "storage/DiskFile.h"
+#include "text/NativeText.h"
+#include "text/RecordReader.h"
+
+namespace rvf {
+
+namespace {
+
+bool startsOption(const eString& text) {
+  return text.c_str()[0] == u'-' || text.c_str()[0] == u'/';
+}
+
+bool isComment(const eString& text) { return text.c_str()[0] == u'%' || text.c_str()[0] == u'*'; }
+
+}  // namespace
+
+bool RunOptions::parseCommandLine(std::span<const eString> arguments, bool readControl) {
+  for (std::size_t index = 1; index < arguments.size();) {
+    // The shell has split a value with blanks in it: it is put together with one blank a seam.
+    eString text = arguments[index++];
+    for (; index < arguments.size() && !startsOption(arguments[index]); ++index) {
+      text.AppendChar(u' ');
+      text.Append(arguments[index]);
+    }
+    if (!parseOption(text)) {
+      Report(MessageNumber::kOptionNotUnderstood, text);
+      badArgument = true;
+    }
+  }
+  return !badArgument && (!readControl || readControlFiles());
+}
+
+bool RunOptions::parseOption(const eString& line) {
+  eString text = line;
+  text.TrimLeft();
+  text.TrimRight();
+  if (text.isEmpty() || isComment(text)) {
+    return true;
+  }
+  if (!startsOption(text)) {
+    return false;
+  }
+  // Directly behind the dash a "=" is part of the name.
+  const i32 equals = text.Find(u'=', 2);
+  const bool withValue = equals >= 0;
+  eString name = withValue ? text.Mid(1, equals - 1) : text.Mid(1);
+  name.MakeUpper();
+  const OptionRow* option = findOption(name, withValue);
+  return option != nullptr && option->apply(*this, withValue ? text.Mid(equals + 1) : eString());
+}
+
+void RunOptions::addControlFile(const eString& path) {
+  if (std::ranges::find(controlFiles, path) == controlFiles.end()) {
+    controlFiles.push_back(path);
+  }
+}
+
+bool RunOptions::readControlFiles() {
+  bool ok = true;
+  // A control file may append others, itself not among them, since it is listed already.
+  for (std::size_t index = 0; index < controlFiles.size() && !controlFileFailure; ++index) {
+    const eString path = controlFiles[index];
+    ok = readControlFile(path);
+  }
+  return ok;
+}
+
+bool RunOptions::readControlFile(const eString& path) {
+  constexpr i32 kLongestLine = 32767;
+  eDiskFile file;
+  if (!file.Open(path, open_flags::kRead, false)) {
+    controlFileFailure = {path, systemErrorText(errno)};
+    return false;
+  }
+  RecordReader reader;
+  reader.Attach(&file);
+  bool ok = true;
+  if (reader.Open(eString(), controlFileEncodingId(controlFileEncoding), kLongestLine)) {
+    const char16_t* text = nullptr;
+    i32 length = 0;
+    while (reader.ReadRecord(text, length) >= 0) {
+      eString line;
+      line.AssignCounted(length, text);
+      if (!line.isEmpty() && !parseOption(line)) {
+        noteBadControlLine(line);
+        ok = false;
+      }
+    }
+  }
+  eString reason;
+  reader.GetErrorText(reason);
+  if (!reason.isEmpty()) {
+    controlFileFailure = {path, reason};
+    ok = false;
+  }
+  return ok;
+}
+
+void RunOptions::noteBadControlLine(const eString& line) {
+  if (badControlLine) {
+    return;
+  }
+  badControlLine = true;
+  badLineText = printableCopy(line);
+  Report(MessageNumber::kOptionNotUnderstood, badLineText);
+}
+
+eString printableCopy(const eString& line) {
+  constexpr char16_t kLastPrintable = 127;
+  constexpr i32 kDigitPlaces = 2;
+  eString copy;
+  for (const char16_t c : line.view()) {
+    if (c >= u' ' && c <= kLastPrintable) {
+      copy.AppendChar(c);
+      continue;
+    }
+    // Quirk that stays: every number has the place of two digits. Of a longer one only they remain,
+    // and a single one leaves a gap, at which the text ends.
+    eString digits;
+    digits.Format(u"%x", c);
+    copy.Append(digits.Left(kDigitPlaces));
+    if (digits.length() < kDigitPlaces) {
+      break;
+    }
+  }
+  return copy;
+}
+
+}  // namespace rvf

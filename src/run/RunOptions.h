@@ -1,0 +1,68 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "base/Integers.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+/// Nonzero when the exit status is to be one of exit_status instead of the difference bits. The
+/// tolerances, which are process-wide as well, stand in compare/Tolerances.h.
+inline i32 simpleReturn = 0;
+
+/// The settings of one run, with their defaults. They come from the command line and then from the
+/// control files that it names, all in one syntax: an option line is a comment, or a dash or slash,
+/// a name and possibly "=value" (OptionTable.h). Of several lines with one name the last one holds.
+struct RunOptions {
+  /// Why a control file could not be used, for the operator.
+  struct ControlFileFailure {
+    eString path;
+    eString reason;
+  };
+
+  bool badArgument = false;           // an argument was not understood
+  std::vector<eString> controlFiles;  // in the order of reading, each path once
+  bool badControlLine = false;        // a line of a control file was not understood
+  eString badLineText;                // printable copy of the first such line
+  std::optional<ControlFileFailure> controlFileFailure;
+  i32 msgEncoding = 11;  // encoding id of the message file
+  eString messageFile{u"PlenarixMessages.dat"};
+  eString firstFile{u"RVF1.rvf"};
+  eString secondFile{u"RVF2.rvf"};
+  eString differenceFile{u"Differenced.dat"};
+  bool dbcsMode =
+      false;  // capture files that do not tell their form of text have two bytes a character
+  eString controlFileEncoding{u"ISO88591"};
+
+  /// Takes the arguments behind the first one, which names the program. Words that do not begin
+  /// with
+  /// "-" or "/" belong to the option in front of them. Reports each option that is not understood
+  /// (kOptionNotUnderstood) and returns false if there was one; otherwise the result of
+  /// readControlFiles, or true when `readControl` is off.
+  [[nodiscard]] bool parseCommandLine(std::span<const eString> arguments, bool readControl);
+
+  /// Takes one option line. Returns false, with nothing changed, when it is not understood.
+  [[nodiscard]] bool parseOption(const eString& line);
+
+  /// Appends a control file, unless its path is listed already.
+  void addControlFile(const eString& path);
+
+  /// Reads all control files, those included that a control file adds. Returns whether the last one
+  /// was understood; a bad line in any of them sets badControlLine, and the first one is reported
+  /// (kOptionNotUnderstood). A file that cannot be opened or read ends the reading with false,
+  /// reports nothing and is told in controlFileFailure.
+  [[nodiscard]] bool readControlFiles();
+
+ private:
+  [[nodiscard]] bool readControlFile(const eString& path);
+  void noteBadControlLine(const eString& line);
+};
+
+/// A line of a control file as a message can show it: characters from 32 to 127 as they are, others
+/// as lower-case hexadecimal digits.
+[[nodiscard]] eString printableCopy(const eString& line);
+
+}  // namespace rvf

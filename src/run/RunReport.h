@@ -1,0 +1,22 @@
+#pragma once
+
+#include "base/Integers.h"
+
+namespace rvf {
+
+class TextSink;
+
+// What a run writes to its message file by itself, apart from the numbered messages. Scripts read
+// these lines, so their literals are frozen, leading blanks and tabs included.
+
+/// The program's version and the time of the start. `label` says what file this is. A null sink
+/// gets nothing.
+void writeBanner(TextSink* sink, const char16_t* label);
+
+/// The tolerances that the run compares with.
+void writeOptionsSummary(TextSink& sink);
+
+/// The status, the full DiffFlags or -1, and what it means in words.
+void writeClosingReport(TextSink& sink, i32 status);
+
+}  // namespace rvf
