@@ -24,30 +24,24 @@ std::size_t asSize(i64 count) { return static_cast<std::size_t>(count); }
 }  // namespace
 
 eArchive::eArchive(FileObject& file, Mode mode, i32 bufferSize, bool flushEachWrite)
-    : bufferSize_(bufferSize),
-      mode_(mode),
+    : mode_(mode),
       name_(file.name()),
       stream_(file.stream()),
       file_(&file),
-      flushEachWrite_(flushEachWrite),
-      buffer_(new std::byte[asSize(bufferSize) + kTailRoom]()) {
-  // A loading archive starts with a buffer that is used up, so that the first access fills it.
-  bufferEnd_ = bufferStart() + bufferSize_;
-  cursor_ = isLoading() ? bufferEnd_ : bufferStart();
+      flushEachWrite_(flushEachWrite) {
   if (isLoading()) {
-    // Offsets have 32 bits, so what lies behind the last of them is out of reach.
-    fileLength_ = std::min<i64>(file.GetLength(), std::numeric_limits<i32>::max());
-    loadPosition_ = file.Tell();
+    // Nothing of the window is in view at first: the first access fills it, unless a Seek finds its
+    // target in there.
+    window_ = &file.readWindow(bufferSize);
+    bufferStart_ = window_->start();
+    bufferEnd_ = bufferStart_;
+    cursor_ = bufferStart_;
+  } else {
+    makeBuffer(bufferSize);
   }
 }
 
-eArchive::eArchive(i32 bufferSize)
-    : bufferSize_(bufferSize),
-      mode_(Mode::kStore),
-      buffer_(new std::byte[asSize(bufferSize) + kTailRoom]()) {
-  bufferEnd_ = bufferStart() + bufferSize_;
-  cursor_ = bufferStart();
-}
+eArchive::eArchive(i32 bufferSize) : mode_(Mode::kStore) { makeBuffer(bufferSize); }
 
 eArchive::~eArchive() {
   if (file_ != nullptr) {
@@ -55,40 +49,48 @@ eArchive::~eArchive() {
   }
 }
 
-i32 eArchive::readPhysical(std::byte* destination, i32 count) {
-  if (readError_ || file_ == nullptr) {
-    return 0;
+void eArchive::makeBuffer(i32 size) {
+  buffer_.reset(new std::byte[asSize(size)]());
+  bufferStart_ = buffer_.get();
+  bufferEnd_ = bufferStart_ + size;
+  cursor_ = bufferStart_;
+}
+
+void eArchive::takePlace() {
+  if (!hasPlace_) {
+    hasPlace_ = true;
+    window_->moveToFilePosition();
   }
-  i32 got = 0;
-  if (stream_ == nullptr) {
-    got = file_->Read(destination, count);
-    readError_ = file_->errorState();
-  } else {
-    errno = 0;
-    got = static_cast<i32>(std::fread(destination, 1, asSize(count), stream_));
-    readError_ = got < count && std::ferror(stream_) != 0;
-    if (readError_) {
-      Report(MessageNumber::kFileReadFailed, count, name_, systemErrorText(errno));
-    }
+}
+
+void eArchive::lookIntoWindow(std::byte* cursor) {
+  bufferStart_ = window_->start();
+  bufferEnd_ = window_->end();
+  cursor_ = cursor;
+}
+
+// False: nothing came. What is loaded from then on are the bytes at the front of the window.
+bool eArchive::readOn(i64 tail) {
+  takePlace();
+  bool hasError = false;
+  if (!isExhausted_ && window_->readOn(tail, hasError) > 0) {
+    lookIntoWindow(window_->start());
+    failed_ = failed_ || hasError;
+    isExhausted_ = hasError;
+    return true;
   }
-  failed_ = failed_ || readError_;
-  return got;
+  failed_ = failed_ || hasError;
+  isExhausted_ = true;
+  cursor_ = window_->start();
+  bufferEnd_ = window_->start();
+  return false;
 }
 
 void eArchive::Fill(i32 needed) {
   const i64 tail = unread();
-  if (tail > 0) {
-    std::memmove(bufferStart(), cursor_, asSize(tail));
-  }
-  const i32 got = readPhysical(bufferStart() + tail, bufferSize_);
-  cursor_ = bufferStart();
-  if (got == 0) {
+  if (!readOn(tail)) {
     failed_ = true;
-    return;
-  }
-  loadPosition_ += got;
-  bufferEnd_ = bufferStart() + tail + got;
-  if (tail + got < needed) {
+  } else if (unread() < needed) {
     MarkDamaged();
   }
 }
@@ -105,11 +107,7 @@ i32 eArchive::ReadRaw(void* destination, i32 count) {
       remaining -= taken;
       continue;
     }
-    const i32 got = readPhysical(bufferStart(), bufferSize_);
-    loadPosition_ += got;
-    cursor_ = bufferStart();
-    bufferEnd_ = bufferStart() + got;
-    if (got == 0) {
+    if (isExhausted_ || !readOn(0)) {
       break;
     }
   }
@@ -153,6 +151,7 @@ void eArchive::WriteRaw(const void* source, i64 count) {
 }
 
 void eArchive::writePhysical(i32 count) {
+  file_->contentChanged();
   if (stream_ == nullptr) {
     file_->Write(bufferStart(), count);
     failed_ = failed_ || file_->errorState();
@@ -181,31 +180,35 @@ void eArchive::Close() {
   Flush();
   stream_ = nullptr;
   file_ = nullptr;
-  loadPosition_ = 0;
 }
 
 i32 eArchive::Seek(i32 offset) {
   if (file_ == nullptr) {
     return -1;
   }
-  if (isLoading()) {
-    loadPosition_ = offset;
-    cursor_ = bufferStart();
-    bufferEnd_ = bufferStart();
-  } else {
+  if (!isLoading()) {
     Flush();
     storeCount_ = offset;
+    const i32 reached = file_->Seek(offset, SeekOrigin::kStart);
+    failed_ = failed_ || reached != offset;
+    return reached;
   }
-  const i32 reached = file_->Seek(offset, SeekOrigin::kStart);
-  if (reached != offset) {
-    failed_ = true;
+  hasPlace_ = true;
+  isExhausted_ = false;
+  if (std::byte* held = window_->find(offset)) {
+    lookIntoWindow(held);
+    return offset;
   }
-  return reached;
+  const bool isMoved = window_->moveTo(offset);
+  failed_ = failed_ || !isMoved;
+  lookIntoWindow(window_->end());
+  return isMoved ? offset : -1;
 }
 
 i32 eArchive::GetPosition() {
   if (isLoading()) {
-    return static_cast<i32>(loadPosition_ - unread());
+    takePlace();
+    return static_cast<i32>(window_->endOffset() - unread());
   }
   if (stream_ != nullptr) {
     Flush();
@@ -324,10 +327,8 @@ i64 eCountingArchive::CountedBytes() {
 }
 
 void eCountingArchive::Flush() {
-  writePhysical(static_cast<i32>(cursor_ - bufferStart()));
+  storeCount_ += cursor_ - bufferStart();
   cursor_ = bufferStart();
 }
-
-void eCountingArchive::writePhysical(i32 count) { storeCount_ += count; }
 
 }  // namespace rvf

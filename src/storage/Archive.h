@@ -8,6 +8,7 @@
 
 #include "base/Integers.h"
 #include "storage/FileObject.h"
+#include "storage/ReadWindow.h"
 #include "text/eString.h"
 
 namespace rvf {
@@ -28,8 +29,9 @@ class eArchive {
   static constexpr i32 kFileBufferSize = 65536;
   static constexpr i32 kSectionBufferSize = 4096;
 
-  /// Works from the file's position on. With `flushEachWrite` the stream is flushed after every
-  /// physical write.
+  /// Works from the file's position on. Loading archives on one file share its window, so that only
+  /// one of them may be in use at a time; a storing one has a buffer of its own. With
+  /// `flushEachWrite` the stream is flushed after every physical write.
   eArchive(FileObject& file, Mode mode, i32 bufferSize, bool flushEachWrite = false);
   eArchive(const eArchive&) = delete;
   eArchive& operator=(const eArchive&) = delete;
@@ -83,7 +85,9 @@ class eArchive {
   void Close();
 
   /// Bytes between the position and the end of the file, as long as at the start of the archive.
-  [[nodiscard]] i64 BytesLeft() const { return fileLength_ - loadPosition_ + unread(); }
+  [[nodiscard]] i64 BytesLeft() const {
+    return window_->fileLength() - window_->endOffset() + unread();
+  }
   /// The number of items to read for a count found in the file: a negative one is 0, and so is one
   /// that cannot fit into the bytes left at `smallestItem` bytes each, which is damage.
   [[nodiscard]] i32 CheckedCount(i64 count, i32 smallestItem);
@@ -97,20 +101,12 @@ class eArchive {
   /// An archive without a file, for the measuring pass.
   explicit eArchive(i32 bufferSize);
 
-  /// Writes `count` bytes of the buffer physically.
-  virtual void writePhysical(i32 count);
-
-  [[nodiscard]] std::byte* bufferStart() { return buffer_.get(); }
+  [[nodiscard]] std::byte* bufferStart() { return bufferStart_; }
 
   i64 storeCount_ = 0;  // bytes physically written, set afresh by Seek
-  i32 bufferSize_;
-  std::byte* cursor_;
-  std::byte* bufferEnd_;
+  std::byte* cursor_;   // the next byte to load or store
 
  private:
-  // The tail that a refill carries over is at most a primitive's size.
-  static constexpr i32 kTailRoom = 16;
-
   template <class T>
   T load() {
     if (bufferEnd_ - cursor_ < static_cast<std::ptrdiff_t>(sizeof(T))) [[unlikely]] {
@@ -135,7 +131,11 @@ class eArchive {
   }
 
   void Fill(i32 needed);
-  [[nodiscard]] i32 readPhysical(std::byte* destination, i32 count);
+  void makeBuffer(i32 size);
+  void takePlace();
+  void lookIntoWindow(std::byte* cursor);
+  [[nodiscard]] bool readOn(i64 tail);
+  void writePhysical(i32 count);
   [[nodiscard]] i64 unread() const { return cursor_ < bufferEnd_ ? bufferEnd_ - cursor_ : 0; }
   [[nodiscard]] i64 ReadLength();
   void WriteLength(i32 length);
@@ -148,12 +148,14 @@ class eArchive {
   std::FILE* stream_ = nullptr;  // the file object's, used directly where there is one
   FileObject* file_ = nullptr;   // not owned
   bool flushEachWrite_ = false;
-  std::unique_ptr<std::byte[]> buffer_;
-  i64 loadPosition_ = 0;  // file offset that corresponds to bufferEnd_
-  i64 fileLength_ = 0;
+  ReadWindow* window_ = nullptr;         // loading: the file's
+  std::unique_ptr<std::byte[]> buffer_;  // storing
+  std::byte* bufferStart_;
+  std::byte* bufferEnd_;  // loading: behind the last valid byte; storing: behind the buffer
   bool failed_ = false;
   bool damageReported_ = false;
-  bool readError_ = false;  // the system refused a read: no further one is tried
+  bool hasPlace_ = false;     // loading: the window is where this archive stands
+  bool isExhausted_ = false;  // the file has ended or refused a read: no further one is tried
   std::vector<u8> scratch_;
 };
 
@@ -166,9 +168,6 @@ class eCountingArchive final : public eArchive {
   [[nodiscard]] i64 CountedBytes();
 
   void Flush() override;
-
- protected:
-  void writePhysical(i32 count) override;
 };
 
 }  // namespace rvf

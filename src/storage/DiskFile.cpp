@@ -77,11 +77,13 @@ i32 eDiskFile::GetPos(i64& position) {
 }
 
 i32 eDiskFile::SetPos(i64 position) {
+  positionChanged();
   return stream_ != nullptr && fseeko(stream_, position, SEEK_SET) == 0 ? 0 : -1;
 }
 
 bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
   name_ = path;
+  contentChanged();
   const std::string nativePath = toNative(path.text());
   errno = 0;
   if (isDirectory(nativePath)) {
@@ -101,6 +103,7 @@ i32 eDiskFile::Write(const void* source, i32 count) {
   if (count == 0) {
     return 0;
   }
+  contentChanged();
   errno = 0;
   const bool written =
       stream_ != nullptr && std::fwrite(source, static_cast<std::size_t>(count), 1, stream_) == 1;
@@ -115,6 +118,7 @@ i32 eDiskFile::Seek(i32 offset, SeekOrigin origin) {
   if (stream_ == nullptr) {
     return -1;
   }
+  positionChanged();
   if (std::feof(stream_) != 0) {
     std::clearerr(stream_);
   }
@@ -136,6 +140,7 @@ i32 eDiskFile::Read(void* destination, i32 count) {
     errorState_ = true;
     return 0;
   }
+  positionChanged();
   errno = 0;
   const std::size_t got = std::fread(destination, 1, static_cast<std::size_t>(count), stream_);
   atEnd_ = std::feof(stream_) != 0;

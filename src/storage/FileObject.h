@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdio>
+#include <memory>
 
 #include "base/Integers.h"
+#include "storage/ReadWindow.h"
 #include "text/eString.h"
 
 namespace rvf {
@@ -54,6 +56,21 @@ class FileObject {
   /// The stdio stream under the file, for an archive that works on it directly; null without one.
   [[nodiscard]] virtual std::FILE* stream() const { return nullptr; }
 
+  /// What the archives that load from this file share; `size` bytes are read at a time. One of them
+  /// loads at a time.
+  [[nodiscard]] ReadWindow& readWindow(i32 size) {
+    if (window_ == nullptr || window_->size() != size) {
+      window_ = std::make_unique<ReadWindow>(*this, size);
+    }
+    return *window_;
+  }
+  /// Bytes went into the file past this object.
+  void contentChanged() {
+    if (window_ != nullptr) {
+      window_->forget();
+    }
+  }
+
   /// The path, for messages.
   [[nodiscard]] const eString& name() const { return name_; }
   [[nodiscard]] bool isOpen() const { return isOpen_; }
@@ -61,10 +78,19 @@ class FileObject {
   [[nodiscard]] bool atEnd() const { return atEnd_; }
 
  protected:
+  void positionChanged() {
+    if (window_ != nullptr) {
+      window_->forgetPosition();
+    }
+  }
+
   eString name_;
   bool isOpen_ = false;
   bool errorState_ = false;  // the last operation failed
   bool atEnd_ = false;       // the last read reached the end of the file
+
+ private:
+  std::unique_ptr<ReadWindow> window_;
 };
 
 }  // namespace rvf

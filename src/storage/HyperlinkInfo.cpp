@@ -58,6 +58,10 @@ void HyperlinkInfo::reserveText(i32 minimumLength) {
 }
 
 void HyperlinkInfo::loadFixedFields(eArchive& archive) {
+  // A capacity found in the file must never speak for a text that was there before.
+  text.reset();
+  firstLabel.Empty();
+  secondLabel.Empty();
   linkValue1 = archive.ReadI32();
   linkValue2 = archive.ReadI32();
   textCapacity = archive.ReadU16();
@@ -108,9 +112,11 @@ void HyperlinkInfo::store(eArchive& archive) const {
   archive.WriteI32(linkValue1);
   archive.WriteI32(linkValue2);
   archive.WriteU16(textCapacity);
-  archive.WriteU16(textLength);
+  // The old form can tell a length and have no text.
+  const u16 storedLength = text == nullptr ? u16{0} : textLength;
+  archive.WriteU16(storedLength);
   archive.WriteI32(linkValue3);
-  archive.WriteRaw(text.get(), 2 * i64{textLength});
+  archive.WriteRaw(text.get(), 2 * i64{storedLength});
   archive.WriteString(firstLabel);
   archive.WriteString(secondLabel);
   archive.WriteI32(kEndMark);

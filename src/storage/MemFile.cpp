@@ -17,6 +17,7 @@ eMemFile::eMemFile(std::byte* block, i32 size, i32 growBy) : eMemFile(growBy) {
 }
 
 void eMemFile::Attach(std::byte* block, i32 size, i32 growBy) {
+  contentChanged();
   owned_.reset();
   growBy_ = growBy;
   position_ = 0;
@@ -26,6 +27,7 @@ void eMemFile::Attach(std::byte* block, i32 size, i32 growBy) {
 }
 
 std::unique_ptr<std::byte[]> eMemFile::Detach() {
+  contentChanged();
   position_ = 0;
   capacity_ = 0;
   length_ = 0;
@@ -34,6 +36,7 @@ std::unique_ptr<std::byte[]> eMemFile::Detach() {
 }
 
 void eMemFile::SetLength(i32 size) {
+  contentChanged();
   GrowTo(size);
   length_ = size;
   position_ = std::min(position_, size);
@@ -43,6 +46,7 @@ i32 eMemFile::Write(const void* source, i32 count) {
   if (count == 0) {
     return 0;
   }
+  contentChanged();
   GrowTo(static_cast<i64>(position_) + count);
   std::memcpy(buffer_ + position_, source, static_cast<std::size_t>(count));
   position_ += count;
@@ -51,6 +55,7 @@ i32 eMemFile::Write(const void* source, i32 count) {
 }
 
 i32 eMemFile::Seek(i32 offset, SeekOrigin origin) {
+  positionChanged();
   i64 target = offset;
   if (origin == SeekOrigin::kCurrent) {
     target += position_;
@@ -68,6 +73,7 @@ i32 eMemFile::Read(void* destination, i32 count) {
   if (count <= 0 || position_ > length_) {
     return 0;
   }
+  positionChanged();
   const i32 delivered = std::min(count, length_ - position_);
   if (delivered > 0) {
     std::memcpy(destination, buffer_ + position_, static_cast<std::size_t>(delivered));

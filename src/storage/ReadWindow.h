@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "base/Integers.h"
+
+namespace rvf {
+
+class FileObject;
+
+/// The stretch of a file that is in memory. The archives that load from one file object, one after
+/// the other, share its window: a page that follows the last one costs no more of the system than
+/// its own bytes.
+///
+/// It keeps track of what the file has to be asked for only once: its length, and where it stands
+/// after the last read.
+class ReadWindow {
+ public:
+  /// `size` bytes are read at a time. `file` must outlive the window.
+  ReadWindow(FileObject& file, i32 size);
+
+  [[nodiscard]] i32 size() const { return size_; }
+  [[nodiscard]] std::byte* start() { return buffer_.get(); }
+  /// One past the last byte that is in memory, and the offset in the file that it corresponds to.
+  [[nodiscard]] std::byte* end() { return buffer_.get() + held_; }
+  [[nodiscard]] i64 endOffset() const { return startOffset_ + held_; }
+  [[nodiscard]] i64 fileLength();
+
+  /// Empties the window at the place where the file stands.
+  void moveToFilePosition();
+  /// The byte at `offset`, if it is in memory; its end counts too. Null otherwise.
+  [[nodiscard]] std::byte* find(i64 offset);
+  /// Empties the window at `offset` and moves the file there. False if the file refuses.
+  [[nodiscard]] bool moveTo(i32 offset);
+  /// Keeps the last `tail` bytes, at most kTailRoom, and reads on behind them. Returns the bytes
+  /// that came: 0 at the end of the file. `failed` tells of an error of the system below, which is
+  /// reported.
+  [[nodiscard]] i32 readOn(i64 tail, bool& failed);
+
+  /// The content of the file has changed: nothing that was read holds any more.
+  void forget();
+  /// Somebody else has moved the file.
+  void forgetPosition() { streamOffset_ = kUnknown; }
+
+  /// What a reader may carry over: the rest of a value that the window's end cuts.
+  static constexpr i32 kTailRoom = 16;
+
+ private:
+  static constexpr i64 kUnknown = -1;
+
+  [[nodiscard]] i32 readPhysical(bool& failed);
+  [[nodiscard]] bool moveFileToEnd();
+  [[nodiscard]] i64 streamOffset();
+
+  FileObject& file_;
+  i32 size_;
+  std::unique_ptr<std::byte[]> buffer_;
+  i64 startOffset_ = 0;  // of the first byte that is held
+  i64 held_ = 0;
+  i64 streamOffset_ = kUnknown;  // where the file stands
+  i64 fileLength_ = kUnknown;
+};
+
+}  // namespace rvf
