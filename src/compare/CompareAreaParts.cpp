@@ -57,4 +57,9 @@ DiffFlags classifySignatureFields(const DrawPart&, const DrawPart&, const Tolera
   return diff::kContent;
 }
 
+void addSignatureFieldToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+  const SignatureFieldFields& fields = part.fields.signatureField;
+  key.addAll(fields.fieldFlagA, fields.fieldFlagB, fields.fieldId);
+}
+
 }  // namespace rvf

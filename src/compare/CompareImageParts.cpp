@@ -18,6 +18,13 @@ DiffFlags classifyImages(const DrawPart&, const DrawPart&, const Tolerances&) {
   return diff::kImages;
 }
 
+void addImageToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+  const ImageFields& fields = part.fields.image;
+  const ImageInfo& info = imageInfo(part);
+  key.addAll(fields.pixelWidth, fields.pixelHeight, fields.dataLength, fields.imageKind, info.left,
+             info.top, info.right, info.bottom);
+}
+
 // The bytes of a resource do not count.
 bool equalResources(const DrawPart& left, const DrawPart& right) {
   // byteCount, x, y, both scales, and resourceExtra with resourceFlag and resourceKind.

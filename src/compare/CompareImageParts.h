@@ -1,6 +1,7 @@
 #pragma once
 
 #include "compare/DiffFlags.h"
+#include "compare/MatchKey.h"
 #include "compare/Tolerances.h"
 #include "pagemodel/DrawPart.h"
 
@@ -15,5 +16,8 @@ namespace rvf {
 /// For parts that are not equal.
 [[nodiscard]] DiffFlags classifyImages(const DrawPart& left, const DrawPart& right,
                                        const Tolerances& tolerances);
+
+/// What a part must share with another of its type to be classified as the same.
+void addImageToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances);
 
 }  // namespace rvf

@@ -56,4 +56,11 @@ DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
   return bits;
 }
 
+void addStaticRefToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+  const StaticRefFields& fields = part.fields.staticRef;
+  key.addAll(fields.objectType, fields.width, fields.height, fields.refA, fields.refB,
+             fields.useSecond, fields.secondIsHidden, fields.staticIndex);
+  key.setPlace(fields.x, fields.y);
+}
+
 }  // namespace rvf

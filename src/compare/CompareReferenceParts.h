@@ -1,6 +1,7 @@
 #pragma once
 
 #include "compare/DiffFlags.h"
+#include "compare/MatchKey.h"
 #include "compare/Tolerances.h"
 #include "pagemodel/DrawPart.h"
 
@@ -14,5 +15,8 @@ namespace rvf {
 /// For parts that are not equal.
 [[nodiscard]] DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
                                            const Tolerances& tolerances);
+
+/// What a part must share with another of its type to be classified as the same.
+void addStaticRefToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances);
 
 }  // namespace rvf

@@ -63,6 +63,18 @@ DiffFlags classifyTexts(const DrawPart& left, const DrawPart& right, const Toler
   return bits;
 }
 
+void addTextToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+  const TextFields& fields = part.fields.text;
+  const std::span<const char16_t> characters = textCharacters(part);
+  key.addAll(fields.fontId, fields.fontExtra, fields.rotation, fields.fontVariant, fields.colour,
+             fields.tint, fields.runCount, fields.textLength);
+  key.addBytes(characters.data(), characters.size_bytes());
+  if (fields.runCount > 0) {
+    const TextRun& first = textRuns(part).front();
+    key.setPlace(first.x, first.y);
+  }
+}
+
 // TEXTPROP
 
 namespace {
@@ -102,6 +114,15 @@ bool equalTextProps(const DrawPart& left, const DrawPart& right) {
 // that differ earn Content flat; a part of another type that was read as one earns Text.
 DiffFlags classifyTextProps(const DrawPart& left, const DrawPart&, const Tolerances&) {
   return left.type == PartType::kTextProp ? diff::kContent : diff::kText;
+}
+
+void addTextPropWordsToKey(MatchKey& key, const DrawPart& part) {
+  const PartWords words = partWords(part);
+  for (std::size_t i = 0; i < kFieldWords; ++i) {
+    if ((kTextPropWords >> i & 1) != 0) {
+      key.add(words.words[i]);
+    }
+  }
 }
 
 }  // namespace rvf

@@ -50,6 +50,16 @@ DiffFlags classifyLines(const DrawPart& left, const DrawPart& right, const Toler
   return bits | widthBits(a.width, b.width, tolerances);
 }
 
+void addLineToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+  const LineFields& fields = part.fields.line;
+  key.addAll(fields.colour, fields.tint, fields.pointCount, fields.lineStyle, fields.lineKind,
+             fields.overprint);
+  if (fields.pointCount > 0) {
+    const Point& first = linePoints(part).front();
+    key.setPlace(first.x, first.y);
+  }
+}
+
 // RECT
 
 // All fields of a rectangle count.
@@ -89,6 +99,21 @@ DiffFlags classifyRects(const DrawPart& left, const DrawPart& right, const Toler
     bits |= diff::kShapes | diff::kPosition;
   }
   return bits | widthBits(a.lineWidth, b.lineWidth, tolerances);
+}
+
+void addRectToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
+  const RectFields& fields = part.fields.rect;
+  key.addAll(fields.noFill, fields.noOutline, fields.shapeCode, fields.shapeFlag);
+  if (fields.noFill == 0) {
+    key.addAll(fields.fillColour, fields.fillTint);
+  }
+  if (fields.noOutline == 0) {
+    key.addAll(fields.lineColour, fields.lineTint);
+  }
+  // With a tolerance the place of a rectangle does not count at all.
+  if (tolerances.position <= 0) {
+    key.addAll(fields.left, fields.top, fields.right, fields.bottom);
+  }
 }
 
 // POLY
@@ -133,6 +158,22 @@ DiffFlags classifyPolys(const DrawPart& left, const DrawPart& right, const Toler
   return bits | widthBits(a.lineWidth, b.lineWidth, tolerances);
 }
 
+// The number of points may differ by one.
+void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+  const PolyFields& fields = part.fields.poly;
+  const PolyStyle& style = polyStyle(part);
+  key.addAll(fields.polyExtra, fields.polyCode, style.noFill, style.noOutline, style.shapeCodeA,
+             style.shapeCodeB, style.shapeCodeC);
+  if (style.noFill == 0) {
+    key.addAll(style.fillColour, style.fillTint);
+  }
+  if (style.noOutline == 0) {
+    key.addAll(style.lineColour, style.lineTint);
+  }
+  const Point& first = polyPoints(part).front();
+  key.setPlace(first.x, first.y);
+}
+
 // JUST1LINE
 
 bool equalJust1Lines(const DrawPart& left, const DrawPart& right) {
@@ -157,6 +198,12 @@ DiffFlags classifyJust1Lines(const DrawPart& left, const DrawPart& right,
     return bits | diff::kBorderLines;
   }
   return bits | widthBits(a.width, b.width, tolerances);
+}
+
+void addJust1LineToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+  const Just1LineFields& fields = part.fields.just1Line;
+  key.addAll(fields.colour, fields.tint, fields.shapeCode, fields.shapeFlag, fields.lineStyle);
+  key.setPlace(fields.x1, fields.y1);
 }
 
 // LINESET
@@ -187,6 +234,12 @@ DiffFlags classifyLineSets(const DrawPart& left, const DrawPart& right,
     return bits | diff::kBorderLines | diff::kPosition;
   }
   return bits | widthBits(a.width, b.width, tolerances);
+}
+
+void addLineSetToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+  const LineSetFields& fields = part.fields.lineSet;
+  key.addAll(fields.colour, fields.tint, fields.lineCount, fields.horizontal, fields.lineStyle);
+  key.setPlace(fields.start, fields.end);
 }
 
 // The empty types

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "compare/DiffFlags.h"
+#include "compare/MatchKey.h"
 #include "compare/Tolerances.h"
 #include "pagemodel/DrawPart.h"
 
@@ -28,5 +29,12 @@ namespace rvf {
                                            const Tolerances& tolerances);
 [[nodiscard]] DiffFlags classifyLineSets(const DrawPart& left, const DrawPart& right,
                                          const Tolerances& tolerances);
+
+/// What a part must share with another of its type to be classified as the same.
+void addLineToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances);
+void addRectToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances);
+void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances);
+void addJust1LineToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances);
+void addLineSetToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances);
 
 }  // namespace rvf

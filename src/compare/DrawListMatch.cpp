@@ -1,8 +1,10 @@
 #include "compare/DrawListMatch.h"
 
+#include <optional>
 #include <vector>
 
 #include "base/Wrapping.h"
+#include "compare/MatchCandidates.h"
 #include "compare/PartComparison.h"
 #include "pagemodel/PartOperations.h"
 #include "pagemodel/PayloadText.h"
@@ -42,7 +44,9 @@ class DrawListMatcher {
   }
 
  private:
-  static constexpr i32 kNotFound = -1;
+  static constexpr i32 kNotFound = MatchCandidates::kNotFound;
+  // Below, looking through the list costs less than sorting it.
+  static constexpr i32 kIndexedFrom = 64;
 
   [[nodiscard]] bool isConsumed(i32 index) const {
     return consumed_[static_cast<std::size_t>(index)];
@@ -69,7 +73,13 @@ class DrawListMatcher {
     }
   }
 
-  [[nodiscard]] i32 firstFreeMatch(const DrawPart& s) const {
+  [[nodiscard]] i32 firstFreeMatch(const DrawPart& s) {
+    if (longer_.count >= kIndexedFrom) {
+      if (!candidates_) {
+        candidates_.emplace(longer_, consumed_);
+      }
+      return candidates_->firstFree(s);
+    }
     for (i32 j = 0; j < longer_.count; ++j) {
       if (!isConsumed(j) && classifyParts(s, longer_[j]) == 0) {
         return j;
@@ -132,6 +142,7 @@ class DrawListMatcher {
   const i32 offsetX_;
   const i32 offsetY_;
   std::vector<bool> consumed_;  // items of the longer list that have found their partner
+  std::optional<MatchCandidates> candidates_;  // made for the first search in a long list
   DiffFlags bits_ = 0;
 };
 

@@ -17,6 +17,7 @@ namespace {
 using EqualOperation = bool (*)(const DrawPart& left, const DrawPart& right);
 using ClassifyOperation = DiffFlags (*)(const DrawPart& left, const DrawPart& right,
                                         const Tolerances& tolerances);
+using KeyOperation = void (*)(MatchKey& key, const DrawPart& part, const Tolerances& tolerances);
 
 /// Whether parts of another type than the row's are compared with it.
 enum class LeftType { kSame, kAny };
@@ -27,37 +28,40 @@ struct PartComparison {
   LeftType leftType;
   EqualOperation equal;        // null: nothing equals it
   ClassifyOperation classify;  // null: nothing differs from it
+  KeyOperation addToKey;       // adds what a part of the same type must share to match it
 };
 
 bool alwaysEqual(const DrawPart&, const DrawPart&) { return true; }
+
+void addNothingToKey(MatchKey&, const DrawPart&, const Tolerances&) {}
 
 // Two rows of rules for all the types that nothing was ever laid down for. Quirk that stays: such a
 // part never equals another, yet classifies as no difference against any, so in a search it takes
 // the first free part that it is shown. The mask of SIMPLERETURN exists because of them.
 constexpr PartComparison absorbing(PartType type) {
-  return {type, LeftType::kAny, nullptr, nullptr};
+  return {type, LeftType::kAny, nullptr, nullptr, nullptr};
 }
 
 // clang-format off
 constexpr std::array<PartComparison, kPartTypeCount> kComparisons = {{
-    {PartType::kUnknown, LeftType::kAny, alwaysEqual, nullptr},
-    {PartType::kText, LeftType::kSame, equalTexts, classifyTexts},
-    {PartType::kLine, LeftType::kSame, equalLines, classifyLines},
-    {PartType::kRect, LeftType::kSame, equalRects, classifyRects},
-    {PartType::kPoly, LeftType::kSame, equalPolys, classifyPolys},
-    {PartType::kImage, LeftType::kSame, equalImages, classifyImages},
+    {PartType::kUnknown, LeftType::kAny, alwaysEqual, nullptr, nullptr},
+    {PartType::kText, LeftType::kSame, equalTexts, classifyTexts, addTextToKey},
+    {PartType::kLine, LeftType::kSame, equalLines, classifyLines, addLineToKey},
+    {PartType::kRect, LeftType::kSame, equalRects, classifyRects, addRectToKey},
+    {PartType::kPoly, LeftType::kSame, equalPolys, classifyPolys, addPolyToKey},
+    {PartType::kImage, LeftType::kSame, equalImages, classifyImages, addImageToKey},
     absorbing(PartType::kStartEnd),
-    {PartType::kTextProp, LeftType::kAny, equalTextProps, classifyTextProps},
-    {PartType::kClickArea, LeftType::kSame, alwaysEqual, classifyClickAreas},
-    {PartType::kStaticRef, LeftType::kSame, equalStaticRefs, classifyStaticRefs},
-    {PartType::kResource, LeftType::kAny, equalResources, nullptr},
+    {PartType::kTextProp, LeftType::kAny, equalTextProps, classifyTextProps, nullptr},
+    {PartType::kClickArea, LeftType::kSame, alwaysEqual, classifyClickAreas, addNothingToKey},
+    {PartType::kStaticRef, LeftType::kSame, equalStaticRefs, classifyStaticRefs, addStaticRefToKey},
+    {PartType::kResource, LeftType::kAny, equalResources, nullptr, nullptr},
     absorbing(PartType::kTextBox),
     absorbing(PartType::kTable),
     absorbing(PartType::kTextWrap),
-    {PartType::k1Line, LeftType::kAny, equal1Lines, nullptr},
+    {PartType::k1Line, LeftType::kAny, equal1Lines, nullptr, nullptr},
     absorbing(PartType::kLocSearchKey),
     absorbing(PartType::kFixedText),
-    {PartType::kRecompose, LeftType::kAny, equalRecomposes, nullptr},
+    {PartType::kRecompose, LeftType::kAny, equalRecomposes, nullptr, nullptr},
     absorbing(PartType::kInputRadioButton),
     absorbing(PartType::kInputCheckBox),
     absorbing(PartType::kInputEditBox),
@@ -70,21 +74,21 @@ constexpr std::array<PartComparison, kPartTypeCount> kComparisons = {{
     absorbing(PartType::kInputProcessList),
     absorbing(PartType::kInputMenuButton),
     absorbing(PartType::kInputProcessButton),
-    {PartType::kJust1Line, LeftType::kSame, equalJust1Lines, classifyJust1Lines},
-    {PartType::kLineSet, LeftType::kSame, equalLineSets, classifyLineSets},
+    {PartType::kJust1Line, LeftType::kSame, equalJust1Lines, classifyJust1Lines, addJust1LineToKey},
+    {PartType::kLineSet, LeftType::kSame, equalLineSets, classifyLineSets, addLineSetToKey},
     absorbing(PartType::kBcocaBarcode),
     absorbing(PartType::kImportPage),
-    {PartType::kLayerIgnoreStartEnd, LeftType::kAny, equalLayerIgnores, nullptr},
+    {PartType::kLayerIgnoreStartEnd, LeftType::kAny, equalLayerIgnores, nullptr, nullptr},
     absorbing(PartType::kInputCustomControl),
     absorbing(PartType::kInserterBarcodeStartEnd),
     absorbing(PartType::kMaskedObjectStartEnd),
     absorbing(PartType::kInputFileUpload),
     absorbing(PartType::kWebPlaceholder),
-    {PartType::kHyperlinkArea, LeftType::kSame, equalHyperlinkAreas, nullptr},
+    {PartType::kHyperlinkArea, LeftType::kSame, equalHyperlinkAreas, nullptr, nullptr},
     absorbing(PartType::kSubscribe),
     absorbing(PartType::kTaggedObjectStartEnd),
     absorbing(PartType::kBookmark),
-    {PartType::kSignatureField, LeftType::kSame, equalSignatureFields, classifySignatureFields},
+    {PartType::kSignatureField, LeftType::kSame, equalSignatureFields, classifySignatureFields, addSignatureFieldToKey},
 }};
 // clang-format on
 
@@ -99,6 +103,8 @@ constexpr bool rowsStandUnderTheirCodes() {
 static_assert(rowsStandUnderTheirCodes());
 
 constexpr PartComparison kUnknownCode = absorbing(PartType::kUnknown);
+
+Tolerances currentTolerances() { return {positionTolerance, lineTolerance}; }
 
 const PartComparison& comparisonWith(PartType type) {
   return isKnownPartType(type) ? kComparisons[partIndex(type)] : kUnknownCode;
@@ -131,8 +137,27 @@ DiffFlags classifyParts(const DrawPart& left, const DrawPart& right) {
   if (comparison.leftType == LeftType::kSame && left.type != right.type) {
     return diff::kContent;
   }
-  const Tolerances tolerances = {positionTolerance, lineTolerance};
-  return comparison.classify(left, right, tolerances);
+  return comparison.classify(left, right, currentTolerances());
+}
+
+MatchRule matchRuleOf(PartType right) {
+  const PartComparison& comparison = comparisonWith(right);
+  if (comparison.classify == nullptr) {
+    return MatchRule::kAnyPart;
+  }
+  return comparison.leftType == LeftType::kAny ? MatchRule::kByWords : MatchRule::kByKey;
+}
+
+MatchKey matchKey(const DrawPart& part) {
+  MatchKey key(part.type);
+  comparisonWith(part.type).addToKey(key, part, currentTolerances());
+  return key;
+}
+
+MatchKey wordsKey(const DrawPart& part) {
+  MatchKey key(PartType::kTextProp);
+  addTextPropWordsToKey(key, part);
+  return key;
 }
 
 }  // namespace rvf

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "compare/DiffFlags.h"
+#include "compare/MatchKey.h"
 #include "pagemodel/DrawPart.h"
 
 namespace rvf {
@@ -16,5 +17,18 @@ namespace rvf {
 /// In what way two parts differ, under positionTolerance and lineTolerance. 0: no difference
 /// counts. For some types of `right` that is every part, however different.
 [[nodiscard]] DiffFlags classifyParts(const DrawPart& left, const DrawPart& right);
+
+/// Which parts `left` can have classifyParts(left, right) == 0 with a right part of a type.
+enum class MatchRule {
+  kAnyPart,  // every part
+  kByWords,  // those of any type with the same wordsKey
+  kByKey,    // those of the same type with the same matchKey
+};
+[[nodiscard]] MatchRule matchRuleOf(PartType right);
+
+/// The key of a part of a kByKey type, for the tolerances of the moment.
+[[nodiscard]] MatchKey matchKey(const DrawPart& part);
+/// The key of any part for the search among kByWords types.
+[[nodiscard]] MatchKey wordsKey(const DrawPart& part);
 
 }  // namespace rvf

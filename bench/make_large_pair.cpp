@@ -1,0 +1,148 @@
+// Writes a large pair of page-capture files to measure with: realistic pages of one size, mostly text
+// with several runs, lines and rectangles, a logo by reference, an image now and then.
+//   make_large_pair MEBIBYTES PAGE_KIBIBYTES CHANGE FIRST SECOND
+// CHANGE tells how the second file differs: none, thousandth (one page in a thousand has another
+// text), all (every page has), inserted (every page has one part more in front).
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "support/Capture.h"
+
+namespace {
+
+using namespace rvf::test;
+
+constexpr int kResolution = 300, kPagesOfACustomer = 8;
+
+Part paragraph(int number, bool isChanged) {
+  TextFields f{.text = u"", .runs = {}, .fontId = 1 + number % 5, .rotation = 0};
+  for (int run = 0; run < 4; ++run) {
+    std::u16string words = u"The sum insured of item ";
+    for (const char digit : std::to_string(number * 7 + run)) {
+      words += static_cast<char16_t>(digit);
+    }
+    words += isChanged && run == 2 ? u" was changed." : u" stays as it is.";
+    const int y = 300 + 50 * (4 * (number % 16) + run);
+    f.runs.push_back({.x = 250, .y = y, .charCount = static_cast<int>(words.size())});
+    f.text += words;
+  }
+  return text(f);
+}
+
+/// Parts of about `size` bytes. The change is in the second paragraph.
+std::vector<Part> pageParts(int page, int size, bool isChanged) {
+  std::vector<Part> parts = {staticRef({.x = 1900, .y = 120})};
+  if (page % 16 == 0) {
+    parts.push_back(image({.bytes = std::string(1024, static_cast<char>(page))}));
+  }
+  ByteWriter measure(true);
+  for (const Part& part : parts) {
+    writePart(measure, part);
+  }
+  for (int i = 0; static_cast<int>(measure.size()) < size; ++i) {
+    const std::size_t before = parts.size();
+    parts.push_back(paragraph(page * 31 + i, isChanged && i == 1));
+    parts.push_back(line({.points = {{250, 280 + i}, {2230, 280 + i}}}));
+    if (i % 4 == 0) {
+      parts.push_back(rect({.area = {250, 260 + i, 2230, 900 + i}}));
+    }
+    for (std::size_t p = before; p < parts.size(); ++p) {
+      writePart(measure, parts[p]);
+    }
+  }
+  return parts;
+}
+
+/// A file that is written page by page, its index behind the pages.
+class LargeCapture {
+ public:
+  explicit LargeCapture(const char* path) : out_(path, std::ios::binary) {
+    ByteWriter head(true);
+    head.i32(0, kWideMagic, 3, kResolution);
+    const StaticFields logo{.first = {.parts = {poly(), paragraph(1, false)}}};
+    head.i32(1);
+    writeStatic(head, logo);
+    head.i32(0, 0, 0);
+    append(head);
+  }
+
+  void addPage(const std::vector<Part>& parts) {
+    positions_.push_back(static_cast<int>(written_));
+    ByteWriter body(true);
+    writePageBody(body, {.list = {.parts = parts}});
+    append(body);
+  }
+
+  [[nodiscard]] long long written() const { return written_; }
+
+  void finish() {
+    ByteWriter index(true);
+    const int indexPosition = static_cast<int>(written_);
+    const int pages = static_cast<int>(positions_.size());
+    index.string(u"");
+    index.f64(0).i32(2).f64(0).i32(2);
+    index.i32((pages + kPagesOfACustomer - 1) / kPagesOfACustomer);
+    for (int start = 0; start < pages; start += kPagesOfACustomer) {
+      const int end = std::min(start + kPagesOfACustomer, pages);
+      CustomerFields customer{.id = u"C" + number(start), .pages = {}};
+      for (int p = start; p < end; ++p) {
+        customer.pages.push_back({.name = u"P" + number(p)});
+      }
+      writeCustomer(index, customer, {positions_.begin() + start, positions_.begin() + end});
+    }
+    append(index);
+    ByteWriter head(true);
+    head.i32(indexPosition);
+    out_.seekp(0);
+    out_.write(head.bytes.data(), static_cast<std::streamsize>(head.size()));
+    if (!out_.flush()) {
+      throw std::runtime_error("cannot write");
+    }
+  }
+
+ private:
+  static std::u16string number(int value) {
+    const std::string digits = std::to_string(value);
+    return {digits.begin(), digits.end()};
+  }
+
+  void append(const ByteWriter& bytes) {
+    out_.write(bytes.bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    written_ += static_cast<long long>(bytes.size());
+  }
+
+  std::ofstream out_;
+  std::vector<int> positions_;
+  long long written_ = 0;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 6) {
+    std::fprintf(stderr, "usage: make_large_pair MEBIBYTES PAGE_KIBIBYTES CHANGE FIRST SECOND\n");
+    return EXIT_FAILURE;
+  }
+  const long long size = std::atoll(argv[1]) << 20;
+  const int pageSize = std::atoi(argv[2]) << 10;
+  const std::string change = argv[3];
+  LargeCapture first(argv[4]);
+  LargeCapture second(argv[5]);
+  for (int page = 0; first.written() + pageSize < size; ++page) {
+    const bool isChanged = change == "all" || (change == "thousandth" && page % 1000 == 999);
+    first.addPage(pageParts(page, pageSize, false));
+    std::vector<Part> parts = pageParts(page, pageSize, isChanged);
+    if (change == "inserted") {
+      parts.insert(parts.begin(), justOneLine());
+    }
+    second.addPage(parts);
+  }
+  first.finish();
+  second.finish();
+  return EXIT_SUCCESS;
+}
