@@ -1,5 +1,5 @@
-// Writes a large pair of page-capture files to measure with: realistic pages of one size, mostly text
-// with several runs, lines and rectangles, a logo by reference, an image now and then.
+// Writes a large pair of page-capture files to measure with: realistic pages of one size, mostly
+// text with several runs, lines and rectangles, a logo by reference, an image now and then.
 //   make_large_pair MEBIBYTES PAGE_KIBIBYTES CHANGE FIRST SECOND
 // CHANGE tells how the second file differs: none, thousandth (one page in a thousand has another
 // text), all (every page has), inserted (every page has one part more in front).

@@ -1,5 +1,7 @@
 #include "capture/CompareContext.h"
 
+#include <cstring>
+
 #include "pagemodel/DrawListReader.h"
 
 namespace rvf {
@@ -32,14 +34,42 @@ void CompareContext::FetchPage(i32 customerIndex, i32 position) {
     return;
   }
   const CurrentContext current(*this);
-  eArchive archive(*file, eArchive::Mode::kLoad, eArchive::kFileBufferSize);
+  // Pages of a file are much alike: with as much as the last one had, this one mostly stands whole.
+  static_cast<void>(window().hold(position, bodyLength_));
+  eArchive archive(*file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
   archive.setWideStrings(doubleByteText);
   archive.Seek(position);
   readBody(archive);
+  bodyLength_ = archive.failed() ? 0 : i64{archive.GetPosition()} - position;
   if (archive.failed()) {
     // Two files that are damaged alike must not be called identical, whatever was left of the page.
     archive.MarkDamaged();
   }
+}
+
+ReadWindow& CompareContext::window() const {
+  return file->readWindow(eArchive::kCaptureWindowSize);
+}
+
+std::span<const std::byte> CompareContext::bodyBytes() const {
+  if (cachedPagePosition < 0 || bodyLength_ == 0) {
+    return {};
+  }
+  const std::byte* start = window().find(cachedPagePosition);
+  const bool isWhole = start != nullptr && cachedPagePosition + bodyLength_ <= window().endOffset();
+  return isWhole ? std::span(start, static_cast<std::size_t>(bodyLength_))
+                 : std::span<const std::byte>();
+}
+
+bool CompareContext::hasBytesAt(i32 position, std::span<const std::byte> bytes) {
+  const std::byte* held = window().hold(position, static_cast<i64>(bytes.size()));
+  return held != nullptr && std::memcmp(held, bytes.data(), bytes.size()) == 0;
+}
+
+void CompareContext::forgetPage() {
+  emptyPage();
+  cachedPagePosition = -1;
+  bodyLength_ = 0;
 }
 
 void CompareContext::emptyPage() {

@@ -40,6 +40,15 @@ class CompareContext final : public StaticLookup {
   /// before it. The failure is reported.
   void FetchPage(i32 customerIndex, i32 position);
 
+  /// The bytes of the body of the page in memory; none for a page without a body, a damaged one,
+  /// and one whose bytes have left the file's window. Valid until the file is read again.
+  [[nodiscard]] std::span<const std::byte> bodyBytes() const;
+  /// Whether these bytes stand at `position` of the file too. False also where that cannot be told
+  /// at the price of one read.
+  [[nodiscard]] bool hasBytesAt(i32 position, std::span<const std::byte> bytes);
+  /// Leaves no page in memory.
+  void forgetPage();
+
   /// Reads the tables of static objects, which stand directly behind the header. Files below
   /// version 2 have three of them.
   void ReadStaticTables(eArchive& archive, i32 fileVersion);
@@ -69,11 +78,13 @@ class CompareContext final : public StaticLookup {
  private:
   using StaticTable = std::vector<std::unique_ptr<DrawStatic>>;
 
+  [[nodiscard]] ReadWindow& window() const;
   void emptyPage();
   void readBody(eArchive& archive);
   void readPlacedLists(eArchive& archive);
   [[nodiscard]] DrawList& placedListAt(i32 index);
 
+  i64 bodyLength_ = 0;  // bytes of the body that was read last, 0 for a damaged one
   std::vector<std::unique_ptr<DrawList>> placedLists_;  // those from staticCount on wait for use
   StaticTable type21Statics_;
   StaticTable type24Statics_;

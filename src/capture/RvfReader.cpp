@@ -41,7 +41,7 @@ bool RvfReader::readFile(FileObject& file) {
   i32 indexPosition = 0;
   i32 magic = 0;
   {
-    eArchive archive(file, eArchive::Mode::kLoad, eArchive::kFileBufferSize);
+    eArchive archive(file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
     indexPosition = archive.ReadI32();
     magic = archive.ReadI32();
     if (archive.failed()) {
@@ -57,7 +57,7 @@ bool RvfReader::readFile(FileObject& file) {
   if (file.Seek(kVersionOffset, SeekOrigin::kStart) != kVersionOffset) {
     return false;
   }
-  eArchive archive(file, eArchive::Mode::kLoad, eArchive::kFileBufferSize);
+  eArchive archive(file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
   return readContents(archive, magic_number::kNarrow, indexPosition);
 }
 
@@ -65,7 +65,7 @@ bool RvfReader::readTrailer(FileObject& file, i32& indexPosition) const {
   if (file.Seek(-kTrailerSize, SeekOrigin::kEnd) < 0) {
     return false;
   }
-  eArchive archive(file, eArchive::Mode::kLoad, eArchive::kFileBufferSize);
+  eArchive archive(file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
   indexPosition = archive.ReadI32();
   const i32 magic = archive.ReadI32();
   return !archive.failed() && magic == magic_number::kNarrow;
@@ -125,7 +125,7 @@ void RvfReader::countPages() {
 void RvfReader::loadCurrentPage() {
   constexpr i32 kNoPage = -1;
   const CustomerRecord& customer = customers[static_cast<std::size_t>(currentCustomer)];
-  const i32 position = customer.pageCount == 0
+  const i32 position = customer.pageCount <= 0
                            ? kNoPage
                            : customer.pages[static_cast<std::size_t>(currentPage)].filePosition;
   context_.FetchPage(currentCustomer, position);

@@ -5,6 +5,7 @@
 #include "base/Wrapping.h"
 #include "compare/DifferenceFile.h"
 #include "compare/DrawListMatch.h"
+#include "compare/EqualBodies.h"
 
 namespace rvf {
 
@@ -88,9 +89,15 @@ class CustomerWalk {
     for (RvfReader* reader : {&first_, &second_}) {
       reader->currentCustomer = c;
       reader->currentPage = p;
-      reader->loadCurrentPage();
     }
-    const DiffFlags pageBits = compareLoadedPages();
+    first_.loadCurrentPage();
+    DiffFlags pageBits = 0;
+    if (output_.usesShortCut && equalByBytes(first_.context(), second_.context(), b.filePosition)) {
+      second_.context().forgetPage();
+    } else {
+      second_.loadCurrentPage();
+      pageBits = compareLoadedPages();
+    }
     a.diffBits = pageBits;
     differences_.writePage(pageBits);
     pagesCompared_ += 1;

@@ -23,6 +23,7 @@ struct WalkOutput {
   eString firstPath;           // as the options name the files
   eString secondPath;
   WalkObserver* observer = nullptr;  // not owned
+  bool usesShortCut = true;          // pages of equal bytes are decoded once; changes no result
 };
 
 /// Compares two loaded files customer by customer and page by page, strictly by position, and

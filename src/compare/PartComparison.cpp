@@ -126,6 +126,11 @@ bool partsEqual(const DrawPart& left, const DrawPart& right) {
   return comparison.equal(left, right);
 }
 
+bool equalsOwnFields(const DrawPart& part) {
+  const EqualOperation equal = comparisonWith(part.type).equal;
+  return equal != nullptr && equal(part, part);
+}
+
 DiffFlags classifyParts(const DrawPart& left, const DrawPart& right) {
   if (partsEqual(left, right)) {
     return 0;

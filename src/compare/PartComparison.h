@@ -14,6 +14,10 @@ namespace rvf {
 /// never equals another page.
 [[nodiscard]] bool partsEqual(const DrawPart& left, const DrawPart& right);
 
+/// Whether a part equals another that has the same fields and the same plain bytes. What its type
+/// owns beside them is not looked at.
+[[nodiscard]] bool equalsOwnFields(const DrawPart& part);
+
 /// In what way two parts differ, under positionTolerance and lineTolerance. 0: no difference
 /// counts. For some types of `right` that is every part, however different.
 [[nodiscard]] DiffFlags classifyParts(const DrawPart& left, const DrawPart& right);

@@ -86,9 +86,6 @@ SignatureInfo& makeSignatureInfo(DrawPart& part) {
   SignatureInfo* info = new (part.payload.data()) SignatureInfo();
   SignatureFieldFields& fields = part.fields.signatureField;
   fields.rect = kSetPointer;
-  fields.fieldName = kSetPointer;
-  fields.fieldValue = kSetPointer;
-  fields.attributes = kSetPointer;
   return *info;
 }
 
@@ -120,6 +117,9 @@ void readSignatureField(DrawPart& part, eArchive& archive, i32 v) {
     if (const auto attributes = readNameValues(archive, count, count, false)) {
       info.attributes = std::move(*attributes);
     }
+    fields.fieldName = pointerWord(!info.fieldName.empty());
+    fields.fieldValue = pointerWord(!info.fieldValue.empty());
+    fields.attributes = pointerWord(!info.attributes.empty());
   }
   fields.fieldId = v >= kFieldId ? archive.ReadI32() : -1;
 }

@@ -14,6 +14,8 @@ constexpr u8 kBorrowed = 32;       // the parts belong to another list
 constexpr u8 kBorrowedOwned = 64;  // borrowed, but owned all the same
 }  // namespace list_flag
 
+constexpr u8 kDefaultByteA = 255;
+
 /// An ordered list of draw parts: a page, a static object, an overlay. Slots are used again from
 /// page to page with the payloads that they have grown, so that memory settles after the largest
 /// page.
@@ -32,7 +34,7 @@ struct DrawList {
   u8 listFlags = 0;  // list_flag::*
   u16 listExtra = 0;
   u32 ownerTag = 0;  // given to parts by appendList
-  u8 byteA = 255;
+  u8 byteA = kDefaultByteA;
   u8 byteB = 0;
 
   [[nodiscard]] i32 capacity() const { return static_cast<i32>(slots.size()); }

@@ -137,10 +137,8 @@ void readDrawList(DrawList& list, eArchive& archive) {
   list.contentTally = v >= kContentTally ? archive.ReadI32() : 0;
   archive.Skip(v >= kSkippedByte ? 1 : 0);
   const bool hasBytes = v >= kBytes && archive.ReadI32() != 0;
-  if (hasBytes) {
-    list.byteA = readLow8(archive);
-    list.byteB = readLow8(archive);
-  }
+  list.byteA = hasBytes ? readLow8(archive) : kDefaultByteA;
+  list.byteB = hasBytes ? readLow8(archive) : u8{0};
   if ((list.listFlags & list_flag::kBorrowed) != 0) {
     list.listFlags &= static_cast<u8>(~list_flag::kBorrowed);
     list.slots.clear();

@@ -1,6 +1,7 @@
 #include "pagemodel/ImageParts.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -172,7 +173,7 @@ void readImage(DrawPart& part, eArchive& archive, i32 v) {
   const ImageHead head = readImageHead(archive, v);
   const bool hasBytes =
       head.imageKind != image_kind::kWithoutBytes && head.imageKind != -image_kind::kWithoutBytes;
-  const i32 stored = hasBytes ? archive.CheckedCount(head.dataLength, 1) : 0;
+  const i32 stored = hasBytes ? archive.CheckedCount(std::abs(i64{head.dataLength}), 1) : 0;
   if (archive.failed()) {
     return;
   }

@@ -4,7 +4,6 @@
 #include "pagemodel/DrawStatic.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
-#include "pagemodel/StaticLookup.h"
 
 namespace rvf {
 
@@ -66,19 +65,16 @@ void readLayeredStaticRef(StaticRefFields& fields, eArchive& archive) {
   fields.layerByteB = readLow8(archive);
 }
 
-const DrawList* resolve(const StaticRefFields& fields) {
-  if (currentContext == nullptr) {
-    return nullptr;
-  }
-  const DrawStatic* found = currentContext->FindStatic(fields.objectType, fields.staticIndex);
+}  // namespace
+
+const DrawList* referencedList(const StaticRefFields& fields, const StaticLookup& tables) {
+  const DrawStatic* found = tables.FindStatic(fields.objectType, fields.staticIndex);
   if (found == nullptr) {
     return nullptr;
   }
   const bool wantsSecond = fields.useSecond != 0 && fields.secondIsHidden == 0;
   return wantsSecond ? &found->secondList : &found->firstList;
 }
-
-}  // namespace
 
 void readStaticRef(DrawPart& part, eArchive& archive, i32 v) {
   using namespace part_version;
@@ -92,7 +88,7 @@ void readStaticRef(DrawPart& part, eArchive& archive, i32 v) {
   if (v < kWholeScale) {
     fields.height = wrappingProduct(fields.height, kOldScale);
   }
-  setChildList(part, resolve(fields));
+  setChildList(part, currentContext == nullptr ? nullptr : referencedList(fields, *currentContext));
 }
 
 void shiftStaticRef(DrawPart& part, i32 dx, i32 dy) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pagemodel/DrawPart.h"
+#include "pagemodel/StaticLookup.h"
 #include "storage/Archive.h"
 
 namespace rvf {
@@ -12,6 +13,9 @@ struct DrawList;
 /// The list of the static object that the part refers to, which stays the file's; null when the
 /// reference found none.
 [[nodiscard]] const DrawList* childList(const DrawPart& part);
+/// The list that a reference leads to in a file's tables; null for one that leads nowhere.
+[[nodiscard]] const DrawList* referencedList(const StaticRefFields& fields,
+                                             const StaticLookup& tables);
 void setChildList(DrawPart& part, const DrawList* list);
 
 void readStaticRef(DrawPart& part, eArchive& archive, i32 v);

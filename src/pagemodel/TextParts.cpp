@@ -184,7 +184,7 @@ void readExtensionRuns(DrawPart& part, eArchive& archive, i32 v) {
     store16(part, start, kExtensionMarker);
     store16(part, start + i64{sizeof(u16)}, kept);
   }
-  auto* runs = part.payload.at<TextRun>(static_cast<std::size_t>(start + kExtensionHead));
+  const std::span<TextRun> runs = extensionRuns(part);
   for (i32 i = 0; i < stored && !archive.failed(); ++i) {
     TextRun run{};
     run.x = archive.ReadI32();
@@ -192,7 +192,7 @@ void readExtensionRuns(DrawPart& part, eArchive& archive, i32 v) {
     run.charCount = archive.ReadU16();
     run.runClass = readRunClass(archive, v, kDefaultExtensionClass);
     if (i < kept) {
-      runs[i] = run;
+      runs[static_cast<std::size_t>(i)] = run;
     }
   }
 }

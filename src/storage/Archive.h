@@ -27,6 +27,8 @@ class eArchive {
 
   /// The buffer of the files of a run, and the one for measuring and putting together sections.
   static constexpr i32 kFileBufferSize = 65536;
+  /// The window of the capture files, in which most pages stand whole.
+  static constexpr i32 kCaptureWindowSize = 262144;
   static constexpr i32 kSectionBufferSize = 4096;
 
   /// Works from the file's position on. Loading archives on one file share its window, so that only
@@ -85,7 +87,8 @@ class eArchive {
   void Close();
 
   /// Bytes between the position and the end of the file, as long as at the start of the archive.
-  [[nodiscard]] i64 BytesLeft() const {
+  [[nodiscard]] i64 BytesLeft() {
+    takePlace();
     return window_->fileLength() - window_->endOffset() + unread();
   }
   /// The number of items to read for a count found in the file: a negative one is 0, and so is one

@@ -1,12 +1,15 @@
 #include "storage/DiskFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <limits>
 #include <string>
 
 #include "messages/MessageReporter.h"
+#include "storage/StreamCalls.h"
 #include "text/NativeText.h"
 
 namespace rvf {
@@ -35,9 +38,29 @@ std::string modeString(i32 flags, bool isText) {
   return isText ? mode : mode + "b";
 }
 
-bool isDirectory(const std::string& path) {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+std::FILE* openStream(const std::string& path, const std::string& mode) {
+  std::FILE* stream = nullptr;
+  do {
+    stream = std::fopen(path.c_str(), mode.c_str());
+  } while (stream == nullptr && errno == EINTR);
+  return stream;
+}
+
+/// An ordinary open for writing would wait until somebody reads; this one fails with ENXIO when
+/// nobody does.
+std::FILE* openFifoForWriting(const std::string& path, const std::string& mode) {
+  const int descriptor = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor < 0) {
+    return nullptr;
+  }
+  std::FILE* stream =
+      fcntl(descriptor, F_SETFL, 0) == 0 ? fdopen(descriptor, mode.c_str()) : nullptr;
+  if (stream == nullptr) {
+    const int reason = errno;
+    close(descriptor);
+    errno = reason;
+  }
+  return stream;
 }
 
 }  // namespace
@@ -53,19 +76,25 @@ i64 eDiskFile::GetLength() {
     return -1;
   }
   const off_t position = ftello(stream_);
-  if (position < 0 || fseeko(stream_, 0, SEEK_END) != 0) {
-    return -1;
+  if (position >= 0 && fseeko(stream_, 0, SEEK_END) == 0) {
+    const off_t length = ftello(stream_);
+    if (fseeko(stream_, position, SEEK_SET) == 0) {
+      return length;
+    }
   }
-  const off_t length = ftello(stream_);
-  return fseeko(stream_, position, SEEK_SET) == 0 ? length : -1;
+  Report(MessageNumber::kFileSeekFailed, name_);
+  return -1;
 }
 
 i32 eDiskFile::Tell() {
   i64 position = 0;
-  if (GetPos(position) != 0 || position > std::numeric_limits<i32>::max()) {
+  if (GetPos(position) != 0) {
+    if (stream_ != nullptr) {
+      Report(MessageNumber::kFileSeekFailed, name_);
+    }
     return 0;
   }
-  return static_cast<i32>(position);
+  return position > std::numeric_limits<i32>::max() ? 0 : static_cast<i32>(position);
 }
 
 i32 eDiskFile::GetPos(i64& position) {
@@ -83,19 +112,31 @@ i32 eDiskFile::SetPos(i64 position) {
 
 bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
   name_ = path;
-  contentChanged();
+  openFailure_ = eString();
   const std::string nativePath = toNative(path.text());
+  const std::string mode = modeString(flags, isText);
+  struct stat status {};
   errno = 0;
-  if (isDirectory(nativePath)) {
+  const bool exists = stat(nativePath.c_str(), &status) == 0;
+  if (!exists && errno != ENOENT) {
+    // Without knowing what stands there, opening it might wait without end.
+  } else if (exists && S_ISDIR(status.st_mode)) {
     errno = EISDIR;
+  } else if (exists && mode.starts_with('r') && !S_ISREG(status.st_mode)) {
+    errno = EINVAL;
+    openFailure_ = u"Not a regular file";
   } else {
-    stream_ = std::fopen(nativePath.c_str(), modeString(flags, isText).c_str());
-  }
-  if (stream_ != nullptr && (flags & open_flags::kUnbuffered) != 0) {
-    std::setvbuf(stream_, nullptr, _IONBF, 0);
+    const bool isFifo = exists && S_ISFIFO(status.st_mode);
+    stream_ = isFifo ? openFifoForWriting(nativePath, mode) : openStream(nativePath, mode);
   }
   isOpen_ = stream_ != nullptr;
   errorState_ = !isOpen_;
+  if (!isOpen_ && openFailure_.isEmpty()) {
+    openFailure_ = systemErrorText(errno);
+  }
+  if (isOpen_ && (flags & open_flags::kUnbuffered) != 0) {
+    std::setvbuf(stream_, nullptr, _IONBF, 0);
+  }
   return isOpen_;
 }
 
@@ -103,10 +144,9 @@ i32 eDiskFile::Write(const void* source, i32 count) {
   if (count == 0) {
     return 0;
   }
-  contentChanged();
+  const auto size = static_cast<std::size_t>(count);
   errno = 0;
-  const bool written =
-      stream_ != nullptr && std::fwrite(source, static_cast<std::size_t>(count), 1, stream_) == 1;
+  const bool written = stream_ != nullptr && writeBytes(stream_, source, size) == size;
   errorState_ = !written;
   if (!written) {
     Report(MessageNumber::kFileWriteFailed, count, name_, systemErrorText(errno));
@@ -141,8 +181,7 @@ i32 eDiskFile::Read(void* destination, i32 count) {
     return 0;
   }
   positionChanged();
-  errno = 0;
-  const std::size_t got = std::fread(destination, 1, static_cast<std::size_t>(count), stream_);
+  const std::size_t got = readBytes(stream_, destination, static_cast<std::size_t>(count));
   atEnd_ = std::feof(stream_) != 0;
   errorState_ = std::ferror(stream_) != 0;
   if (errorState_) {

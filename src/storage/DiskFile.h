@@ -12,13 +12,16 @@ class eDiskFile final : public FileObject {
   ~eDiskFile() override;
 
   [[nodiscard]] bool IsMemory() const override { return false; }
+  /// Both report kFileSeekFailed when the system does not answer; Tell then returns 0.
   [[nodiscard]] i64 GetLength() override;
   [[nodiscard]] i32 Tell() override;
   i32 GetPos(i64& position) override;
   i32 SetPos(i64 position) override;
   /// A file on disk has the length of what was written.
   void SetLength(i32) override {}
-  /// A directory is refused with EISDIR before anything is opened.
+  /// What would make the run wait or read without end is refused before anything is opened: for
+  /// reading all but regular files (a directory with EISDIR, others with EINVAL), for writing a
+  /// FIFO that nobody reads.
   [[nodiscard]] bool Open(const eString& path, i32 flags, bool isText) override;
   /// Returns 1 when all bytes were written, else 0: items, not bytes. Reports kFileWriteFailed.
   i32 Write(const void* source, i32 count) override;
@@ -31,10 +34,14 @@ class eDiskFile final : public FileObject {
   void Close() override;
   [[nodiscard]] std::FILE* stream() const override { return stream_; }
 
+  /// Why the last Open failed, for people. Empty when it did not.
+  [[nodiscard]] const eString& openFailure() const { return openFailure_; }
+
  private:
   void closeStream();
 
   std::FILE* stream_ = nullptr;
+  eString openFailure_;
 };
 
 }  // namespace rvf

@@ -20,8 +20,8 @@ constexpr i32 kReadWrite = 2;
 constexpr i32 kAccessMask = 0xF;
 constexpr i32 kCreate = 0x1000;  // creates or empties, whatever the access says
 constexpr i32 kAppend = 0x2000;  // with kCreate: keeps the content and writes behind it
-/// Every read and write goes to the system as it is: for the files of an archive, which brings a
-/// buffer of its own, so that a failing write is told where it happens.
+/// Every read and write goes to the system as it is, so that a failing write is told where it
+/// happens: for an archive, which brings a buffer of its own, and for the message file.
 constexpr i32 kUnbuffered = 0x10000;
 }  // namespace open_flags
 

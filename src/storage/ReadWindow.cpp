@@ -8,6 +8,7 @@
 
 #include "messages/MessageReporter.h"
 #include "storage/FileObject.h"
+#include "storage/StreamCalls.h"
 #include "text/NativeText.h"
 
 namespace rvf {
@@ -43,6 +44,7 @@ std::byte* ReadWindow::find(i64 offset) {
 }
 
 bool ReadWindow::moveTo(i32 offset) {
+  hasJumped_ = offset != endOffset();
   startOffset_ = offset;
   held_ = 0;
   return moveFileToEnd();
@@ -52,8 +54,9 @@ bool ReadWindow::moveFileToEnd() {
   if (streamOffset() == endOffset()) {
     return true;
   }
+  // An offset below 0, which the file refuses with -1, never counts as reached.
   const auto target = static_cast<i32>(endOffset());
-  const bool isMoved = file_.Seek(target, SeekOrigin::kStart) == target;
+  const bool isMoved = file_.Seek(target, SeekOrigin::kStart) == target && target >= 0;
   streamOffset_ = isMoved ? endOffset() : kUnknown;
   return isMoved;
 }
@@ -66,28 +69,52 @@ i32 ReadWindow::readOn(i64 tail, bool& failed) {
     failed = true;
     return 0;
   }
-  const i32 got = readPhysical(failed);
+  const i32 got = readPhysical(nextReadSize(), failed);
+  hasJumped_ = false;
   held_ += got;
   streamOffset_ = endOffset();
   return got;
 }
 
-i32 ReadWindow::readPhysical(bool& failed) {
+// Pages that lie scattered over a file are not read many times over.
+i32 ReadWindow::nextReadSize() const {
+  constexpr i32 kReadAfterJump = 65536;
+  const i64 room = std::min<i64>(size_, size_ + kTailRoom - held_);
+  return static_cast<i32>(hasJumped_ ? std::min<i64>(room, kReadAfterJump) : room);
+}
+
+i32 ReadWindow::readPhysical(i32 count, bool& failed) {
   std::FILE* stream = file_.stream();
   if (stream == nullptr) {
-    const i32 got = file_.Read(end(), size_);
+    const i32 got = file_.Read(end(), count);
     failed = file_.errorState();
     return got;
   }
   // What an earlier reader ran into is not this one's failure.
   std::clearerr(stream);
-  errno = 0;
-  const std::size_t got = std::fread(end(), 1, static_cast<std::size_t>(size_), stream);
-  failed = got < static_cast<std::size_t>(size_) && std::ferror(stream) != 0;
+  const std::size_t got = readBytes(stream, end(), static_cast<std::size_t>(count));
+  failed = got < static_cast<std::size_t>(count) && std::ferror(stream) != 0;
   if (failed) {
-    Report(MessageNumber::kFileReadFailed, size_, file_.name(), systemErrorText(errno));
+    Report(MessageNumber::kFileReadFailed, count, file_.name(), systemErrorText(errno));
   }
   return static_cast<i32>(got);
+}
+
+const std::byte* ReadWindow::hold(i32 offset, i64 length) {
+  if (length > size_ || offset + length > fileLength()) {
+    return nullptr;
+  }
+  const std::byte* found = find(offset);
+  if (found == nullptr && !moveTo(offset)) {
+    return nullptr;
+  }
+  bool failed = false;
+  while (endOffset() - offset < length) {
+    if (readOn(endOffset() - offset, failed) == 0 || failed) {
+      return nullptr;
+    }
+  }
+  return find(offset);
 }
 
 void ReadWindow::forget() {

@@ -33,24 +33,30 @@ class ReadWindow {
   [[nodiscard]] std::byte* find(i64 offset);
   /// Empties the window at `offset` and moves the file there. False if the file refuses.
   [[nodiscard]] bool moveTo(i32 offset);
-  /// Keeps the last `tail` bytes, at most kTailRoom, and reads on behind them. Returns the bytes
-  /// that came: 0 at the end of the file. `failed` tells of an error of the system below, which is
-  /// reported.
+  /// Keeps the last `tail` bytes and reads on behind them, into all the room there is. Returns the
+  /// bytes that came: 0 at the end of the file. `failed` tells of an error of the system below,
+  /// which is reported.
   [[nodiscard]] i32 readOn(i64 tail, bool& failed);
+
+  /// Makes `length` bytes from `offset` on stand in memory together, as far as the file and the
+  /// window have room, and keeps what stands there already. Null if they cannot all be had: then a
+  /// reader that goes on from `offset` meets the failure itself.
+  [[nodiscard]] const std::byte* hold(i32 offset, i64 length);
 
   /// The content of the file has changed: nothing that was read holds any more.
   void forget();
   /// Somebody else has moved the file.
   void forgetPosition() { streamOffset_ = kUnknown; }
 
-  /// What a reader may carry over: the rest of a value that the window's end cuts.
-  static constexpr i32 kTailRoom = 16;
-
  private:
   static constexpr i64 kUnknown = -1;
+  /// Behind the window, for what a reader usually carries over: the rest of a value that its end
+  /// cuts.
+  static constexpr i32 kTailRoom = 16;
 
-  [[nodiscard]] i32 readPhysical(bool& failed);
+  [[nodiscard]] i32 readPhysical(i32 count, bool& failed);
   [[nodiscard]] bool moveFileToEnd();
+  [[nodiscard]] i32 nextReadSize() const;
   [[nodiscard]] i64 streamOffset();
 
   FileObject& file_;
@@ -58,6 +64,7 @@ class ReadWindow {
   std::unique_ptr<std::byte[]> buffer_;
   i64 startOffset_ = 0;  // of the first byte that is held
   i64 held_ = 0;
+  bool hasJumped_ = false;       // the next read does not follow the last one
   i64 streamOffset_ = kUnknown;  // where the file stands
   i64 fileLength_ = kUnknown;
 };
