@@ -2,7 +2,8 @@
 // text with several runs, lines and rectangles, a logo by reference, an image now and then.
 //   make_large_pair MEBIBYTES PAGE_KIBIBYTES CHANGE FIRST SECOND
 // CHANGE tells how the second file differs: none, thousandth (one page in a thousand has another
-// text), all (every page has), inserted (every page has one part more in front).
+// text), all (every page has), inserted (every page has one part more in front). With pages of 0
+// KiB the files are index alone: MEBIBYTES million pages without a body.
 
 #include <cstdio>
 #include <cstdlib>
@@ -71,6 +72,8 @@ class LargeCapture {
     append(head);
   }
 
+  void addEmptyPages(int count) { positions_.assign(static_cast<std::size_t>(count), -1); }
+
   void addPage(const std::vector<Part>& parts) {
     positions_.push_back(static_cast<int>(written_));
     ByteWriter body(true);
@@ -94,6 +97,8 @@ class LargeCapture {
         customer.pages.push_back({.name = u"P" + number(p)});
       }
       writeCustomer(index, customer, {positions_.begin() + start, positions_.begin() + end});
+      append(index);
+      index.bytes.clear();
     }
     append(index);
     ByteWriter head(true);
@@ -133,7 +138,12 @@ int main(int argc, char** argv) {
   const std::string change = argv[3];
   LargeCapture first(argv[4]);
   LargeCapture second(argv[5]);
-  for (int page = 0; first.written() + pageSize < size; ++page) {
+  if (pageSize == 0) {
+    constexpr int kMillion = 1000000;
+    first.addEmptyPages(std::atoi(argv[1]) * kMillion);
+    second.addEmptyPages(std::atoi(argv[1]) * kMillion);
+  }
+  for (int page = 0; pageSize > 0 && first.written() + pageSize < size; ++page) {
     const bool isChanged = change == "all" || (change == "thousandth" && page % 1000 == 999);
     first.addPage(pageParts(page, pageSize, false));
     std::vector<Part> parts = pageParts(page, pageSize, isChanged);

@@ -45,8 +45,8 @@ class DrawListMatcher {
 
  private:
   static constexpr i32 kNotFound = MatchCandidates::kNotFound;
-  // Below, looking through the list costs less than sorting it.
-  static constexpr i32 kIndexedFrom = 64;
+  // For so many searches, looking through the list costs less than sorting it.
+  static constexpr i32 kPlainSearches = 8;
 
   [[nodiscard]] bool isConsumed(i32 index) const {
     return consumed_[static_cast<std::size_t>(index)];
@@ -74,10 +74,11 @@ class DrawListMatcher {
   }
 
   [[nodiscard]] i32 firstFreeMatch(const DrawPart& s) {
-    if (longer_.count >= kIndexedFrom) {
-      if (!candidates_) {
-        candidates_.emplace(longer_, consumed_);
-      }
+    searches_ += 1;
+    if (searches_ > kPlainSearches && !candidates_) {
+      candidates_.emplace(longer_, consumed_);
+    }
+    if (candidates_) {
       return candidates_->firstFree(s);
     }
     for (i32 j = 0; j < longer_.count; ++j) {
@@ -142,7 +143,8 @@ class DrawListMatcher {
   const i32 offsetX_;
   const i32 offsetY_;
   std::vector<bool> consumed_;  // items of the longer list that have found their partner
-  std::optional<MatchCandidates> candidates_;  // made for the first search in a long list
+  i32 searches_ = 0;
+  std::optional<MatchCandidates> candidates_;  // once there were more searches than a few
   DiffFlags bits_ = 0;
 };
 
