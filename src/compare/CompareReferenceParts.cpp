@@ -45,9 +45,8 @@ DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
   const StaticRefFields& a = left.fields.staticRef;
   const StaticRefFields& b = right.fields.staticRef;
   DiffFlags bits = 0;
-  if (!sameObject(a, b)) {
-    bits |= diff::kContent;
-  } else if (layersAreSet(a) && layersAreSet(b) && !sameLayer(a, b)) {
+  const bool layersDiffer = layersAreSet(a) && layersAreSet(b) && !sameLayer(a, b);
+  if (!sameObject(a, b) || layersDiffer) {
     bits |= diff::kContent;
   }
   if (exceeds(a.x, b.x, tolerances.position) || exceeds(a.y, b.y, tolerances.position)) {

@@ -1,6 +1,6 @@
 #include "compare/PageOverlay.h"
 
-#include <utility>
+#include <memory>
 
 #include "base/Wrapping.h"
 #include "compare/DrawListMatch.h"

@@ -15,6 +15,9 @@ namespace rvf {
 
 class FileObject;
 
+/// The catalogue of a run; findCatalogue tells where it is.
+constexpr const char16_t* kCatalogueFile = u"MsgResource_en-us.dat";
+
 /// The texts of all messages, read once from a text file and found by number.
 ///
 /// The file is a list of C-style definitions. Three kinds of line count, all others are passed
@@ -66,7 +69,7 @@ class MessageCatalogue {
   i32 lastNumber_ = -1;  // the last number found and where, for a message that repeats
   i32 lastIndex_ = -1;
   std::optional<MessageRecord> fallbackRecord_;
-  eString fileName_ = u"MsgResource_en-us.dat";
+  eString fileName_ = kCatalogueFile;
   bool loadFailed_ = false;  // a line was malformed
   bool versionMatched_ = false;
   char16_t separator_ = u'|';

@@ -28,4 +28,25 @@ enum class MessageNumber : i32 {
   kFallback = 9999,             // what the catalogue answers for a number that it lacks
 };
 
+/// Whether a message tells of an input that was not read or a result that was not kept. Its
+/// severity is the catalogue's affair; where there is none, the run counts as failed after such a
+/// message.
+constexpr bool tellsOfLoss(MessageNumber number) {
+  switch (number) {
+    case MessageNumber::kSinkWriteFailed:
+    case MessageNumber::kArchiveWriteFailed:
+    case MessageNumber::kArchiveCloseFailed:
+    case MessageNumber::kFileReadFailed:
+    case MessageNumber::kFileWriteFailed:
+    case MessageNumber::kFileCloseFailed:
+    case MessageNumber::kFileUnusable:
+    case MessageNumber::kFileSeekFailed:
+    case MessageNumber::kRecordTooNew:
+    case MessageNumber::kArchiveDamaged:
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace rvf

@@ -115,6 +115,9 @@ void MessageOutput::printHeld(MessageEntry entry) {
   MessageRecord* record = catalogue_.findRecord(static_cast<i32>(entry.number));
   if (record == nullptr) {
     printLine(stderr, eString(numberAndArguments(entry)));
+    if (flushed_ && tellsOfLoss(entry.number)) {
+      raiseSeverity(severity_level::kSevere);
+    }
     return;
   }
   record->useCount += 1;
@@ -242,6 +245,11 @@ void MessageOutput::tally(const MessageRecord* record) {
       tally.exitOverride = record->exitValue;
     }
   }
+  raiseSeverity(level);
+}
+
+void MessageOutput::raiseSeverity(i32 level) {
+  MessageTally& tally = reporter_.tally;
   tally.highestSeverity = std::max(tally.highestSeverity, level);
   tally.sectionSeverity = std::max(tally.sectionSeverity, level);
 }

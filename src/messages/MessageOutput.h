@@ -24,13 +24,15 @@ class MessageOutput final : public MessageBackEnd {
   [[nodiscard]] bool isLoaded() const override { return flushed_ && catalogue_.isLoaded(); }
   [[nodiscard]] bool passesFilter(MessageNumber number) override;
   void write(MessageEntry& entry, int argumentCount) override;
-  /// Without a catalogue the pending messages go to standard error as number and arguments. A
-  /// message that the filter holds back ends the flush, and those behind it are never written.
+  /// Without a catalogue the pending messages go the way of printHeldMessages. A message that the
+  /// filter holds back ends the flush, and those behind it are never written.
   bool flush(std::deque<MessageEntry>& pending) override;
 
   /// For a run that ends before the flush: prints each held message on standard error, as the line
   /// that the catalogue gives for it, uncut, or without a catalogue as number and arguments. No
-  /// message is printed twice, nothing is tallied, and what a flush left behind stays unwritten.
+  /// message is printed twice, and what a flush left behind stays unwritten. Nothing is tallied,
+  /// except after a flush that found no catalogue: there a message that tells of a loss
+  /// (tellsOfLoss) makes the run a failed one, as no catalogue can.
   void printHeldMessages();
 
   /// For tests and for another catalogue than the usual one.
@@ -43,6 +45,7 @@ class MessageOutput final : public MessageBackEnd {
   void emitStructured(const eString& text, const MessageRecord* record) const;
   [[nodiscard]] bool isAboutReportSink(const MessageEntry& entry) const;
   void tally(const MessageRecord* record);
+  void raiseSeverity(i32 level);
   bool applyOverrides();
   void printHeld(MessageEntry entry);
 

@@ -83,7 +83,7 @@ namespace {
 
 SignatureInfo& makeSignatureInfo(DrawPart& part) {
   part.payload.resize(sizeof(SignatureInfo));
-  SignatureInfo* info = new (part.payload.data()) SignatureInfo();
+  auto* info = new (part.payload.data()) SignatureInfo();
   SignatureFieldFields& fields = part.fields.signatureField;
   fields.rect = kSetPointer;
   return *info;

@@ -144,7 +144,7 @@ void readImageTail(ImageInfo& info, eArchive& archive, i32 v) {
 /// Sizes the payload and makes an ImageInfo at its start; the bytes behind it stay as they are.
 ImageInfo& makeImageInfo(DrawPart& part, i64 dataLength) {
   part.payload.resize(static_cast<i64>(sizeof(ImageInfo)) + dataLength);
-  ImageInfo* info = new (part.payload.data()) ImageInfo();
+  auto* info = new (part.payload.data()) ImageInfo();
   part.fields.image.info = kSetPointer;
   part.fields.image.data = pointerWord(dataLength > 0);
   return *info;
@@ -189,7 +189,7 @@ void readImage(DrawPart& part, eArchive& archive, i32 v) {
     }
   }
   ImageInfo& info = makeImageInfo(part, dataLength);
-  static_cast<ImageInfoFields&>(info) = head.info;
+  info.setFields(head.info);
   ImageFields& fields = part.fields.image;
   fields.pixelWidth = head.pixelWidth;
   fields.pixelHeight = head.pixelHeight;
@@ -205,7 +205,7 @@ void copyImage(DrawPart& target, const DrawPart& source) {
   std::ranges::copy(bytes, target.payload.at<std::byte>(sizeof(ImageInfo)));
 
   const ImageInfo& from = imageInfo(source);
-  static_cast<ImageInfoFields&>(info) = from;
+  info.setFields(from);
   if (from.wideNameLength > 0) {
     const auto length = static_cast<std::size_t>(from.wideNameLength);
     info.wideName = std::make_unique<char16_t[]>(length);

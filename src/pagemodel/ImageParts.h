@@ -49,6 +49,9 @@ struct ImageInfoFields {
 /// What an image carries beside its pixels. Two of them are equal when all fields are the same and
 /// neither holds anything of its own: owned objects count by their identity.
 struct ImageInfo : ImageInfoFields {
+  /// Takes over all but what the image owns.
+  void setFields(const ImageInfoFields& fields) { ImageInfoFields::operator=(fields); }
+
   std::unique_ptr<char16_t[]> wideName;  // set by an owner of the part, not on disk
   i32 wideNameLength = 0;
   std::unique_ptr<char[]> narrowName;

@@ -19,7 +19,7 @@ namespace {
 
 MarkerInfo& makeMarkerInfo(DrawPart& part) {
   part.payload.resize(sizeof(MarkerInfo));
-  MarkerInfo* info = new (part.payload.data()) MarkerInfo();
+  auto* info = new (part.payload.data()) MarkerInfo();
   part.fields.startEnd.info = kSetPointer;
   return *info;
 }

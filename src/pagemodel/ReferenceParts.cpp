@@ -14,7 +14,7 @@ const DrawList* childList(const DrawPart& part) {
 void setChildList(DrawPart& part, const DrawList* list) {
   part.payload.clear();
   if (list != nullptr) {
-    part.payload.resize(sizeof(list));
+    part.payload.resize(sizeof(void*));
     *part.payload.at<const DrawList*>(0) = list;
   }
 }

@@ -131,7 +131,7 @@ namespace {
 
 PolyStyle& makePolyStyle(DrawPart& part, u16 pointCount) {
   part.payload.resize(static_cast<i64>(sizeof(PolyStyle)) + i64{pointCount} * kPointSize);
-  PolyStyle* style = new (part.payload.data()) PolyStyle();
+  auto* style = new (part.payload.data()) PolyStyle();
   part.fields.poly.style = kSetPointer;
   part.fields.poly.points = pointerWord(pointCount > 0);
   part.fields.poly.pointCount = pointCount;
@@ -234,7 +234,7 @@ void copyPoly(DrawPart& target, const DrawPart& source) {
   const PolyStyle& from = polyStyle(source);
   target.fields = source.fields;
   style.gradient = from.gradient == nullptr ? nullptr : std::make_unique<Gradient>(*from.gradient);
-  static_cast<PolyStyleFields&>(style) = from;
+  style.setFields(from);
   std::ranges::copy(polyPoints(source), polyPoints(target).begin());
 }
 

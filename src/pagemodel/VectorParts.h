@@ -45,6 +45,9 @@ struct PolyStyleFields {
 };
 
 struct PolyStyle : PolyStyleFields {
+  /// Takes over all but the gradient.
+  void setFields(const PolyStyleFields& fields) { PolyStyleFields::operator=(fields); }
+
   std::unique_ptr<Gradient> gradient;
 };
 

@@ -9,6 +9,8 @@
 #include "compare/CustomerWalk.h"
 #include "messages/MessageReporter.h"
 #include "run/ExitStatus.h"
+#include "run/OperatorNotes.h"
+#include "run/OutputGuard.h"
 #include "run/Progress.h"
 #include "run/RunReport.h"
 #include "text/NativeText.h"
@@ -19,13 +21,17 @@ namespace {
 
 constexpr const char16_t* kMessageFileLabel = u"Message File";
 
+void tellUnusable(const eString& path, const eString& reason) {
+  Report(MessageNumber::kFileUnusable, path, reason, u"", u"");
+}
+
 /// Opens a file of the comparison. Null, and a report, when that fails.
 std::unique_ptr<eDiskFile> openFile(const eString& path, i32 flags) {
   auto file = std::make_unique<eDiskFile>();
   if (file->Open(path, flags | open_flags::kUnbuffered, false)) {
     return file;
   }
-  Report(MessageNumber::kFileUnusable, path, systemErrorText(errno), u"", u"");
+  tellUnusable(path, file->openFailure());
   return nullptr;
 }
 
@@ -53,7 +59,8 @@ bool CompareRun::parseArguments(std::span<const eString> arguments) {
 }
 
 bool CompareRun::openRun() {
-  if (!openReport()) {
+  const OutputObjections objections = checkOutputs(options_);
+  if (!openReport(objections.messageFile)) {
     return false;
   }
   writeBanner(reportSink_.get(), kMessageFileLabel);
@@ -69,17 +76,22 @@ bool CompareRun::openRun() {
   if (secondFile_ == nullptr) {
     return false;
   }
+  if (!objections.differenceFile.isEmpty()) {
+    tellUnusable(options_.differenceFile, objections.differenceFile);
+    return false;
+  }
   differenceFile_ = openFile(options_.differenceFile, open_flags::kWrite | open_flags::kCreate);
   return differenceFile_ != nullptr;
 }
 
 // Here the message file itself is the problem, so that the console is told.
-bool CompareRun::openReport() {
+bool CompareRun::openReport(const eString& objection) {
   const eString& path = options_.messageFile;
   eString line;
   messageFile_ = std::make_unique<eDiskFile>();
   auto sink = std::make_unique<FileSink>(*messageFile_, path);
-  if (!sink->openFile(options_.msgEncoding, true)) {
+  if (!objection.isEmpty() || !sink->openFile(options_.msgEncoding, true)) {
+    tellMessageFileProblem(path, objection.isEmpty() ? systemErrorText(errno) : objection);
     line.Format(u" ****** There was an error opening the %ls named %ls *****", kMessageFileLabel,
                 path);
   } else if (!sink->connect()) {

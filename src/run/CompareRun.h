@@ -31,8 +31,9 @@ class CompareRun {
 
   /// Opens the message file and writes banner and summary to it, then opens both inputs and empties
   /// the difference file: before the first page is read, so that a difference file that cannot be
-  /// written stops the run early. What cannot be opened is reported as kFileUnusable and ends the
-  /// step; a message file that cannot be opened is told on the console.
+  /// written stops the run early. What cannot be opened, or must not be (OutputGuard.h), is
+  /// reported as kFileUnusable and ends the step; for the message file the console is told, and
+  /// standard error why.
   [[nodiscard]] bool openRun();
 
   /// Says on the console that the program is at work.
@@ -49,7 +50,7 @@ class CompareRun {
   [[nodiscard]] const RunOptions& options() const { return options_; }
 
  private:
-  [[nodiscard]] bool openReport();
+  [[nodiscard]] bool openReport(const eString& objection);
   [[nodiscard]] bool loadCapture(RvfReader& reader, eDiskFile& file) const;
   void closeReport(i32 status);
 

@@ -69,7 +69,7 @@ bool failedSeverely() {
   return messageReporter.tally.effectiveSeverity() >= severity_level::kSevere;
 }
 
-i32 takeSteps(CompareRun& run, std::span<const eString> arguments) {
+i32 takeSteps(CompareRun& run, MessageSession& session, std::span<const eString> arguments) {
   if (!run.parseArguments(arguments) || !run.openRun() || failedSeverely()) {
     return exit_status::kFailed;
   }
@@ -79,6 +79,7 @@ i32 takeSteps(CompareRun& run, std::span<const eString> arguments) {
   // counts.
   messageReporter.FlushMessages();
   run.closeRun(status);
+  session.printHeldMessages();
   return failedSeverely() ? exit_status::kFailed : formExitStatus(status, simpleReturn != 0);
 }
 
@@ -88,7 +89,7 @@ i32 runCompare(std::span<const eString> arguments) {
   prepareStandardStreams();
   MessageSession session;
   CompareRun run;
-  const i32 exitStatus = takeSteps(run, arguments);
+  const i32 exitStatus = takeSteps(run, session, arguments);
   run.closeRun(exit_status::kFailed);  // a run that got to its end has nothing open any more
   session.printHeldMessages();
   tellFailedOptions(run.options());

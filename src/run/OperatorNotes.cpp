@@ -14,9 +14,11 @@ namespace {
 constexpr std::size_t kHelpColumn = 30;
 
 std::string usageOf(const OptionRow& option) {
-  std::string text = "  -" + toNative(option.name);
+  std::string text = "  -";
+  text += toNative(option.name);
   if (option.takesValue()) {
-    text += "=" + toNative(option.valueForm);
+    text += '=';
+    text += toNative(option.valueForm);
   }
   text.append(text.size() < kHelpColumn ? kHelpColumn - text.size() : 1, ' ');
   for (const char c : toNative(option.help)) {
@@ -26,6 +28,11 @@ std::string usageOf(const OptionRow& option) {
     }
   }
   return text + "\n";
+}
+
+void tellFileProblem(const char* label, const eString& path, const eString& reason) {
+  std::fprintf(stderr, "rvfcompare: %s %s: %s\n", label, toNative(path.text()).c_str(),
+               toNative(reason.text()).c_str());
 }
 
 std::string usageText() {
@@ -45,12 +52,15 @@ std::string usageText() {
 void tellFailedOptions(const RunOptions& options) {
   if (options.controlFileFailure) {
     const auto& [path, reason] = *options.controlFileFailure;
-    std::fprintf(stderr, "rvfcompare: control file %s: %s\n", toNative(path.text()).c_str(),
-                 toNative(reason.text()).c_str());
+    tellFileProblem("control file", path, reason);
   }
   if (options.badArgument || options.badControlLine) {
     std::fputs(usageText().c_str(), stderr);
   }
+}
+
+void tellMessageFileProblem(const eString& path, const eString& reason) {
+  tellFileProblem("message file", path, reason);
 }
 
 void tellUnexpectedEnd(const char* reason) { std::fprintf(stderr, "rvfcompare: %s\n", reason); }

@@ -11,6 +11,9 @@ namespace rvf {
 /// written if one was not understood. Nothing when all were in order.
 void tellFailedOptions(const RunOptions& options);
 
+/// Why the message file could not be opened, or must not be.
+void tellMessageFileProblem(const eString& path, const eString& reason);
+
 /// A failure that no message stands for.
 void tellUnexpectedEnd(const char* reason);
 

@@ -4,6 +4,7 @@
 
 #include "compare/Tolerances.h"
 #include "messages/MessageRecord.h"
+#include "text/CodePages.h"
 
 namespace rvf {
 
@@ -15,17 +16,24 @@ struct NamedEncoding {
 };
 
 constexpr NamedEncoding kMessageEncodings[] = {
-    {u"UTF16", 12},    {u"UTF16LE", 20}, {u"UTF16BE", 21}, {u"ASCII", 1},
-    {u"EBCDIC", 2},    {u"UTF8", 11},    {u"LATIN1", 14},  {u"LATIN2", 15},
-    {u"ISO88592", 13}, {u"SJIS", 10},    {u"BIG5", 3},
+    {u"UTF16", encoding_id::kUtf16},
+    {u"UTF16LE", encoding_id::kUtf16Le},
+    {u"UTF16BE", encoding_id::kUtf16Be},
+    {u"ASCII", encoding_id::kAscii},
+    {u"EBCDIC", encoding_id::kEbcdic},
+    {u"UTF8", encoding_id::kUtf8},
+    {u"LATIN1", encoding_id::kWindowsLatin1},
+    {u"LATIN2", encoding_id::kWindowsLatin2},
+    {u"ISO88592", encoding_id::kLatin2},
+    {u"SJIS", encoding_id::kShiftJis},
+    {u"BIG5", encoding_id::kBig5},
 };
 
 constexpr NamedEncoding kControlFileEncodings[] = {
-    {u"UTF8", 11},
-    {u"UTF16LE", 20},
-    {u"UTF16BE", 21},
+    {u"UTF8", encoding_id::kUtf8},
+    {u"UTF16LE", encoding_id::kUtf16Le},
+    {u"UTF16BE", encoding_id::kUtf16Be},
 };
-constexpr i32 kOtherControlFileEncoding = 30;
 
 eString upperCased(const eString& text) {
   eString upper = text;
@@ -128,7 +136,7 @@ const OptionRow* findOption(const eString& name, bool withValue) {
 }
 
 i32 controlFileEncodingId(const eString& name) {
-  return encodingId(kControlFileEncodings, name, kOtherControlFileEncoding);
+  return encodingId(kControlFileEncodings, name, encoding_id::kLatin1);
 }
 
 }  // namespace rvf

@@ -1,12 +1,10 @@
 #include "run/RunOptions.h"
 
 #include <algorithm>
-#include <cerrno>
 
 #include "messages/MessageReporter.h"
 #include "run/OptionTable.h"
 #include "storage/DiskFile.h"
-#include "text/NativeText.h"
 #include "text/RecordReader.h"
 
 namespace rvf {
@@ -76,7 +74,7 @@ bool RunOptions::readControlFile(const eString& path) {
   constexpr i32 kLongestLine = 32767;
   eDiskFile file;
   if (!file.Open(path, open_flags::kRead, false)) {
-    controlFileFailure = {path, systemErrorText(errno)};
+    controlFileFailure = {path, file.openFailure()};
     return false;
   }
   RecordReader reader;

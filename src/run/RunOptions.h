@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/Integers.h"
+#include "text/CodePages.h"
 #include "text/eString.h"
 
 namespace rvf {
@@ -28,19 +29,17 @@ struct RunOptions {
   bool badControlLine = false;        // a line of a control file was not understood
   eString badLineText;                // printable copy of the first such line
   std::optional<ControlFileFailure> controlFileFailure;
-  i32 msgEncoding = 11;  // encoding id of the message file
+  i32 msgEncoding = encoding_id::kUtf8;  // of the message file
   eString messageFile{u"PlenarixMessages.dat"};
   eString firstFile{u"RVF1.rvf"};
   eString secondFile{u"RVF2.rvf"};
   eString differenceFile{u"Differenced.dat"};
-  bool dbcsMode =
-      false;  // capture files that do not tell their form of text have two bytes a character
+  bool dbcsMode = false;  // text of two bytes a character in files too old to tell it
   eString controlFileEncoding{u"ISO88591"};
 
-  /// Takes the arguments behind the first one, which names the program. Words that do not begin
-  /// with
-  /// "-" or "/" belong to the option in front of them. Reports each option that is not understood
-  /// (kOptionNotUnderstood) and returns false if there was one; otherwise the result of
+  /// Takes the arguments behind the first one, which names the program. Words that begin neither
+  /// with "-" nor with "/" belong to the option in front of them. Reports each option that is not
+  /// understood (kOptionNotUnderstood) and returns false if there was one; otherwise the result of
   /// readControlFiles, or true when `readControl` is off.
   [[nodiscard]] bool parseCommandLine(std::span<const eString> arguments, bool readControl);
 

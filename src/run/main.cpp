@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <exception>
 #include <new>
 #include <vector>
@@ -11,6 +12,7 @@ namespace {
 
 int run(int argc, char** argv) {
   std::vector<rvf::eString> arguments;
+  arguments.reserve(static_cast<std::size_t>(argc));
   for (int i = 0; i < argc; ++i) {
     arguments.push_back(rvf::fromNative(argv[i]));
   }

@@ -51,7 +51,7 @@ eArchive::~eArchive() {
 }
 
 void eArchive::makeBuffer(i32 size) {
-  buffer_.reset(new std::byte[asSize(size)]());
+  buffer_ = std::make_unique<std::byte[]>(asSize(size));
   bufferStart_ = buffer_.get();
   bufferEnd_ = bufferStart_ + size;
   cursor_ = bufferStart_;

@@ -106,8 +106,8 @@ class eArchive {
 
   [[nodiscard]] std::byte* bufferStart() { return bufferStart_; }
 
-  i64 storeCount_ = 0;  // bytes physically written, set afresh by Seek
-  std::byte* cursor_;   // the next byte to load or store
+  i64 storeCount_ = 0;           // bytes physically written, set afresh by Seek
+  std::byte* cursor_ = nullptr;  // the next byte to load or store
 
  private:
   template <class T>
@@ -153,8 +153,9 @@ class eArchive {
   bool flushEachWrite_ = false;
   ReadWindow* window_ = nullptr;         // loading: the file's
   std::unique_ptr<std::byte[]> buffer_;  // storing
-  std::byte* bufferStart_;
-  std::byte* bufferEnd_;  // loading: behind the last valid byte; storing: behind the buffer
+  std::byte* bufferStart_ = nullptr;
+  std::byte* bufferEnd_ =
+      nullptr;  // loading: behind the last valid byte; storing: behind the buffer
   bool failed_ = false;
   bool damageReported_ = false;
   bool hasPlace_ = false;     // loading: the window is where this archive stands

@@ -119,8 +119,11 @@ void EndElement(TextSink* sink, const char16_t* name) { writeTag(sink, u"</%ls>"
 
 bool FileSink::openFile(i32 encodingId, bool wantsMark) {
   encodingId_ = encodingId;
-  failed_ =
-      name().isEmpty() || !file_.Open(name(), open_flags::kWrite | open_flags::kCreate, false);
+  errno = ENOENT;  // for an empty name
+  // Unbuffered: what is written stays written however the run ends, and a line that is lost is told
+  // where that happens.
+  constexpr i32 kFlags = open_flags::kWrite | open_flags::kCreate | open_flags::kUnbuffered;
+  failed_ = name().isEmpty() || !file_.Open(name(), kFlags, false);
   if (!failed_ && wantsMark && isUtf16(encodingId)) {
     failed_ = !write(encodingId == encoding_id::kUtf16Be ? kBigEndianMark : kLittleEndianMark);
   }

@@ -23,7 +23,7 @@ enum class SinkKind : i32 { kFile = 0, kStream = 2, kMemory = 4, kConsole = 5, k
 /// All writing operations return the bytes written; 0 tells of a failure.
 class TextSink {
  public:
-  TextSink(SinkKind kind, const eString& name) : kind_(kind), name_(name) {}
+  TextSink(SinkKind kind, eString name) : kind_(kind), name_(std::move(name)) {}
   TextSink(const TextSink&) = delete;
   TextSink& operator=(const TextSink&) = delete;
   virtual ~TextSink() = default;

@@ -108,7 +108,9 @@ eString::eString(char16_t character, i32 count) : eString() {
 eString::~eString() { release(chars_); }
 
 eString& eString::operator=(const eString& other) {
-  Assign(other);
+  if (this != &other) {
+    Assign(other);
+  }
   return *this;
 }
 
@@ -196,7 +198,7 @@ void eString::append(i32 count, const char16_t* wide) {
   }
   const i32 length = header().length;
   // A text out of this string's own buffer moves with it.
-  const std::less_equal<const char16_t*> notBehind;
+  const std::less_equal<> notBehind;
   const bool isOwnText = notBehind(chars_, wide) && notBehind(wide, chars_ + length);
   const std::ptrdiff_t ownOffset = isOwnText ? wide - chars_ : 0;
   EnsureWritable(static_cast<i64>(length) + count);

@@ -66,39 +66,6 @@ TEST(DateTime, ValuesOutsideTheCalendarAreRefused) {
   }
 }
 
-TEST(DateTime, EveryDayFollowsTheOneBeforeAndComesBack) {
-  f64 expected = -693959;
-  for (i32 year = 0; year <= 9999; ++year) {
-    for (i32 month = 1; month <= 12; ++month) {
-      f64 dayNumber = 0;
-      for (i32 day = 1; encode({year, month, day, 0, 0, 0}, dayNumber); ++day) {
-        ASSERT_EQ(dayNumber, expected) << year << '-' << month << '-' << day;
-        expected += 1;
-        if (day == 1 || day >= 28) {
-          ASSERT_EQ(partsOf(DateTime(dayNumber)), (Parts{year, month, day, 0, 0, 0}));
-        }
-      }
-    }
-  }
-  EXPECT_EQ(expected, 2958466);
-}
-
-TEST(DateTime, EverySecondComesBackOnBothSidesOfTheStart) {
-  for (const i32 year : {0, 1, 1899, 2024, 9999}) {
-    for (i32 second = 0; second < 86400; second += 7) {
-      const Parts parts{year, 12, 29, second / 3600, second / 60 % 60, second % 60};
-      f64 dayNumber = 0;
-      ASSERT_TRUE(encode(parts, dayNumber));
-      ASSERT_EQ(partsOf(DateTime(dayNumber)), parts);
-    }
-  }
-}
-
-TEST(DateTime, RoundsToTheNearestSecond) {
-  EXPECT_EQ(partsOf(DateTime(1.9999999)), (Parts{1900, 1, 1, 0, 0, 0}));
-  EXPECT_EQ(partsOf(DateTime(1.0 + 1.6 / 86400)), (Parts{1899, 12, 31, 0, 0, 2}));
-}
-
 TEST(DateTime, ValuesThatAreNotUsableGiveTheFirstDayOfTheYear1000) {
   constexpr f64 kInfinity = std::numeric_limits<f64>::infinity();
   for (const f64 day : {2958466.0, -693960.0, 1e300, -1e300, kInfinity, -kInfinity,
@@ -111,35 +78,6 @@ TEST(DateTime, ValuesThatAreNotUsableGiveTheFirstDayOfTheYear1000) {
     value.status = status;
     EXPECT_EQ(partsOf(value), (Parts{1000, 1, 1, 0, 0, 0}));
   }
-}
-
-TEST(DateTime, MonthFromZero) {
-  i32 month = 0;
-  i32 day = 0;
-  i32 year = 0;
-  DateTime(36585).GetDate(month, day, year, true);
-  EXPECT_EQ(month, 1);
-  EXPECT_EQ(day, 29);
-  EXPECT_EQ(year, 2000);
-}
-
-TEST(DateTime, NowIsTheLocalTime) {
-  const std::time_t before = std::time(nullptr);
-  const DateTime now;
-  const std::time_t after = std::time(nullptr);
-  ASSERT_EQ(now.status, DateTime::kValid);
-  const Parts parts = partsOf(now);
-  std::tm local{};
-  local.tm_year = parts.year - 1900;
-  local.tm_mon = parts.month - 1;
-  local.tm_mday = parts.day;
-  local.tm_hour = parts.hour;
-  local.tm_min = parts.minute;
-  local.tm_sec = parts.second;
-  local.tm_isdst = -1;
-  const std::time_t read = std::mktime(&local);
-  EXPECT_LE(before, read);
-  EXPECT_LE(read, after);
 }
 
 }  // namespace

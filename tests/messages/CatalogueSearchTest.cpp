@@ -47,12 +47,5 @@ TEST_F(CatalogueSearch, WorkingDirectoryThenProgramThenShareFolder) {
   EXPECT_EQ(found(), name);
 }
 
-TEST_F(CatalogueSearch, NameWithAFolderIsTakenAsItStands) {
-  folder.write("bin/x.dat", "//");
-  EXPECT_EQ(findCatalogue(u"./x.dat", folder.path() / "bin/program"), eString(u"./x.dat"));
-  EXPECT_EQ(findCatalogue(u"x.dat", fs::path()), eString(u"x.dat")) << "program file unknown";
-  EXPECT_EQ(findCatalogue(kName), eString(kName));
-}
-
 }  // namespace
 }  // namespace rvf

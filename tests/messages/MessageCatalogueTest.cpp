@@ -65,34 +65,6 @@ TEST_F(MessageCatalogueTest, LinesThatCountAndLinesThatDoNot) {
   EXPECT_EQ(console.text(), "");
 }
 
-TEST_F(MessageCatalogueTest, VersionLine) {
-  struct Row {
-    const char* line;
-    bool matches;
-  };
-  const Row rows[] = {
-      {"#define MESS_SYMB_VER 1602008", true},
-      {"\t#define MESS_SYMB_VER 1602008 // any text", true},
-      {"#define MESS_SYMB_VER=1602008", true},  // the number is read at its column
-      {"#define MESS_SYMB_VER  1602008", true},
-      {"#define MESS_SYMB_VER 1602009", false},
-      {"#define MESS_SYMB_VER 160200", false},
-      {"#define MESS_SYMB_VER", false},
-      {"#DEFINE MESS_SYMB_VER 1602008", false},
-      {"", false},
-  };
-  for (const Row& row : rows) {
-    MessageCatalogue fresh;
-    test::PrintedText printed;
-    test::useCatalogue(fresh, folder,
-                       std::string("// test\n") + row.line + "\n#define A 20 // W|0|0|a\n");
-    EXPECT_TRUE(fresh.LoadCatalogue(printed.stream()));
-    EXPECT_EQ(fresh.versionMatched(), row.matches) << row.line;
-    EXPECT_EQ(printed.text(), row.matches ? "" : kVersionWarning) << row.line;
-    EXPECT_GE(fresh.FindMessage(20), 0);
-  }
-}
-
 TEST_F(MessageCatalogueTest, MalformedLineEndsTheLoadAndLeavesNoFallback) {
   for (const std::string line :
        {"#define B 30 // W|0 text", "#define B 30 /", "#define Bbbbb 30 //"}) {
@@ -145,21 +117,6 @@ TEST_F(MessageCatalogueTest, RetriesOnceInTheOtherEncoding) {
   }
 }
 
-TEST_F(MessageCatalogueTest, MissingFileIsToldOnceAndNeverTriedAgain) {
-  catalogue.SetMessageFile(fromNative(folder.path("catalogue.dat")));
-  EXPECT_FALSE(catalogue.LoadCatalogue(console.stream()));
-  folder.write("catalogue.dat", kHead);
-  EXPECT_FALSE(catalogue.LoadCatalogue(console.stream()));
-  EXPECT_FALSE(catalogue.isLoaded());
-  EXPECT_EQ(catalogue.findRecord(20), nullptr);
-  EXPECT_EQ(console.text(), "The error message file - " + folder.path("catalogue.dat") +
-                                " - could not be found.\n");
-  // Another name starts afresh; a folder is no file.
-  catalogue.SetMessageFile(fromNative(folder.path().native()));
-  EXPECT_FALSE(catalogue.LoadCatalogue(console.stream()));
-  EXPECT_TRUE(load(kHead));
-}
-
 /// All lookups against a plain search, over catalogues of different density.
 TEST_F(MessageCatalogueTest, FindsEveryNumberAndNoOther) {
   const std::vector<std::vector<int>> catalogues = {
@@ -191,36 +148,6 @@ TEST_F(MessageCatalogueTest, FindsEveryNumberAndNoOther) {
       EXPECT_EQ(fresh.FindMessage(number), expected(number)) << number;
     }
   }
-}
-
-/// Which of several records with one number is found depends on the steps of the search; the rows
-/// are worked out by hand.
-TEST_F(MessageCatalogueTest, WhichOfSeveralRecordsIsFound) {
-  const auto found = [this](std::initializer_list<int> numbers, int wanted) {
-    MessageCatalogue fresh;
-    std::string bytes(kHead);
-    for (const int number : numbers) {
-      bytes += "#define SYMBOL " + std::to_string(number) + " // W|0|0|x\n";
-    }
-    test::useCatalogue(fresh, folder, bytes);
-    EXPECT_TRUE(fresh.LoadCatalogue(console.stream()));
-    return fresh.FindMessage(wanted);
-  };
-  EXPECT_EQ(found({20, 20}, 20), 1);                  // (-1 + 3) / 2
-  EXPECT_EQ(found({20, 20, 20, 20, 30}, 20), 2);      // (-1 + 6) / 2
-  EXPECT_EQ(found({20, 20, 20, 1000}, 20), 1);        // (-1 + 4) / 2, end of the bucket plus one
-  EXPECT_EQ(found({10, 20, 20, 30, 40, 50}, 20), 1);  // 3, then (-1 + 3) / 2
-  EXPECT_EQ(found({10000, 12345, 12345, 12345}, 12345), 1);  // the forward scan takes the first
-}
-
-TEST_F(MessageCatalogueTest, FallbackAnswersForMissingNumbers) {
-  EXPECT_TRUE(load(std::string(kHead) + "#define A 20 // W|0|0|a\n"));
-  EXPECT_EQ(catalogue.findRecord(20)->number, 20);
-  const MessageRecord* fallback = catalogue.findRecord(21);
-  ASSERT_NE(fallback, nullptr);
-  EXPECT_EQ(fallback->number, 9999);
-  EXPECT_EQ(fallback->severity, u'W');
-  EXPECT_EQ(fallback->limit, 0);
 }
 
 }  // namespace

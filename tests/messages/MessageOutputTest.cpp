@@ -110,14 +110,6 @@ TEST_F(MessageOutputTest, FlushWritesTheHeldMessagesInTheirOrder) {
   EXPECT_TRUE(reporter.pending().empty());
 }
 
-TEST_F(MessageOutputTest, LongLinesAreCutAndIndented) {
-  useTexts();
-  reporter.Report(kError, eString(u'x', 140));
-  const Lines expected = {"QZ000030E (1) error ", std::string(14, ' ') + std::string(116, 'x'),
-                          std::string(14, ' ') + std::string(24, 'x')};
-  EXPECT_EQ(flushedLines(), expected);
-}
-
 TEST_F(MessageOutputTest, TheFirstMessageHeldBackEndsTheFlush) {
   useTexts("#define A 20 // W|0|2|a |1|\n#define B 30 // S|0|0|b |1|\n");
   for (const char16_t* argument : {u"1", u"2", u"3"}) {
@@ -219,28 +211,6 @@ TEST_F(MessageOutputTest, TallyBySeverity) {
   EXPECT_EQ(reporter.tally.effectiveSeverity(), 3);
 }
 
-TEST_F(MessageOutputTest, OverridesChangeRecordsAtTheFlush) {
-  useTexts();
-  reporter.overrides = {
-      {kError, u'S', 0, 0, false}, {kWarn, u'X', 7, 1, false}, {kInform, 0, 0, 0, true}};
-  reporter.Report(kError, u"now severe");
-  reporter.Report(kWarn, u"a", u"b");
-  reporter.Report(kInform);
-  reporter.Report(kError, u"behind a hidden one");
-  EXPECT_EQ(flushedLines(),
-            (Lines{"QZ000030S (1) error now severe", "QZ000020W (1) warning a and b"}));
-}
-
-TEST_F(MessageOutputTest, OverrideWithoutARecordIsReportedAndEndsTheOverrides) {
-  // The malformed line leaves no fallback record.
-  useTexts(
-      "#define A 20 // W|0|0|a |1|\n#define B 1502 // E|0|0|override |1|\n#define MALFORMED 1 "
-      "//\n");
-  reporter.overrides = {{kUnknown, 0, 0, 0, false}, {kWarn, u'S', 0, 0, false}};
-  reporter.Report(kWarn, u"x");
-  EXPECT_EQ(flushedLines(), (Lines{"QZ001502E (2) override 60", "QZ000020W (1) a x"}));
-}
-
 TEST_F(MessageOutputTest, FailingSinkIsToldOnStandardErrorOnly) {
   useTexts();
   // Raised by the banner, while messages are still held.
@@ -300,34 +270,6 @@ TEST_F(MessageOutputTest, WithoutACatalogueMessagesGoToStandardError) {
   CaptureStderr();
   output.printHeldMessages();
   EXPECT_EQ(GetCapturedStderr(), "QZ000030: \"late\"\n");
-}
-
-TEST_F(MessageOutputTest, WithoutASinkTheLineIsAFormatForTheConsole) {
-  useTexts();
-  reporter.detachReportSink();
-  reporter.Report(kError, u"100%% of %d%s");
-  CaptureStdout();
-  reporter.FlushMessages();
-  EXPECT_EQ(GetCapturedStdout(), "QZ000030E (1) error 100% of 0\n");
-}
-
-TEST_F(MessageOutputTest, NumberWithoutAnyRecord) {
-  useTexts("#define MALFORMED 1 //\n");
-  reporter.FlushMessages();
-  // With a sink the filter drops it; stored lines get the text of an internal error.
-  reporter.Report(kError, u"a");
-  EXPECT_TRUE(takeLines().empty());
-  reporter.detachReportSink();
-  reporter.directOutput = false;
-  reporter.Report(kError, u"a");
-  reporter.Report(kError);
-  ASSERT_EQ(reporter.storedMessages.size(), 2U);
-  EXPECT_EQ(reporter.storedMessages[0].text,
-            eString(u"Internal error:  message 30 not found in message file.\n"));
-  EXPECT_EQ(reporter.storedMessages[0].severity, 20);
-  EXPECT_EQ(reporter.storedMessages[1].text,
-            eString(u"Internal error:  message 30 not found in message file"));
-  EXPECT_EQ(reporter.tally.highestSeverity, 0);
 }
 
 }  // namespace

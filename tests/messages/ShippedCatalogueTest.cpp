@@ -90,13 +90,5 @@ TEST_F(ShippedCatalogue, PlaceholdersFitTheArguments) {
   }
 }
 
-TEST_F(ShippedCatalogue, IsPlainAscii) {
-  std::ifstream stream(toNative(file.view()), std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-  EXPECT_TRUE(bytes.starts_with("//"));
-  EXPECT_TRUE(
-      std::ranges::all_of(bytes, [](char c) { return c == '\n' || (c >= ' ' && c <= '~'); }));
-}
-
 }  // namespace
 }  // namespace rvf

@@ -291,14 +291,21 @@ INSTANTIATE_TEST_SUITE_P(Opening, Failure, testing::ValuesIn(kOpenCases), caseNa
 INSTANTIATE_TEST_SUITE_P(Inputs, Failure, testing::ValuesIn(kInputCases), caseName);
 INSTANTIATE_TEST_SUITE_P(FullDisk, Failure, testing::ValuesIn(kFullDiskCases), caseName);
 
-// Without a message file there is nowhere else to tell it.
+// Without a message file the console tells it, and standard error why.
 TEST_F(Failure, TellsOnTheConsoleThatThereIsNoMessageFile) {
-  for (const std::string path : {"none/m.txt", "folder"}) {
-    const ProgramResult result = run({RVF_PROGRAM, "-MESSAGEFILE=" + path});
+  struct Unopened {
+    const char* path;
+    const char* reason;
+  };
+  constexpr Unopened kCases[] = {{"none/m.txt", "No such file or directory"},
+                                 {"folder", "Is a directory"}};
+  for (const auto& [path, reason] : kCases) {
+    const ProgramResult result = run({RVF_PROGRAM, std::string("-MESSAGEFILE=") + path});
     EXPECT_EQ(result.status, 255);
     EXPECT_EQ(result.out,
-              " ****** There was an error opening the Message File named " + path + " *****\n");
-    EXPECT_EQ(result.err, "");
+              std::string(" ****** There was an error opening the Message File named ") + path +
+                  " *****\n");
+    EXPECT_EQ(result.err, std::string("rvfcompare: message file ") + path + ": " + reason + "\n");
     EXPECT_EQ(difference(), Difference::kNone);
   }
 }

@@ -68,17 +68,6 @@ std::string utf16(const std::string& ascii, bool bigEndian) {
   return bytes;
 }
 
-TEST_F(Options, HaveTheirDefaults) {
-  EXPECT_EQ(options.firstFile.view(), u"RVF1.rvf");
-  EXPECT_EQ(options.secondFile.view(), u"RVF2.rvf");
-  EXPECT_EQ(options.differenceFile.view(), u"Differenced.dat");
-  EXPECT_EQ(options.messageFile.view(), u"PlenarixMessages.dat");
-  EXPECT_EQ(options.msgEncoding, 11);
-  EXPECT_FALSE(options.dbcsMode);
-  EXPECT_EQ(controlFileEncodingId(options.controlFileEncoding), 30);
-  EXPECT_TRUE(parseWords({}, true));
-}
-
 TEST_F(Options, UnderstandExactlyTheLinesOfTheTable) {
   struct Case {
     const char* line;
@@ -120,16 +109,6 @@ TEST_F(Options, UnderstandExactlyTheLinesOfTheTable) {
   EXPECT_TRUE(reported().empty());  // who reads the lines reports them
 }
 
-TEST_F(Options, TakePathsAsTheyStand) {
-  EXPECT_TRUE(parseLine("-Compare= One.RVF,two=2.rvf,3 \t"));
-  EXPECT_TRUE(parseLine("/differencefile=D \xC3\xA4\xFF.bin"));
-  EXPECT_TRUE(parseLine("-MESSAGEFILE=m.txt"));
-  EXPECT_EQ(options.firstFile.view(), u" One.RVF");
-  EXPECT_EQ(options.secondFile.view(), u"two=2.rvf,3");
-  EXPECT_EQ(toNative(options.differenceFile.view()), "D \xC3\xA4\xFF.bin");
-  EXPECT_EQ(options.messageFile.view(), u"m.txt");
-}
-
 TEST_F(Options, ReadNumbersFromTheirFront) {
   struct Case {
     const char* value;
@@ -158,12 +137,6 @@ TEST_F(Options, ReadNumbersFromTheirFront) {
   EXPECT_EQ(lineTolerance, 0);
 }
 
-TEST_F(Options, OverrideEachOtherInTheirOrder) {
-  EXPECT_TRUE(parseWords({"-POS_TOLERANCE=1", "-DIFFTOLERANCE=2", "-LINE_TOLERANCE=3"}));
-  EXPECT_EQ(positionTolerance, 2);
-  EXPECT_EQ(lineTolerance, 3);
-}
-
 TEST_F(Options, MapTheEncodingsOfTheMessageFile) {
   struct Case {
     const char* name;
@@ -179,21 +152,6 @@ TEST_F(Options, MapTheEncodingsOfTheMessageFile) {
   }
   EXPECT_TRUE(parseLine("-MSGENCODE=UTF-8"));
   EXPECT_EQ(options.msgEncoding, 3) << "an unknown name changes nothing";
-}
-
-TEST_F(Options, SwitchDbcsModeByTheWordTrueOnly) {
-  struct Case {
-    const char* line;
-    bool on;
-  };
-  const Case cases[] = {{"-DBCS_MODE=TRUE", true},
-                        {"-DBCS_MODE=YES", false},
-                        {"-dbcs_mode=true", true},
-                        {"-DBCS_MODE=1", false}};
-  for (const Case& c : cases) {
-    EXPECT_TRUE(parseLine(c.line));
-    EXPECT_EQ(options.dbcsMode, c.on) << c.line;
-  }
 }
 
 TEST_F(Options, JoinTheWordsOfAValue) {
@@ -236,14 +194,6 @@ TEST_F(Options, TakeAControlFileInEachEncoding) {
     EXPECT_EQ(lineTolerance, 6) << c.encoding;
   }
   EXPECT_TRUE(reported().empty());
-}
-
-TEST_F(Options, DecodeTheCharactersOfAControlFile) {
-  EXPECT_TRUE(readControl("-MESSAGEFILE=\xE4.txt\n", "ISO88591"));
-  EXPECT_EQ(options.messageFile.view(), u"\u00E4.txt");
-  options.controlFiles.clear();
-  EXPECT_TRUE(readControl("-MESSAGEFILE=\xC3\xA4\xE2\x82\xAC.txt", "UTF8"));
-  EXPECT_EQ(options.messageFile.view(), u"\u00E4\u20AC.txt");
 }
 
 TEST_F(Options, FollowControlFilesOnceEach) {

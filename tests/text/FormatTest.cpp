@@ -60,22 +60,6 @@ TEST(Format, EmptyFormatTakesABufferAllTheSame) {
   EXPECT_FALSE(text.sharesBufferWith(eString()));
 }
 
-TEST(Format, Estimates) {
-  struct Row {
-    const char16_t* format;
-    i32 estimate;
-  };
-  const Row rows[] = {
-      {u"", 0},     {u"ab%%c", 4},  {u"%d", 32},        {u"%#x", 34},       {u"%c", 2},
-      {u"%9c", 9},  {u"%ls", 1024}, {u"%2000ls", 2000}, {u"%.3000s", 3000}, {u"%f", 64},
-      {u"%G", 128}, {u"%k", 0},     {u"a%5.3ldb", 34},  {u"%I64d", 32},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(estimateFormattedLength(row.format, {}), row.estimate)
-        << eString(row.format).length();
-  }
-}
-
 // A text argument counts 1024 characters, whatever it has. The print is done again with 1024 more,
 // until the room has passed twice the estimate and 4: what is longer than that is cut.
 TEST(Format, LongTextsAreCut) {
@@ -86,13 +70,6 @@ TEST(Format, LongTextsAreCut) {
   EXPECT_EQ(formatted(u"%ls", eString(u'x', 3073)), eString(u'x', 3072));
   EXPECT_EQ(formatted(u"%ls", eString(u'x', 100000)), eString(u'x', 3072));
   EXPECT_EQ(formatted(u"<%ls>", eString(u'x', 3072)).length(), 3074);
-}
-
-TEST(Format, ArgumentMayBeTheTextThatIsReplaced) {
-  eString text(u"abc");
-  const eString kept = text;
-  text.Format(u"<%ls>", kept);
-  EXPECT_EQ(text.view(), u"<abc>");
 }
 
 }  // namespace

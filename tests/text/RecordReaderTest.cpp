@@ -85,14 +85,6 @@ TEST(RecordReader, Endings) {
   }
 }
 
-TEST(RecordReader, DelimitersOfOtherEncodings) {
-  EXPECT_EQ(readBytes("a\xE9\r\nb", 30).records, (Records{u"a\u00E9", u"b"}));
-  EXPECT_EQ(readBytes("\xC1\x0D\x25\xC2\x0A\x25", 2).records, (Records{u"A", u"B\u008E"}));
-  EXPECT_EQ(readBytes("\x0E\x45\x62\x0F\x25\xC1", 17).records, (Records{u"\u65E5", u"A"}));
-  EXPECT_EQ(readBytes("\x93\xFA\n\x96\x7B", 10).records, (Records{u"\u65E5", u"\u672C"}));
-  EXPECT_EQ(readBytes("a\xFF\0\r\nb"s, -2).records, (Records{u"a\u00FF\0"s, u"b"}));
-}
-
 TEST(RecordReader, Marks) {
   struct Row {
     std::string start;
@@ -177,18 +169,6 @@ TEST(RecordReader, LineEndsAtEveryPlaceOfTheBuffer) {
   }
 }
 
-TEST(RecordReader, ManyRecordsInOnePass) {
-  std::string bytes;
-  for (int i = 0; i < 20000; ++i) {
-    bytes += std::string(static_cast<std::size_t>(i % 97), 'x') + (i % 2 == 0 ? "\n" : "\r\n");
-  }
-  const Result result = readBytes(bytes, 11);
-  ASSERT_EQ(result.records.size(), 20000U);
-  for (std::size_t i = 0; i < result.records.size(); ++i) {
-    ASSERT_EQ(result.records[i].size(), i % 97);
-  }
-}
-
 TEST(RecordReader, RecordsUpToTheLimit) {
   struct Row {
     i32 encoding;
@@ -215,63 +195,6 @@ TEST(RecordReader, RecordsUpToTheLimit) {
   EXPECT_EQ(readBytes(std::string(1000000, 'x'), 30).error, record_error::kRecordTooLong);
   EXPECT_EQ(readBytes("\n\n", 30, 0).records, (Records{u"", u""}));
   EXPECT_EQ(readBytes("a\n", 30, -1000).error, record_error::kRecordTooLong);
-}
-
-TEST(RecordReader, FatalErrorsStayAndWarningsDoNot) {
-  std::string bytes = "aa\nbbb\ncc\n";
-  eMemFile file(reinterpret_cast<std::byte*>(bytes.data()), static_cast<i32>(bytes.size()), 0);
-  RecordReader reader;
-  reader.Attach(&file);
-  ASSERT_TRUE(reader.Open(u"", 11, 2));
-  const char16_t* text = nullptr;
-  i32 length = 0;
-  EXPECT_FALSE(reader.AtEnd());
-  EXPECT_EQ(reader.ReadRecord(text, length), 2);
-  EXPECT_EQ(reader.GetErrorCode(), record_error::kShortRead);
-  for (int again = 0; again < 2; ++again) {
-    EXPECT_EQ(reader.ReadRecord(text, length), -1);
-    EXPECT_EQ(length, 0);
-    EXPECT_EQ(reader.GetErrorCode(), record_error::kRecordTooLong);
-  }
-  eString error(u"old");
-  eString warning(u"old");
-  EXPECT_EQ(reader.GetErrorText(error), 9001);
-  EXPECT_EQ(error.view(), u"Internal Buffer Full - End of Record Not Found");
-  EXPECT_EQ(reader.GetWarningText(warning), 9001);
-  EXPECT_EQ(warning.view(), u"");
-}
-
-TEST(RecordReader, CharacterThatTheFileEndsIn) {
-  std::string bytes = "a\xC3\nb\n\xE2\x82";
-  eMemFile file(reinterpret_cast<std::byte*>(bytes.data()), static_cast<i32>(bytes.size()), 0);
-  RecordReader reader;
-  reader.Attach(&file);
-  ASSERT_TRUE(reader.Open(u"", 11, 100));
-  const char16_t* text = nullptr;
-  i32 length = 0;
-  eString warning;
-  EXPECT_EQ(reader.ReadRecord(text, length), 2);
-  EXPECT_EQ(std::u16string_view(text), u"a\uFFFD");
-  EXPECT_EQ(reader.ReadRecord(text, length), 1);
-  EXPECT_NE(reader.GetWarningText(warning), record_error::kTruncatedCharacter);
-  EXPECT_EQ(reader.ReadRecord(text, length), 1);
-  EXPECT_EQ(std::u16string_view(text), u"\uFFFD");
-  EXPECT_EQ(reader.GetWarningText(warning), record_error::kTruncatedCharacter);
-  EXPECT_EQ(warning.view(), u"Truncated Character Found in UTF-8 File");
-  EXPECT_EQ(reader.GetErrorText(warning), record_error::kTruncatedCharacter);
-  EXPECT_EQ(warning.view(), u"");
-}
-
-TEST(RecordReader, EncodingByName) {
-  EXPECT_EQ(readBytes("a\xC3\xA9\n", 30, 100, u"utf-8").records, (Records{u"a\u00E9"}));
-  const Result wide = readBytes(utf16(u"\uFEFF"
-                                      u"a\nb",
-                                      true),
-                                30, 100, u"UTF-16");
-  EXPECT_EQ(wide.records, (Records{u"a", u"b"}));
-  EXPECT_EQ(wide.encoding, 21);
-  EXPECT_EQ(readBytes("a\n", 30, 100, u"klingon").error, record_error::kNoConverter);
-  EXPECT_EQ(readBytes("a\n", 28).error, record_error::kNoConverter);
 }
 
 TEST(RecordReader, FailingReadIsNotTheEndOfTheFile) {

@@ -26,23 +26,6 @@ i32 idOf(const char16_t* name) {
   return id;
 }
 
-TEST(CodePages, IdsWithoutARowAreLatin1) {
-  for (const i32 id : {0, 1, 30, 40, 999, -1, -2, -2147483647}) {
-    EXPECT_EQ(nameOf(id).view(), u"iso-8859-1") << id;
-    EXPECT_EQ(nameOf(id, true).view(), u"iso-8859-1") << id;
-  }
-}
-
-TEST(CodePages, ConverterAndDisplayNames) {
-  EXPECT_EQ(nameOf(3).view(), u"ibm-1370");
-  EXPECT_EQ(nameOf(3, true).view(), u"Big5");
-  EXPECT_EQ(nameOf(18, true).view(), u"IBM-943 (KEIS)");
-  EXPECT_EQ(nameOf(26, true).view(), u"BaseSJIS");
-  EXPECT_EQ(nameOf(13, true).view(), u"IBM-912");
-  EXPECT_EQ(nameOf(12), nameOf(20));
-  EXPECT_EQ(nameOf(39).view(), u"windows-949");
-}
-
 TEST(CodePages, NamesGiveTheFirstIdInAnyCase) {
   struct Row {
     const char16_t* name;
@@ -88,16 +71,6 @@ TEST(TextConverter, FailedOpenIsReportedAndNotFinal) {
   EXPECT_EQ(converter.ConvertFromWide(u"a"), "a");
 }
 
-TEST(TextConverter, Utf16HasNoMarkAndAFixedOrder) {
-  TextConverter converter;
-  ASSERT_TRUE(converter.SetEncodingByName(u"UTF-16"));
-  EXPECT_EQ(converter.ConvertFromWide(u"a\u20AC"), "a\0\xAC\x20"sv);
-  EXPECT_EQ(converter.ConvertToWide("\xFF\xFE"
-                                    "a\0"sv),
-            u"\uFEFF"
-            u"a");
-}
-
 // The encodings that the report can be written in, with bytes from the code charts.
 TEST(TextConverter, FixedBytesOfTheReportEncodingsComeBack) {
   struct Row {
@@ -132,17 +105,6 @@ TEST(TextConverter, FixedBytesOfTheReportEncodingsComeBack) {
   }
 }
 
-TEST(TextConverter, CharactersThatTheEncodingLacks) {
-  TextConverter converter;
-  ASSERT_TRUE(converter.SetEncoding(14));
-  EXPECT_EQ(converter.ConvertFromWide(u"\uFF21\u65E5"), "A\x1A");  // nearest form, substitution
-  ASSERT_TRUE(converter.SetEncoding(30));
-  EXPECT_EQ(converter.ConvertFromWide(u"a\u65E5\xDC80z"), "a\x1A\x1Az");
-  ASSERT_TRUE(converter.SetEncoding(11));
-  EXPECT_EQ(converter.ConvertFromWide(u"a\xD800z"), "a\xEF\xBF\xBDz");
-  EXPECT_EQ(converter.ConvertToWide("a\xFFz\xE2\x82"), u"a\uFFFDz\uFFFD");
-}
-
 TEST(TextConverter, ReplacementsOfUndecodableBytes) {
   const ReplacementPair pairs[] = {{0xFF, u'!'}, {0xE2, u'?'}};
   TextConverter converter;
@@ -150,21 +112,6 @@ TEST(TextConverter, ReplacementsOfUndecodableBytes) {
   converter.setReplacements(pairs);
   ASSERT_TRUE(converter.SetEncoding(11));  // they outlive a change of encoding
   EXPECT_EQ(converter.ConvertToWide("a\xFFz\xFE\xE2\x82"), u"a!z\uFFFD?");
-}
-
-TEST(TextConverter, BuffersGrowWithTheText) {
-  TextConverter converter;
-  for (const i32 id : {11, 9, 17, 21}) {
-    ASSERT_TRUE(converter.SetEncoding(id));
-    for (const std::size_t length : {1U, 3U, 100000U, 2U}) {
-      std::u16string text;
-      for (std::size_t i = 0; i < length; ++i) {
-        text += i % 2 == 0 ? u'A' : u'\u65E5';  // a shift at every character
-      }
-      const std::string bytes(converter.ConvertFromWide(text));
-      ASSERT_EQ(converter.ConvertToWide(bytes), text) << id << ' ' << length;
-    }
-  }
 }
 
 }  // namespace

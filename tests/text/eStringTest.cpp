@@ -11,28 +11,9 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(eString, HandleReadsAsZeroTerminatedText) {
-  const eString text(u"abc");
-  EXPECT_EQ(sizeof text, sizeof(void*));
-  EXPECT_EQ(*reinterpret_cast<const char16_t* const*>(&text), text.c_str());
-  EXPECT_EQ(text.c_str()[3], 0);
-  EXPECT_EQ(text.capacity(), 3);
-}
-
 TEST(eString, NarrowTextIsWidenedBySignExtension) {
   const eString text("a\x7F\x80\xE9");
   EXPECT_EQ(text.view(), u"a\x7F\xFF80\xFFE9"sv);
-}
-
-TEST(eString, EmptySourcesHoldTheSharedBuffer) {
-  const eString empty;
-  for (const eString& text :
-       {eString(static_cast<const char*>(nullptr)), eString(""),
-        eString(static_cast<const char16_t*>(nullptr)), eString(u""), eString(u'x', 0),
-        eString(u'x', -1), eString(u"abc").Left(0), eString(u"abc").Mid(4, 5)}) {
-    EXPECT_TRUE(text.sharesBufferWith(empty));
-    EXPECT_EQ(text.capacity(), 0);
-  }
 }
 
 TEST(eString, InPlaceEditsLeaveTheSharedEmptyBufferAlone) {
@@ -91,22 +72,6 @@ TEST(eString, EditedBuffersDoubleFrom128) {
   EXPECT_EQ(text, eString(u'x', 1000));
 }
 
-TEST(eString, BuffersAreKeptWhereTheyAreLargeEnough) {
-  eString text;
-  text.GetBuffer(10);
-  const char16_t* buffer = text.c_str();
-  text.ReleaseBuffer(0);
-  text.Empty();
-  text.Assign(u"abc");
-  text.Append(u"def");
-  text.Assign(text);
-  text = eString(text);
-  EXPECT_EQ(text.view(), u"abcdef");
-  EXPECT_EQ(text.c_str(), buffer);
-  text.Empty();
-  EXPECT_TRUE(text.sharesBufferWith(eString()));
-}
-
 TEST(eString, TextOfItsOwnBufferMayBeAssignedAndAppended) {
   eString text(u"0123456789");
   text.AssignCounted(4, text.c_str() + 3);
@@ -117,28 +82,6 @@ TEST(eString, TextOfItsOwnBufferMayBeAssignedAndAppended) {
   }
   EXPECT_EQ(text.length(), 319);
   EXPECT_EQ(text.view().substr(0, 10), u"3456345663");
-}
-
-TEST(eString, CountedTextMayHoldZeroes) {
-  eString text;
-  text.AssignCounted(3, u"a\0b");
-  EXPECT_EQ(text.length(), 3);
-  EXPECT_EQ(text.view(), u"a\0b"sv);
-  EXPECT_EQ(text, eString(u"a"));  // comparisons end at the zero
-  EXPECT_EQ(text.Find(u'b', 0), 2);
-  text.GetBuffer(0);
-  text.ReleaseBuffer(-1);
-  EXPECT_EQ(text.length(), 1);
-}
-
-TEST(eString, Find) {
-  const eString text(u"abca");
-  EXPECT_EQ(text.Find(u'a', 0), 0);
-  EXPECT_EQ(text.Find(u'a', 1), 3);
-  EXPECT_EQ(text.Find(u'x', 0), -1);
-  EXPECT_EQ(text.Find(0, 0), -1);
-  EXPECT_EQ(text.Find(0, 4), -1);  // the terminator is no character
-  EXPECT_EQ(text.Find(u'a', 5), -1);
 }
 
 TEST(eString, MidAndLeft) {
@@ -221,26 +164,6 @@ TEST(eString, TrimAndCase) {
   EXPECT_EQ(letters.view(), u"AZAZ@[`{\u00E9\u00C9");
   letters.MakeLower();
   EXPECT_EQ(letters.view(), u"azaz@[`{\u00E9\u00C9");
-}
-
-TEST(eString, Comparison) {
-  EXPECT_EQ(eString(u"AbC").CompareNoCase(u"aBc"), 0);
-  EXPECT_EQ(eString(u"ab").CompareNoCase(u"ABC"), -1);
-  EXPECT_EQ(eString(u"b").CompareNoCase(u"ABC"), 1);
-  EXPECT_EQ(eString(u"_").CompareNoCase(u"A"), -1);  // lower case, so "_" stands in front
-  EXPECT_NE(eString(u"\u00C9").CompareNoCase(u"\u00E9"), 0);
-  EXPECT_LT(eString(u"ab"), eString(u"b"));
-  EXPECT_LT(eString(u"\xD800"), eString(u"\xFFFF"));  // by code unit
-}
-
-TEST(eString, MovesLeaveUsableHandles) {
-  eString source(u"abc");
-  eString target(std::move(source));
-  EXPECT_EQ(target.view(), u"abc");
-  source = u"new";  // NOLINT(bugprone-use-after-move)
-  EXPECT_EQ(source.view(), u"new");
-  target = std::move(source);
-  EXPECT_EQ(target.view(), u"new");
 }
 
 }  // namespace

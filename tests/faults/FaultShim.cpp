@@ -1,0 +1,285 @@
+// A system that fails on demand, for the program as it is: a library that is loaded in front of all
+// others (LD_PRELOAD) and lets calls of the system fail as the environment says.
+//
+//   RVF_FAULT_CALL    which calls: read, write, seek, close, open, stat or allocate
+//   RVF_FAULT_AT      the number of the first one that fails, from 1; none without it
+//   RVF_FAULT_FOR     once, or on: all calls of that kind from there on
+//   RVF_FAULT_ERROR   what they fail with, a value of errno; or -1: the process is killed there, a
+//                     write in its middle
+//   RVF_FAULT_PIECE   no read or write moves more bytes than this
+//   RVF_FAULT_BREAK   every how many-th read, write and open is interrupted (EINTR)
+//   RVF_FAULT_SHRINK  files that are read end at this offset, whatever length the system tells
+//   RVF_FAULT_FILE    with SHRINK: only files whose name ends so
+//   RVF_FAULT_MARK    a file that is created when a call fails: it tells an injected run from one
+//                     that had fewer calls
+//
+// The program reads and writes through stdio, and stdio's calls of read, write and lseek are bound
+// inside the C library, out of reach. So fopen is replaced: it gives a stream of the C library over
+// functions of this file (fopencookie), through which the system is called and fails below stdio,
+// and stdio's own ways with short counts and errors are tested as well. The calls count from the
+// beginning of main on. Standard output and standard error never fail here: the shell can do that.
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <stdio_ext.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+extern "C" {
+// The allocator of the C library under its other names.
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+}
+
+namespace {
+
+enum Call { kRead, kWrite, kSeek, kClose, kOpen, kStat, kAllocate, kCallCount };
+constexpr const char* kCallNames[kCallCount] = {"read", "write", "seek",    "close",
+                                                "open", "stat",  "allocate"};
+constexpr int kKill = -1;
+
+bool isInMain = false;
+int failingCall = kCallCount;
+long failsAt = 0;
+bool failsOn = false;
+int failure = 0;
+long piece = 0;
+long breakEvery = 0;
+long shrunkLength = -1;
+const char* shrunkName = "";
+const char* markPath = nullptr;
+long callsSoFar = 0;
+long breakableCalls = 0;
+
+long numberOf(const char* name, long otherwise) {
+  const char* text = std::getenv(name);
+  return text == nullptr ? otherwise : std::strtol(text, nullptr, 10);
+}
+
+void readEnvironment() {
+  const char* call = std::getenv("RVF_FAULT_CALL");
+  for (int i = 0; call != nullptr && i < kCallCount; ++i) {
+    failingCall = std::strcmp(call, kCallNames[i]) == 0 ? i : failingCall;
+  }
+  const char* range = std::getenv("RVF_FAULT_FOR");
+  failsOn = range != nullptr && std::strcmp(range, "on") == 0;
+  failsAt = numberOf("RVF_FAULT_AT", 0);
+  failure = static_cast<int>(numberOf("RVF_FAULT_ERROR", EIO));
+  piece = numberOf("RVF_FAULT_PIECE", 0);
+  breakEvery = numberOf("RVF_FAULT_BREAK", 0);
+  shrunkLength = numberOf("RVF_FAULT_SHRINK", -1);
+  const char* name = std::getenv("RVF_FAULT_FILE");
+  shrunkName = name == nullptr ? "" : name;
+  markPath = std::getenv("RVF_FAULT_MARK");
+}
+
+void leaveMark() {
+  if (markPath != nullptr) {
+    const long file = syscall(SYS_openat, AT_FDCWD, markPath, O_WRONLY | O_CREAT, 0600);
+    syscall(SYS_close, file);
+    markPath = nullptr;
+  }
+}
+
+/// Counts the call, and tells whether it fails; then errno says with what.
+bool fails(Call call) {
+  if (!isInMain || call != failingCall || failsAt == 0) {
+    return false;
+  }
+  callsSoFar += 1;
+  if (callsSoFar < failsAt || (callsSoFar > failsAt && !failsOn)) {
+    return false;
+  }
+  leaveMark();
+  if (failure == kKill && call != kWrite) {
+    kill(getpid(), SIGKILL);
+  }
+  errno = failure;
+  return true;
+}
+
+bool isInterrupted() {
+  if (!isInMain || breakEvery == 0 || ++breakableCalls % breakEvery != 0) {
+    return false;
+  }
+  errno = EINTR;
+  return true;
+}
+
+std::size_t pieceOf(std::size_t size) {
+  const auto limit = static_cast<std::size_t>(piece);
+  return limit > 0 && size > limit ? limit : size;
+}
+
+/// What a stream works on.
+struct File {
+  int descriptor;
+  bool isShrunk;
+};
+
+/// A read that would go beyond the end of a shrunk file is cut there.
+std::size_t lengthUpToEnd(const File& file, std::size_t size) {
+  const long position = lseek(file.descriptor, 0, SEEK_CUR);
+  if (!file.isShrunk || position < 0) {
+    return size;
+  }
+  const long left = position < shrunkLength ? shrunkLength - position : 0;
+  return static_cast<std::size_t>(left) < size ? static_cast<std::size_t>(left) : size;
+}
+
+ssize_t readFile(void* cookie, char* target, std::size_t size) {
+  const File& file = *static_cast<File*>(cookie);
+  if (fails(kRead) || isInterrupted()) {
+    return -1;
+  }
+  return syscall(SYS_read, file.descriptor, target, lengthUpToEnd(file, pieceOf(size)));
+}
+
+/// Writes all, in as many calls as it takes, or up to the first one that fails: as the C library
+/// does under its own streams.
+ssize_t writeFile(void* cookie, const char* source, std::size_t size) {
+  const File& file = *static_cast<File*>(cookie);
+  std::size_t written = 0;
+  while (written < size) {
+    const std::size_t next = pieceOf(size - written);
+    const bool isFailing = fails(kWrite);
+    if (isFailing && failure == kKill) {
+      syscall(SYS_write, file.descriptor, source + written, next / 2);
+      kill(getpid(), SIGKILL);
+    }
+    const long moved = isFailing || isInterrupted()
+                           ? -1
+                           : syscall(SYS_write, file.descriptor, source + written, next);
+    if (moved < 0) {
+      break;
+    }
+    written += static_cast<std::size_t>(moved);
+  }
+  return static_cast<ssize_t>(written);
+}
+
+int seekFile(void* cookie, off64_t* position, int whence) {
+  if (fails(kSeek)) {
+    return -1;
+  }
+  const long reached =
+      syscall(SYS_lseek, static_cast<File*>(cookie)->descriptor, *position, whence);
+  *position = reached;
+  return reached < 0 ? -1 : 0;
+}
+
+int closeFile(void* cookie) {
+  File* file = static_cast<File*>(cookie);
+  const bool failed = fails(kClose);
+  const int reason = errno;
+  syscall(SYS_close, file->descriptor);
+  std::free(file);
+  errno = reason;
+  return failed ? -1 : 0;
+}
+
+int openFlags(const char* mode) {
+  const bool isBoth = std::strchr(mode, '+') != nullptr;
+  switch (mode[0]) {
+    case 'r':
+      return isBoth ? O_RDWR : O_RDONLY;
+    case 'w':
+      return (isBoth ? O_RDWR : O_WRONLY) | O_CREAT | O_TRUNC;
+    default:
+      return (isBoth ? O_RDWR : O_WRONLY) | O_CREAT | O_APPEND;
+  }
+}
+
+bool endsWith(const char* text, const char* end) {
+  const std::size_t length = std::strlen(text);
+  const std::size_t endLength = std::strlen(end);
+  return length >= endLength && std::strcmp(text + length - endLength, end) == 0;
+}
+
+int statusOf(int folder, const char* path, struct stat* status, int flags) {
+  if (fails(kStat)) {
+    return -1;
+  }
+  return static_cast<int>(syscall(SYS_newfstatat, folder, path, status, flags));
+}
+
+using Main = int (*)(int, char**, char**);
+Main programMain = nullptr;
+
+int countedMain(int argc, char** argv, char** environment) {
+  isInMain = true;
+  const int status = programMain(argc, argv, environment);
+  isInMain = false;
+  return status;
+}
+
+}  // namespace
+
+extern "C" {
+
+int __libc_start_main(Main main, int argc, char** argv, void (*init)(), void (*fini)(),
+                      void (*loaderFini)(), void* stackEnd) {
+  using Start = decltype(&__libc_start_main);
+  const auto start = reinterpret_cast<Start>(dlsym(RTLD_NEXT, "__libc_start_main"));
+  programMain = main;
+  readEnvironment();
+  return start(countedMain, argc, argv, init, fini, loaderFini, stackEnd);
+}
+
+std::FILE* fopen(const char* path, const char* mode) {
+  if (fails(kOpen) || isInterrupted()) {
+    return nullptr;
+  }
+  const long descriptor = syscall(SYS_openat, AT_FDCWD, path, openFlags(mode), 0666);
+  if (descriptor < 0) {
+    return nullptr;
+  }
+  auto* file = static_cast<File*>(__libc_malloc(sizeof(File)));
+  const bool isShrunk = shrunkLength >= 0 && mode[0] == 'r' && endsWith(path, shrunkName);
+  *file = {static_cast<int>(descriptor), isShrunk};
+  std::FILE* stream = fopencookie(file, mode, {readFile, writeFile, seekFile, closeFile});
+  if (stream == nullptr) {
+    syscall(SYS_close, descriptor);
+    std::free(file);
+  }
+  return stream;
+}
+
+/// Streams over functions deliver single bytes when they have no buffer, so those that are read keep
+/// theirs.
+int setvbuf(std::FILE* stream, char* buffer, int mode, std::size_t size) {
+  using SetBuffer = decltype(&setvbuf);
+  static const auto setBuffer = reinterpret_cast<SetBuffer>(dlsym(RTLD_NEXT, "setvbuf"));
+  return __fwritable(stream) != 0 ? setBuffer(stream, buffer, mode, size) : 0;
+}
+
+int stat(const char* path, struct stat* status) { return statusOf(AT_FDCWD, path, status, 0); }
+int lstat(const char* path, struct stat* status) {
+  return statusOf(AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW);
+}
+int fstat(int descriptor, struct stat* status) {
+  return statusOf(descriptor, "", status, AT_EMPTY_PATH);
+}
+
+void* malloc(std::size_t size) { return fails(kAllocate) ? nullptr : __libc_malloc(size); }
+void* calloc(std::size_t count, std::size_t size) {
+  return fails(kAllocate) ? nullptr : __libc_calloc(count, size);
+}
+void* realloc(void* block, std::size_t size) {
+  return fails(kAllocate) ? nullptr : __libc_realloc(block, size);
+}
+void* aligned_alloc(std::size_t alignment, std::size_t size) {
+  return fails(kAllocate) ? nullptr : __libc_memalign(alignment, size);
+}
+
+}  // extern "C"
