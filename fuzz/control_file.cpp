@@ -1,0 +1,59 @@
+// A control file in any encoding, which stands in front: its lines and the options on them.
+
+#include <cstddef>
+
+#include "run/OptionTable.h"
+#include "support/FuzzInput.h"
+#include "support/FuzzRun.h"
+#include "text/RecordReader.h"
+
+namespace rvf::fuzz {
+namespace {
+
+constexpr const char16_t* kNames[] = {u"JEF-930", u"UTF-16", u"utf-8",      u"Shift_JIS",
+                                      u"IBM-930", u"hz",     u"ISO_2022JP", u"UTF-7"};
+constexpr u8 kFirstName = 48;  // below: the ids from -2 on
+
+void parseLine(RunOptions& options, const eString& line) {
+  const RunOptions before = options;
+  const i32 position = positionTolerance, width = lineTolerance, simple = simpleReturn;
+  if (!options.parseOption(line)) {
+    require(positionTolerance == position && lineTolerance == width && simpleReturn == simple &&
+                options.firstFile == before.firstFile && options.secondFile == before.secondFile &&
+                options.controlFiles.size() == before.controlFiles.size(),
+            "a line that is not understood changes nothing");
+    static_cast<void>(printableCopy(line));
+  }
+}
+
+void readLines(FuzzInput input) {
+  const u8 encoding = input.take();
+  const i32 longest = (input.take() & 1) != 0 ? 32767 : 40;
+  const bool hasName = encoding >= kFirstName;
+  const char16_t* name = hasName ? kNames[encoding % std::size(kNames)] : u"";
+  InputFile lines(input.rest());
+  RecordReader reader;
+  reader.Attach(&lines.file());
+  RunOptions options;
+  if (reader.Open(name, encoding - 2, longest)) {
+    std::size_t records = 0;
+    const char16_t* text = nullptr;
+    for (i32 length = 0; reader.ReadRecord(text, length) >= 0; ++records) {
+      require(length <= longest && text[length] == 0, "a line has its length and its end");
+      parseLine(options, eString(std::u16string_view(text, static_cast<std::size_t>(length))));
+    }
+    eString errorText;
+    require(reader.GetErrorText(errorText) == reader.GetWarningText(errorText), "one error");
+    require(records <= input.rest().size(), "no line comes from nothing");
+  }
+  std::string cleaned(input.rest());
+  cleanJefRecord(cleaned);
+  require(cleaned.size() <= input.rest().size(), "cleaning only removes");
+}
+
+}  // namespace
+}  // namespace rvf::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const rvf::u8* data, std::size_t size) {
+  return rvf::fuzz::runOnce([=] { rvf::fuzz::readLines({data, size}); });
+}
