@@ -111,6 +111,10 @@ i32 eDiskFile::SetPos(i64 position) {
 }
 
 bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
+  if (isOpen_) {
+    closeStream();
+  }
+  contentChanged();
   name_ = path;
   openFailure_ = eString();
   const std::string nativePath = toNative(path.text());
@@ -144,6 +148,7 @@ i32 eDiskFile::Write(const void* source, i32 count) {
   if (count == 0) {
     return 0;
   }
+  contentChanged();
   const auto size = static_cast<std::size_t>(count);
   errno = 0;
   const bool written = stream_ != nullptr && writeBytes(stream_, source, size) == size;

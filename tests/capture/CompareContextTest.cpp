@@ -136,7 +136,8 @@ TEST(CompareContext, CountsInBodiesTakeNoMemory) {
   test::PageBody list{.list = {.parts = {test::rect()}, .count = 0x7FFFFFFF}};
   test::PageBody placed{.list = {.parts = {test::rect()}}, .staticCount = 0x7FFFFFFF};
   test::PageBody negative{.staticCount = -3};
-  Pages pages(writeCapture(test::captureOf({pageWith(list), pageWith(placed), pageWith(negative)})));
+  Pages pages(
+      writeCapture(test::captureOf({pageWith(list), pageWith(placed), pageWith(negative)})));
   EXPECT_EQ(pages.fetch(0, pages.bodyOffset(0)), kDamaged);
   EXPECT_EQ(pages.context.pageList.capacity(), 0);
   EXPECT_EQ(pages.fetch(0, pages.bodyOffset(1)), kDamaged);
@@ -144,18 +145,6 @@ TEST(CompareContext, CountsInBodiesTakeNoMemory) {
   EXPECT_EQ(pages.context.staticCount, 0);
   EXPECT_EQ(pages.fetch(0, pages.bodyOffset(2)), kSilent);
   EXPECT_EQ(pages.context.staticCount, 0);
-}
-
-TEST(CompareContext, AListThatCallsItsPartsBorrowedIsEmptiedAllTheSame) {
-  test::PageBody borrowed{.list = {.parts = {test::rect()}, .listFlags = 32}};
-  Pages pages(writeCapture(test::captureOf({pageWith(borrowed), test::page({test::line()})})));
-  pages.fetch(0, pages.bodyOffset(0));
-  EXPECT_EQ(pages.context.pageList.listFlags, 32);
-  pages.fetch(0, -1);
-  EXPECT_EQ(pages.context.pageList.count, 0);
-  pages.fetch(0, pages.bodyOffset(0));
-  EXPECT_EQ(pages.fetch(0, pages.bodyOffset(1)), kSilent);
-  EXPECT_EQ(pages.context.pageList.count, 1);
 }
 
 TEST(CompareContext, StaticTables) {
@@ -170,15 +159,25 @@ TEST(CompareContext, StaticTables) {
     fields.statics175 = named(1, 175);
     fields.statics21[0].first.parts = {test::staticRef({.objectType = 24}), test::rect()};
     fields.statics24[4].second = test::ListFields{.parts = {test::rect()}};
-    fields.customers[0].pages = {test::page({test::staticRef({.objectType = 21}),
-                                             test::staticRef({.objectType = 24, .staticIndex = 4,
-                                                              .useSecond = 1})})};
+    fields.customers[0].pages = {
+        test::page({test::staticRef({.objectType = 21}),
+                    test::staticRef({.objectType = 24, .staticIndex = 4, .useSecond = 1})})};
     Pages pages(writeCapture(fields));
     ASSERT_TRUE(pages.isValid());
     const CompareContext& c = pages.context;
-    const int rows[][3] = {{21, 0, 21},  {21, 1, 0}, {24, 4, 24}, {24, 5, 0},   {23, 1, 23},
-                           {23, 2, 0},   {22, 0, 0}, {20, 0, 0},  {176, 0, 0},  {-1, 0, 0},
-                           {21, -1, 0},  {100, 0, 0}, {175, 0, version >= 2 ? 175 : 0},
+    const int rows[][3] = {{21, 0, 21},
+                           {21, 1, 0},
+                           {24, 4, 24},
+                           {24, 5, 0},
+                           {23, 1, 23},
+                           {23, 2, 0},
+                           {22, 0, 0},
+                           {20, 0, 0},
+                           {176, 0, 0},
+                           {-1, 0, 0},
+                           {21, -1, 0},
+                           {100, 0, 0},
+                           {175, 0, version >= 2 ? 175 : 0},
                            {175, 1, 0}};
     for (const auto& [type, index, expected] : rows) {
       const DrawStatic* found = c.FindStatic(type, index);
@@ -191,24 +190,6 @@ TEST(CompareContext, StaticTables) {
     EXPECT_EQ(childList(c.pageList[1]), &c.FindStatic(24, 4)->secondList);
     EXPECT_EQ(childList(c.FindStatic(21, 0)->firstList[0]), nullptr);
   }
-}
-
-TEST(CompareContext, BodyBytes) {
-  Pages first(writeCapture(test::captureOf({test::page({test::rect()}), test::page({})})));
-  Pages second(writeCapture(test::captureOf({test::page({}), test::page({test::rect()})})));
-  EXPECT_TRUE(first.context.bodyBytes().empty());
-  first.fetch(0, first.bodyOffset(0));
-  const auto bytes = first.context.bodyBytes();
-  EXPECT_EQ(bytes.size(), static_cast<std::size_t>(first.bodyOffset(1) - first.bodyOffset(0)));
-  EXPECT_TRUE(second.context.hasBytesAt(second.bodyOffset(1), bytes));
-  EXPECT_FALSE(second.context.hasBytesAt(second.bodyOffset(0), bytes));
-  EXPECT_FALSE(second.context.hasBytesAt(0x7FFFFFFF, bytes));
-  second.fetch(0, second.bodyOffset(1));
-  second.context.forgetPage();
-  EXPECT_EQ(second.context.pageList.count, 0);
-  EXPECT_TRUE(second.context.bodyBytes().empty());
-  EXPECT_EQ(first.fetch(0, 0x7FFFFFFF), kDamaged);
-  EXPECT_TRUE(first.context.bodyBytes().empty());
 }
 
 }  // namespace

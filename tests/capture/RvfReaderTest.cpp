@@ -117,7 +117,9 @@ TEST(RvfReader, RecordsOfTheIndexInEveryForm) {
       customer.pages[0].tag = pageTag;
       if (pageTag == -104) customer.pages[0].sections = {"", "xyz"};
       customer.pages.push_back({.name = u"P2", .filePosition = 77, .tailValue = 8});
-      const test::CaptureFields fields{.label = u"label", .firstDate = 1.5, .secondStatus = 0,
+      const test::CaptureFields fields{.label = u"label",
+                                       .firstDate = 1.5,
+                                       .secondStatus = 0,
                                        .customers = {customer, {.id = u"", .pages = {}}}};
       const Loaded file(writeCapture(fields).bytes);
       ASSERT_TRUE(file.reader.valid()) << customerTag << ' ' << pageTag;
@@ -217,18 +219,6 @@ TEST(RvfReader, DamagedIndexes) {
     file.reader.loadCurrentPage();  // no page
     EXPECT_EQ(file.context.pageList.count, 0);
   }
-}
-
-TEST(RvfReader, ASecondLoadReplacesTheFirst) {
-  test::CaptureFields fields;
-  fields.customers = {{}, {.id = u"C2"}};
-  std::string two = writeCapture(fields).bytes;
-  Loaded file(test::smallestCapture(false));
-  eMemFile other(reinterpret_cast<std::byte*>(two.data()), static_cast<i32>(two.size()), 0);
-  file.reader.load(other);
-  EXPECT_TRUE(file.reader.valid());
-  EXPECT_EQ(file.reader.customers.size(), 2U);
-  EXPECT_EQ(file.reader.pageCount, 2);
 }
 
 TEST(CustomerRecord, StoredBytesComeBack) {

@@ -231,11 +231,13 @@ TEST(CustomerWalk, PlacedListsAreComparedByPlaceAndContent) {
 }
 
 TEST(CustomerWalk, PagesAreLoadedAfreshAndTold) {
-  // A page in memory from before the walk is not taken for the first one, though it is its page.
-  const PageFields same = page({text()});
-  LoadedCapture a(captureOf({same, page({line()})})), b(captureOf({same, same}));
-  a.reader.loadCurrentPage();
-  resetList(a.context.pageList);
+  // Pages in memory from before the walk are not taken for the first ones, though they are theirs.
+  const PageFields same = page({text()}), other = page({line()});
+  LoadedCapture a(captureOf({same, other, other})), b(captureOf({same, same, same}));
+  for (LoadedCapture* side : {&a, &b}) {
+    side->reader.loadCurrentPage();
+    resetList(side->context.pageList);
+  }
   struct Observer final : WalkObserver {
     std::string calls;
     void pagesCompared(i32 done, i32 count, i64 compared, i32 differing) override {
@@ -245,10 +247,12 @@ TEST(CustomerWalk, PagesAreLoadedAfreshAndTold) {
     }
   } observer;
   eMemFile file(64);
-  const WalkOutput output{file, u"first.rvf", u"second.rvf", &observer};
+  const WalkOutput output{file, u"first.rvf", u"second.rvf", &observer, false};
   EXPECT_EQ(walkCustomers(a.reader, b.reader, true, output), 128U);
   EXPECT_EQ(a.reader.customers[0].pages[0].diffBits, 0U);
-  EXPECT_EQ(observer.calls, "0 1 1 0 0 1 2 1 1 1 2 1 ");
+  EXPECT_EQ(observer.calls, "0 1 1 0 0 1 2 1 0 1 3 2 1 1 3 2 ");
+  // The blank slots of one page are gone before the next.
+  EXPECT_EQ(a.context.overlayFirst.list.count, 1);
 }
 
 }  // namespace

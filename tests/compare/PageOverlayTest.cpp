@@ -97,8 +97,11 @@ TEST(PageOverlay, ViewsHoldWhatOnlyOnePageHas) {
       {"different parts from zero", pageOf({}, {placed({at(1, 1)}, 0, 5, 0, 20)}),
        pageOf({}, {placed({at(2, 2)}, 30, 0, 4, 9)}), "| 30,0+4,9: -33,17 ", "| 0,5+0,20: 36,-14 ",
        2176, "667 668 ", "667 668 "},
-      {"lists that one page has", pageOf({at(1, 1)}, {list, moved}), pageOf({}, {list}),
-       "1,1 | 0,0+10,20: 101,202 102,203 ", "", 128, "667 668 667 ", "667 668 668 "},
+      {"page and list", pageOf({at(1, 1)}, {placed({line()}, 1, 2, 3, 4)}),
+       pageOf({at(4, 4)}, {placed({line({.width = 1})}, 1, 2, 3, 4)}), "1,1 | 1,2+3,4: type 2 ",
+       "4,4 | 1,2+3,4: type 2 ", 2176 + 64, "667 668 667 668 ", "667 668 667 668 "},
+      {"lists that one page has", pageOf({at(1, 1)}, {list, moved}), pageOf({at(4, 4)}, {list}),
+       "1,1 | 0,0+10,20: 101,202 102,203 ", "4,4 ", 2176, "667 668 667 ", "667 668 668 "},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);

@@ -128,7 +128,8 @@ TEST(PartComparison, EveryFieldOfShapes) {
   const Part six = poly({.points = points}), thinSix = poly({.points = points, .lineWidth = 0});
   points[4].y = 6;
   const Part movedSix = poly({.points = points});
-  const Part seven = poly({.points = {{1, 1}, {2, 2}, {3, 3}, {4, 4}, {5, 5}, {6, 6}, {7, 7}}});
+  points.push_back({7, 7});
+  const Part seven = poly({.points = points}), paleSeven = poly({.points = points, .fillTint = 0});
   points = {{1, 1}, {2, 2}, {3, 3}, {4, 4}, {6, 5}};
   const auto five = [](test::PolyFields f = {}) {
     f.points = {{1, 1}, {2, 2}, {3, 3}, {4, 4}, {5, 5}};
@@ -145,6 +146,8 @@ TEST(PartComparison, EveryFieldOfShapes) {
        {32768, {five({.polyExtra = 0}), five({.lineWidth = 0, .polyExtra = 0})}},
        {256, {five({.fillColour = kRed}), five({.fillTint = 0}), five({.lineColour = kBlue})}},
        {256, {five({.lineTint = 0})}},
+       {256 + 32768, {paleSeven, five({.lineTint = 0, .polyCode = 0})}},
+       {256 + 32800, {poly({.points = points, .fillTint = 0})}},
        {256 + 64, {five({.lineWidth = 0, .fillTint = 0, .lineTint = 0})}}});
 
   // Only the left part tells whether a colour counts.
@@ -368,32 +371,6 @@ TEST(PartComparison, PointersThatAreSetEqualNoNumber) {
     SCOPED_TRACE(std::to_string(c.left.type) + " and " + std::to_string(c.right.type));
     expectComparison(c.left, c.right, c.equal, kNone);
   }
-}
-
-TEST(PartComparison, BytesOfOtherTypesAreComparedAsThoseOfProperties) {
-  const auto property = [](std::u16string b, std::u16string d) {
-    return textProp({.propKind = 0, .propValue = 0, .texts = {u"", b, u"", d}});
-  };
-  // The words of a text without runs and characters: fontId stands where the second length is, the
-  // flags where the fourth is. Its extension area begins with FEFE, the count, and y of a run.
-  const auto bare = [](int fontId, std::vector<test::Run> extensionRuns) {
-    test::TextFields f{.text = u"", .runs = {}, .fontId = fontId, .rotation = 0};
-    f.colour = 0;
-    f.tint = 0;
-    f.extensionRuns = std::move(extensionRuns);
-    return text(f);
-  };
-  const std::vector<test::Run> run = {{.x = 0, .y = 0x0201}};
-  expectComparison(bare(0, {}), property(u"", u""), kEqual, kNone);
-  expectComparison(bare(2, run), property(u"\uFEFEx", u"abcd"), kEqual, kNone);
-  expectComparison(bare(2, run), property(u"\uFEFDx", u"abcd"), false, 2048);
-  expectComparison(bare(6, run), property(u"\uFEFE\1\u0201yyy", u"abcd"), kEqual, kNone);
-  expectComparison(bare(6, run), property(u"\uFEFE\1\u0202yyy", u"abcd"), false, 2048);
-  expectComparison(bare(6, run), property(u"\uFEFE\1\u0201yyy", u"abc"), false, 2048);
-  // Nothing behind the end of a payload is looked at.
-  expectComparison(bare(2, {}), property(u"ab", u""), false, 2048);
-  expectComparison(bare(21, run), property(std::u16string(21, u'a'), u"abcd"), false, 2048);
-  expectComparison(words({0, 0, 0, 0, 1, 0, 0, 0}), property(u"a", u""), false, 2048);
 }
 
 /// A part that has a value at one place, and what it earns when that is out of tolerance.

@@ -255,12 +255,16 @@ std::FILE* fopen(const char* path, const char* mode) {
   return stream;
 }
 
-/// Streams over functions deliver single bytes when they have no buffer, so those that are read keep
-/// theirs.
+/// Streams over functions deliver single bytes when they have no buffer, so those that are read get
+/// one, which stays until the end of the process.
 int setvbuf(std::FILE* stream, char* buffer, int mode, std::size_t size) {
   using SetBuffer = decltype(&setvbuf);
   static const auto setBuffer = reinterpret_cast<SetBuffer>(dlsym(RTLD_NEXT, "setvbuf"));
-  return __fwritable(stream) != 0 ? setBuffer(stream, buffer, mode, size) : 0;
+  constexpr std::size_t kReadSize = 65536;
+  if (mode == _IONBF && __fwritable(stream) == 0) {
+    return setBuffer(stream, static_cast<char*>(__libc_malloc(kReadSize)), _IOFBF, kReadSize);
+  }
+  return setBuffer(stream, buffer, mode, size);
 }
 
 int stat(const char* path, struct stat* status) { return statusOf(AT_FDCWD, path, status, 0); }

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <set>
+#include <sstream>
 #include <string>
 
 #include "messages/CatalogueFixture.h"
@@ -14,17 +14,25 @@
 namespace rvf {
 namespace {
 
-/// The numbers of the enum with the count of their arguments, from the list that people read.
+/// The numbers of the enum with the count of their arguments, from the list that people read:
+/// "= NUMBER, // LETTERS meaning", where a letter is t or i.
 std::map<i32, int> argumentCounts() {
   std::ifstream header(RVF_SHARE_DIR "/../src/messages/MessageNumbers.h");
-  const std::regex row(R"( = (\d+), +// ((?:[ti] )+|-) .*)");
   std::map<i32, int> counts;
-  std::smatch match;
   for (std::string line; std::getline(header, line);) {
-    if (std::regex_search(line, match, row)) {
-      const std::string letters = match[2];
-      counts[std::stoi(match[1])] =
-          static_cast<int>(std::ranges::count(letters, 't') + std::ranges::count(letters, 'i'));
+    const std::size_t number = line.find(" = ");
+    const std::size_t comment = line.find("// ");
+    if (number == line.npos || comment == line.npos || number > comment) {
+      continue;
+    }
+    std::istringstream words(line.substr(comment + 3));
+    int letters = 0;
+    for (std::string word; words >> word && (word == "t" || word == "i");) {
+      ++letters;
+    }
+    const bool isAsked = line.find("kFallback") == line.npos;
+    if (isAsked) {
+      counts[std::stoi(line.substr(number + 3))] = letters;
     }
   }
   return counts;

@@ -99,14 +99,18 @@ TEST(ReferenceParts, ChildLists) {
     int type, index, useSecond, isHidden;
     const DrawList* expected;
   };
-  for (const Row& row : {Row{24, 3, 0, 0, first}, {24, 3, 0, 1, first}, {24, 3, 1, 0, second},
-                         {24, 3, 1, 1, first}, {24, 4, 1, 0, nullptr}, {21, 3, 0, 0, nullptr}}) {
+  for (const Row& row : {Row{24, 3, 0, 0, first},
+                         {24, 3, 0, 1, first},
+                         {24, 3, 1, 0, second},
+                         {24, 3, 1, 1, first},
+                         {24, 4, 1, 0, nullptr},
+                         {21, 3, 0, 0, nullptr}}) {
     for (const int v : {100, 106, 117, 157}) {
       const DrawPart part = readFresh(test::staticRef({.objectType = row.type,
-                                                      .staticIndex = row.index,
-                                                      .useSecond = row.useSecond,
-                                                      .secondIsHidden = row.isHidden}),
-                                     v);
+                                                       .staticIndex = row.index,
+                                                       .useSecond = row.useSecond,
+                                                       .secondIsHidden = row.isHidden}),
+                                      v);
       EXPECT_EQ(childList(part), row.expected) << v;
       DrawPart copy;
       copyPart(copy, part);

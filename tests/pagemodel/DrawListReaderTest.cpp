@@ -25,8 +25,8 @@ using test::Values;
 constexpr int kLowest = std::numeric_limits<int>::min();
 
 TEST(DrawListReader, PartsWithoutFieldsInEveryVersion) {
-  for (const int type : {0,  11, 12, 13, 14, 16, 17, 18, 19, 20, 21, 22, 24,
-                         25, 26, 27, 28, 29, 35, 38, 39, 45, 255}) {
+  for (const int type : {0,  11, 12, 13, 14, 16, 17, 18, 19, 20, 21, 22,
+                         24, 25, 26, 27, 28, 29, 35, 38, 39, 45, 255}) {
     for (const int v : test::versionGates()) {
       DrawPart part = test::readFresh(test::rect(), v);
       test::readOver(part, test::empty(type), v);
@@ -49,16 +49,22 @@ TEST(DrawListReader, ListsOfEveryVersion) {
       for (const int count : {2, 0, 1}) {
         ByteWriter w;
         const std::vector<test::Part> parts(static_cast<std::size_t>(count), test::rect());
-        writeList(w, {.version = v, .parts = parts, .originX = -5, .originY = 6,
-                      .hasBytes = hasBytes, .byteA = 0x104, .listFlags = 0x91,
+        writeList(w, {.version = v,
+                      .parts = parts,
+                      .originX = -5,
+                      .originY = 6,
+                      .hasBytes = hasBytes,
+                      .byteA = 0x104,
+                      .listFlags = 0x91,
                       .sections = {"unknown"}});
         LoadedBytes file(w.bytes);
         readDrawList(list, file.archive);
         EXPECT_FALSE(file.archive.failed()) << v;
         EXPECT_EQ(file.archive.GetPosition(), w.size());
         const bool stored = v >= 101 && hasBytes != 0;
-        EXPECT_EQ((Values{list.count, list.originX, list.originY, list.contentTally, list.listMark}),
-                  (Values{count, -5, 6, since(102, v, 1), 0}));
+        EXPECT_EQ(
+            (Values{list.count, list.originX, list.originY, list.contentTally, list.listMark}),
+            (Values{count, -5, 6, since(102, v, 1), 0}));
         EXPECT_EQ((Values{list.byteA, list.byteB, list.listFlags}),
                   (Values{stored ? 4 : 255, stored ? 5 : 0, since(104, v, 0x91)}));
         EXPECT_EQ((Values{list.valueA, list.valueB, list.listExtra}),
@@ -152,7 +158,8 @@ TEST(DrawListReader, NewerRecordsEndTheProcess) {
     int highest;
     void (*read)(eArchive&);
   };
-  for (const Row& row : {Row{"DRAWPART", 157, readPartRecord}, {"DRAWLIST", 107, readListRecord},
+  for (const Row& row : {Row{"DRAWPART", 157, readPartRecord},
+                         {"DRAWLIST", 107, readListRecord},
                          {"DRAWSTATIC", 111, readStaticRecord}}) {
     for (const int v : {row.highest + 1, -row.highest - 1, kLowest}) {
       HeldMessages messages;
@@ -172,9 +179,7 @@ TEST(DrawListReader, NewerRecordsEndTheProcess) {
 TEST(DrawListReader, LinkSectionsOfOldParts) {
   test::Part image = test::image({.link = test::LinkFields{}});
   image.emptyLinkSection = true;
-  const auto linkOf = [](const DrawPart& part) {
-    return imageInfo(part).hyperlink.get();
-  };
+  const auto linkOf = [](const DrawPart& part) { return imageInfo(part).hyperlink.get(); };
   EXPECT_EQ(linkOf(test::readFresh(image, 131)), nullptr);
   EXPECT_NE(linkOf(test::readFresh(image, 132)), nullptr);  // here a flag tells
   test::Part rect = test::rect();  // has no place for a link: read and dropped
@@ -186,8 +191,8 @@ TEST(DrawStatic, EveryVersion) {
   for (const int v : {-111, -107, 0, 100, 101, 102, 103, 104, 105, 106, 107, 108, 109, 110, 111}) {
     for (const bool hasSecond : {false, true}) {
       ByteWriter w;
-      test::StaticFields fields{.version = v, .first = {.parts = {test::rect()}},
-                                .sections = {"unknown", ""}};
+      test::StaticFields fields{
+          .version = v, .first = {.parts = {test::rect()}}, .sections = {"unknown", ""}};
       if (hasSecond) fields.second = test::ListFields{.parts = {test::rect(), test::line()}};
       writeStatic(w, fields);
       LoadedBytes file(w.bytes);
@@ -199,9 +204,9 @@ TEST(DrawStatic, EveryVersion) {
                 (Values{hasSecond ? 1 : 0, 1, hasSecond ? 2 : 0}));
       EXPECT_EQ((Values{object.valueA, object.valueB, object.valueC, object.valueD}),
                 (Values{1, 2, 3, 4}));
-      EXPECT_EQ((Values{object.valueE, object.valueF, object.indexA, object.indexB}),
-                (Values{since(102, v, 5), since(101, v, 6), since(104, v, 7, -1),
-                        since(106, v, 8, -1)}));
+      EXPECT_EQ(
+          (Values{object.valueE, object.valueF, object.indexA, object.indexB}),
+          (Values{since(102, v, 5), since(101, v, 6), since(104, v, 7, -1), since(106, v, 8, -1)}));
       EXPECT_EQ(object.name.view(), v < 103 ? u"" : u"static");
       EXPECT_EQ(object.loadLists, 1);
       for (int length = 0; length < w.size(); ++length) {
@@ -220,18 +225,6 @@ TEST(DrawStatic, EveryVersion) {
   readDrawStatic(object, file.archive);
   EXPECT_EQ(file.archive.GetPosition(), 6 * 4 + 7 + 4 + 4);
   EXPECT_EQ(object.loadLists, 0);
-}
-
-TEST(DrawListReader, AStoringArchiveGetsTheEndMarkAlone) {
-  eMemFile file(16);
-  eArchive archive(file, eArchive::Mode::kStore, 64);
-  DrawList list;
-  DrawStatic object;
-  readDrawList(list, archive);
-  readDrawStatic(object, archive);
-  archive.Close();
-  ASSERT_EQ(file.GetLength(), 8);
-  EXPECT_EQ(std::memcmp(file.data(), "\x57\x07\xF0\x42\x57\x07\xF0\x42", 8), 0);
 }
 
 }  // namespace

@@ -20,14 +20,14 @@ constexpr i32 kDx = 5, kDy = -7;
 
 // How the words of a type's fields move; types that are not here do not.
 const std::map<int, std::vector<i32>> kMovedWords = {
-    {3, {kDx, kDy, kDx, kDy}},     // RECT
-    {6, {kDx, kDy, kDx, kDy}},     // STARTEND
+    {3, {kDx, kDy, kDx, kDy}},       // RECT
+    {6, {kDx, kDy, kDx, kDy}},       // STARTEND
     {9, {0, 0, 0, 0, 0, kDx, kDy}},  // STATICREF
-    {10, {0, 0, kDx, kDy}},        // RESOURCE
-    {30, {kDx, kDx, kDy, kDy}},    // JUST1LINE
-    {31, {0, kDx, kDx}},           // LINESET, horizontal
-    {33, {0, 0, kDx, kDy}},        // IMPORTPAGE
-    {40, {kDx, kDy, kDx, kDy}},    // HYPERLINKAREA
+    {10, {0, 0, kDx, kDy}},          // RESOURCE
+    {30, {kDx, kDx, kDy, kDy}},      // JUST1LINE
+    {31, {0, kDx, kDx}},             // LINESET, horizontal
+    {33, {0, 0, kDx, kDy}},          // IMPORTPAGE
+    {40, {kDx, kDy, kDx, kDy}},      // HYPERLINKAREA
 };
 
 TEST(ShiftPart, FieldsOfEveryType) {
@@ -117,27 +117,6 @@ TEST(CopyPart, OntoItselfAndFromTypesThatAreNotCopied) {
   DrawPart target = test::readFresh(test::poly());
   copyPart(target, test::readFresh(test::empty(0)));
   EXPECT_EQ(target.type, PartType::kUnknown);
-}
-
-TEST(DrawList, SlotsGrowAndAreUsedAgain) {
-  DrawList list;
-  for (const i32 capacity : {1, 6, 6, 6, 6, 6, 11}) {
-    EXPECT_TRUE(test::hasNoFields(appendSlot(list)));
-    EXPECT_EQ(list.capacity(), capacity);
-  }
-  test::readOver(list.slots[0], test::image(), 157);
-  const u32 payload = list.slots[0].payload.capacity();
-  list.listExtra = 1;
-  list.listFlags = list_flag::kPolyAdded;
-  list.originX = list.contentTally = 4;
-  resetList(list);
-  EXPECT_EQ(list.count + list.listExtra + list.listFlags + list.originX + list.contentTally, 0);
-  EXPECT_EQ(list.capacity(), 11);
-  const DrawPart& slot = appendSlot(list);
-  EXPECT_EQ(slot.type, PartType::kUnknown);
-  EXPECT_EQ(slot.payload.capacity(), payload);
-  clearParts(list);
-  EXPECT_EQ(list.count + list.capacity(), 0);
 }
 
 TEST(DrawList, BorrowedParts) {

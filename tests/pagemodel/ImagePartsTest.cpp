@@ -36,8 +36,9 @@ TEST(ImageParts, ImageOfEveryVersion) {
     EXPECT_EQ((Values{i.kindValue, i.valueA, i.valueB, i.valueC, i.valueD, i.valueE}),
               (Values{since(103, v, 8), 21, 22, since(123, v, 23), since(142, v, 24),
                       since(128, v, 25)}));
-    EXPECT_EQ((Values{i.valueF, i.valueG, i.byteE, i.imageFlag}),
-              (Values{since(150, v, 26), since(150, v, 27, -1), since(146, v, 5), since(147, v, 6)}));
+    EXPECT_EQ(
+        (Values{i.valueF, i.valueG, i.byteE, i.imageFlag}),
+        (Values{since(150, v, 26), since(150, v, 27, -1), since(146, v, 5), since(147, v, 6)}));
     EXPECT_EQ((Values{i.colourA.kind, i.colourA.value, i.colourB.kind, i.colourB.value}),
               (Values{since(108, v, 1), 0xA1, 0, 0xB2}));
     EXPECT_EQ((Values{i.colourC.kind, i.colourC.value, i.colourE.kind, i.colourE.value}),
@@ -60,9 +61,9 @@ TEST(ImageParts, ImageOfEveryVersion) {
 }
 
 TEST(ImageParts, KindsOfOldImagesAreMapped) {
-  const int rows[][4] = {{102, 0, 1, 0},    {102, 1, 1, 0},  {102, 2, 2, 0}, {102, 3, 7, 0},
-                         {102, 10, 7, 0},   {102, -5, 7, 0}, {0, 3, 7, 0},   {102, 11, 101, 11},
-                         {102, 77, 101, 77}, {103, 3, 3, 8}, {103, 0, 0, 8}, {103, 77, 77, 8}};
+  const int rows[][4] = {{102, 0, 1, 0},     {102, 1, 1, 0},  {102, 2, 2, 0}, {102, 3, 7, 0},
+                         {102, 10, 7, 0},    {102, -5, 7, 0}, {0, 3, 7, 0},   {102, 11, 101, 11},
+                         {102, 77, 101, 77}, {103, 3, 3, 8},  {103, 0, 0, 8}, {103, 77, 77, 8}};
   for (const auto& [v, stored, kind, value] : rows) {
     const DrawPart part = readFresh(image({.imageKind = stored}), v);
     EXPECT_EQ((Values{part.fields.image.imageKind, imageInfo(part).kindValue}),
@@ -102,8 +103,8 @@ TEST(ImageParts, OldRecordsOfImageBytesAreWidened) {
   EXPECT_EQ(bytesOf(readFresh(image({.imageKind = 10, .bytes = bytes}), 126)), bytes);
   EXPECT_EQ(bytesOf(readFresh(image({.imageKind = 9, .bytes = bytes}), 125)), bytes);
   EXPECT_EQ(bytesOf(readFresh(image({.imageKind = 10, .bytes = "31"}), 125)), "31");
-  const DrawPart legacy = readFresh(
-      image({.imageKind = 10, .bytes = bytes, .colourC = {.kind = -126, .value = 5}}));
+  const DrawPart legacy =
+      readFresh(image({.imageKind = 10, .bytes = bytes, .colourC = {.kind = -126, .value = 5}}));
   EXPECT_EQ(bytesOf(legacy), widened);
   EXPECT_EQ(legacy.fields.image.dataLength, 78);
   EXPECT_EQ(imageInfo(legacy).colourC, (ColourValue{0, 5}));
@@ -149,9 +150,12 @@ TEST(ImageParts, ResourceOfEveryVersion) {
     i32 count;
     bool hasBytes;
   };
-  for (const Row& row : {Row{122, 0, "12345", 5, false}, {122, 1, "12345", 5, true},
-                         {122, 1, "", 0, false}, {121, 0, "12345", 5, true},
-                         {157, 5, "12345", 5, true}, {157, -2, "", 0, false}}) {
+  for (const Row& row : {Row{122, 0, "12345", 5, false},
+                         {122, 1, "12345", 5, true},
+                         {122, 1, "", 0, false},
+                         {121, 0, "12345", 5, true},
+                         {157, 5, "12345", 5, true},
+                         {157, -2, "", 0, false}}) {
     const ResourceFields f =
         readFresh(test::resource({.dataMode = row.dataMode, .bytes = row.bytes}), row.v)
             .fields.resource;
@@ -171,7 +175,8 @@ TEST(ImageParts, ImportPageAndBarcodeOfEveryVersion) {
   test::forEveryVersion(32, false, [](DrawPart& part, int, bool) {
     const BcocaBarcodeFields& f = part.fields.barcode;
     EXPECT_EQ(std::u16string(part.payload.at<char16_t>(16), f.textLength), u"12345");
-    EXPECT_EQ((Values{barcodeOrigin(part).x, barcodeOrigin(part).y, f.angle}), (Values{10, 20, 90}));
+    EXPECT_EQ((Values{barcodeOrigin(part).x, barcodeOrigin(part).y, f.angle}),
+              (Values{10, 20, 90}));
     EXPECT_EQ((Values{f.barcodeKind, f.barcodeFlag, f.barcodeCode, f.barcodeValue, f.barcodeExtra}),
               (Values{1, 2, 3, 4, 6}));
     EXPECT_EQ((Values{f.byteA, f.byteB, f.tint, f.colour}), (Values{8, 7, 80, test::kBlue}));

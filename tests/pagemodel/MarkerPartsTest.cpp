@@ -52,7 +52,8 @@ TEST(MarkerParts, StartEndOfEveryVersion) {
 TEST(MarkerParts, MoreNameValuesThanAPartCounts) {
   for (const int count : {65535, 65536, 70000}) {
     test::HeldMessages messages;
-    const std::vector<test::NameValueFields> entries(static_cast<std::size_t>(count), {.name = u"n"});
+    const std::vector<test::NameValueFields> entries(static_cast<std::size_t>(count),
+                                                     {.name = u"n"});
     const DrawPart part = readFresh(test::startEnd({.nameValues = entries, .pairs = {{7, 8}}}));
     const MarkerInfo& info = markerInfo(part);
     EXPECT_EQ(info.nameValueCount, count % 65536);
@@ -97,16 +98,20 @@ TEST(MarkerParts, TaggedObjectOfEveryVersion) {
 }
 
 TEST(MarkerParts, TagIdsAndLanguages) {
-  const int rows[][4] = {{0, 0, 10000, 40000},         {9999, 9999, 19999, 49999},
-                         {10000, 0, 10000, 40000},     {39999, 29999, 39999, 4463},
-                         {40001, 1, 10001, 40001},     {65535, 25535, 35535, 65535}};
+  const int rows[][4] = {{0, 0, 10000, 40000},     {9999, 9999, 19999, 49999},
+                         {10000, 0, 10000, 40000}, {39999, 29999, 39999, 4463},
+                         {40001, 1, 10001, 40001}, {65535, 25535, 35535, 65535}};
   for (const auto& [id, low, middle, top] : rows) {
     const auto folded = [id = id](u8 band) { return foldedTagId(static_cast<u16>(id), band); };
     EXPECT_EQ((Values{folded(0), folded(1), folded(2)}), (Values{low, middle, top})) << id;
     EXPECT_EQ(readFresh(test::taggedObject({.tagId = id})).fields.taggedObject.tagId, low);
   }
-  for (const auto& [index, tag] : {std::pair{0, u"default"}, {8, u"en-US"}, {30, u"hmn"},
-                                   {60, u"no"}, {61, u"default"}, {-1, u"default"}}) {
+  for (const auto& [index, tag] : {std::pair{0, u"default"},
+                                   {8, u"en-US"},
+                                   {30, u"hmn"},
+                                   {60, u"no"},
+                                   {61, u"default"},
+                                   {-1, u"default"}}) {
     const DrawPart part = readFresh(test::taggedObject({.language = index}));
     EXPECT_EQ(std::u16string(taggedTexts(part).language), tag);
   }

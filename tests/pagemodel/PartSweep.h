@@ -17,7 +17,9 @@ namespace rvf::test {
 using Values = std::vector<i64>;
 
 /// What a field holds that the version `first` brought.
-inline i64 since(int first, int v, i64 value, i64 before = 0) { return v >= first ? value : before; }
+inline i64 since(int first, int v, i64 value, i64 before = 0) {
+  return v >= first ? value : before;
+}
 
 /// Reads one record over what the slot holds; it has to be taken up to its last byte.
 inline void readOver(DrawPart& slot, const Part& part, int v, bool wide = false) {

@@ -58,10 +58,10 @@ TEST(TextParts, TextOfEveryVersion) {
 
 TEST(TextParts, RotationInDegreesAndInSteps) {
   constexpr int kLowest = std::numeric_limits<int>::min();
-  const int rows[][3] = {{100, -90, 238}, {110, -90, 54}, {105, 0, 0},     {105, 2, 0},
-                         {105, 3, 1},     {105, 358, 72}, {105, -2, 0},    {105, -3, 255},
-                         {105, kLowest, 102}, {106, 4, 0}, {117, -1, 71},  {117, -400, 248},
-                         {118, 200, 200}, {0, 90, 18},    {-157, 90, 18}};
+  const int rows[][3] = {{100, -90, 238},     {110, -90, 54}, {105, 0, 0},   {105, 2, 0},
+                         {105, 3, 1},         {105, 358, 72}, {105, -2, 0},  {105, -3, 255},
+                         {105, kLowest, 102}, {106, 4, 0},    {117, -1, 71}, {117, -400, 248},
+                         {118, 200, 200},     {0, 90, 18},    {-157, 90, 18}};
   for (const auto& [v, stored, steps] : rows) {
     const DrawPart part = readFresh(test::text({.rotation = stored}), v);
     EXPECT_EQ(part.fields.text.rotation, steps) << v << ' ' << stored;
@@ -74,7 +74,8 @@ TEST(TextParts, RunPositionsOfSixteenBitsHaveNoSign) {
     EXPECT_EQ((Values{textRuns(part)[0].x, textRuns(part)[0].y}), (Values{x, x}));
   }
   // Four bytes in one version alone, of which the low one counts.
-  EXPECT_EQ(textRuns(readFresh(test::text({.runs = {{.runClass = 0x1F4}}}), 134))[0].runClass, 0xF4);
+  EXPECT_EQ(textRuns(readFresh(test::text({.runs = {{.runClass = 0x1F4}}}), 134))[0].runClass,
+            0xF4);
 }
 
 TEST(TextParts, ExtensionAreasAreCopiedAndMove) {
@@ -84,8 +85,13 @@ TEST(TextParts, ExtensionAreasAreCopiedAndMove) {
     std::size_t runs, outlines;
     int expected;
   };
-  for (const Row& row : {Row{0xF3, 0, 0, 0xF3}, {4, 0, 0, 0}, {12, 0, 0, 0}, {0, 2, 0, 4},
-                         {4, 0, 1, 8}, {8, 1, 0, 4}, {0, 2, 2, 12}}) {
+  for (const Row& row : {Row{0xF3, 0, 0, 0xF3},
+                         {4, 0, 0, 0},
+                         {12, 0, 0, 0},
+                         {0, 2, 0, 4},
+                         {4, 0, 1, 8},
+                         {8, 1, 0, 4},
+                         {0, 2, 2, 12}}) {
     DrawPart part = readFresh(test::text({.text = std::u16string(u"a\0b", 3),
                                           .runs = {{}, {}, {}},
                                           .textFlags = row.flags,
@@ -128,7 +134,8 @@ TEST(TextParts, TextPropOfEveryVersion) {
       w.i32(1, 2, a, b).u16(0, 0).raw(std::string(static_cast<std::size_t>(n), 'x'));
     };
     const DrawPart part = readFresh({.type = 7, .payload = payload});
-    EXPECT_EQ((Values{part.fields.textProp.lengthA, part.payload.size()}), (Values{a, 2 * characters}));
+    EXPECT_EQ((Values{part.fields.textProp.lengthA, part.payload.size()}),
+              (Values{a, 2 * characters}));
   }
 }
 

@@ -27,9 +27,9 @@ TEST(VectorParts, LinesOfEveryVersion) {
   test::forEveryVersion(2, true, [](DrawPart& part, int v, bool) {
     const LineFields& f = part.fields.line;
     EXPECT_EQ(flat(linePoints(part)), (Values{10, 20, 30, 40}));
-    EXPECT_EQ((Values{f.pointCapacity, f.lineKind, f.lineStyle, f.width, f.colour, f.tint,
-                      f.overprint}),
-              (Values{2, 5, 6, 15, kBlue, since(108, v, 80), since(109, v, 7)}));
+    EXPECT_EQ(
+        (Values{f.pointCapacity, f.lineKind, f.lineStyle, f.width, f.colour, f.tint, f.overprint}),
+        (Values{2, 5, 6, 15, kBlue, since(108, v, 80), since(109, v, 7)}));
   });
   test::forEveryVersion(30, true, [](DrawPart& part, int, bool) {
     const Just1LineFields& f = part.fields.just1Line;
@@ -63,8 +63,9 @@ TEST(VectorParts, PolyOfEveryVersion) {
     const PolyStyle& s = polyStyle(part);
     EXPECT_EQ(flat(polyPoints(part)), (Values{10, 20, 30, 40, 50, 25}));
     EXPECT_EQ((Values{f.lineWidth, f.polyCode, f.polyExtra}), (Values{15, 5, since(114, v, 6)}));
-    EXPECT_EQ((Values{s.shapeCodeA, s.shapeCodeB, s.shapeCodeC, s.shapeCodeD, s.noFill, s.noOutline}),
-              (Values{11, 12, since(113, v, 13), since(150, v, 14), 1, 2}));
+    EXPECT_EQ(
+        (Values{s.shapeCodeA, s.shapeCodeB, s.shapeCodeC, s.shapeCodeD, s.noFill, s.noOutline}),
+        (Values{11, 12, since(113, v, 13), since(150, v, 14), 1, 2}));
     EXPECT_EQ((Values{s.fillColour, s.lineColour, s.fillTint, s.lineTint, s.hasGradient}),
               (Values{kBlue, kRed, since(108, v, 80), since(108, v, 90), since(152, v, 1)}));
     ASSERT_EQ(s.gradient != nullptr, v >= 152);
@@ -93,8 +94,11 @@ TEST(VectorParts, PolyWithoutPointsIsUnknownAndReadToItsEnd) {
 TEST(VectorParts, OldGradientColoursAreFloatingNumbers) {
   const std::string stored = test::ByteWriter().f64(255.0).bytes;
   constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
-  for (const auto& [value, colour] : {std::pair{255.9, 255U}, {4294967295.0, 0xFFFFFFFFU},
-                                      {-1.0, 0xFFFFFFFFU}, {kNoNumber, 0U}, {1e300, 0U}}) {
+  for (const auto& [value, colour] : {std::pair{255.9, 255U},
+                                      {4294967295.0, 0xFFFFFFFFU},
+                                      {-1.0, 0xFFFFFFFFU},
+                                      {kNoNumber, 0U},
+                                      {1e300, 0U}}) {
     test::ByteWriter w;
     writePart(w, test::poly({.gradient = test::Gradient{}}), 154);
     w.bytes.replace(w.bytes.find(stored), 8, test::ByteWriter().f64(value).bytes);
