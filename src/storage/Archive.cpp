@@ -45,8 +45,12 @@ eArchive::eArchive(FileObject& file, Mode mode, i32 bufferSize, bool flushEachWr
 eArchive::eArchive(i32 bufferSize) : mode_(Mode::kStore) { makeBuffer(bufferSize); }
 
 eArchive::~eArchive() {
-  if (file_ != nullptr) {
-    eArchive::Flush();
+  try {
+    if (file_ != nullptr) {
+      eArchive::Flush();
+    }
+  } catch (...) {
+    // No memory is left to tell of lost bytes. Whose bytes count flushes the archive itself.
   }
 }
 

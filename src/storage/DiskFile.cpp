@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "messages/MessageReporter.h"
 #include "storage/StreamCalls.h"
@@ -66,8 +67,12 @@ std::FILE* openFifoForWriting(const std::string& path, const std::string& mode) 
 }  // namespace
 
 eDiskFile::~eDiskFile() {
-  if (isOpen_) {
-    closeStream();
+  try {
+    if (isOpen_) {
+      closeStream();
+    }
+  } catch (...) {
+    // No memory is left to tell of a failed close. Whose result counts closes the file itself.
   }
 }
 
@@ -203,13 +208,15 @@ void eDiskFile::Close() {
   closeStream();
 }
 
+// The stream is gone before anything is reported: a report that finds no memory must not leave it
+// to be closed again.
 void eDiskFile::closeStream() {
+  std::FILE* const stream = std::exchange(stream_, nullptr);
+  isOpen_ = false;
   errno = 0;
-  if (std::fclose(stream_) != 0) {
+  if (std::fclose(stream) != 0) {
     Report(MessageNumber::kFileCloseFailed, name_, systemErrorText(errno));
   }
-  stream_ = nullptr;
-  isOpen_ = false;
 }
 
 }  // namespace rvf

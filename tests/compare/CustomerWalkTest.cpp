@@ -192,6 +192,8 @@ TEST(CustomerWalk, PlacedListsAreComparedByPlaceAndContent) {
         .list = {.parts = {part}, .originX = originX, .originY = originY}, .x = x, .y = y};
   };
   const PlacedList base = placed(1, 2, 10, 20);
+  PlacedList withImage = base;
+  withImage.list.parts.push_back(image());
   constexpr int kHighest = 2147483647, kLowest = -kHighest - 1;
   struct Case {
     std::vector<PlacedList> a, b;
@@ -199,6 +201,7 @@ TEST(CustomerWalk, PlacedListsAreComparedByPlaceAndContent) {
   };
   const Case cases[] = {
       {{base}, {base}, 0},
+      {{base}, {withImage}, 4096 + 128},
       {{base}, {placed(1, 2, 10, 21)}, 160},
       {{base}, {placed(1, 2, 9, 20)}, 160},
       {{base}, {placed(1, 3, 10, 20)}, 160},
@@ -231,13 +234,6 @@ TEST(CustomerWalk, PlacedListsAreComparedByPlaceAndContent) {
 }
 
 TEST(CustomerWalk, PagesAreLoadedAfreshAndTold) {
-  // Pages in memory from before the walk are not taken for the first ones, though they are theirs.
-  const PageFields same = page({text()}), other = page({line()});
-  LoadedCapture a(captureOf({same, other, other})), b(captureOf({same, same, same}));
-  for (LoadedCapture* side : {&a, &b}) {
-    side->reader.loadCurrentPage();
-    resetList(side->context.pageList);
-  }
   struct Observer final : WalkObserver {
     std::string calls;
     void pagesCompared(i32 done, i32 count, i64 compared, i32 differing) override {
@@ -245,14 +241,23 @@ TEST(CustomerWalk, PagesAreLoadedAfreshAndTold) {
         calls += std::to_string(n) + " ";
       }
     }
-  } observer;
-  eMemFile file(64);
-  const WalkOutput output{file, u"first.rvf", u"second.rvf", &observer, false};
-  EXPECT_EQ(walkCustomers(a.reader, b.reader, true, output), 128U);
-  EXPECT_EQ(a.reader.customers[0].pages[0].diffBits, 0U);
-  EXPECT_EQ(observer.calls, "0 1 1 0 0 1 2 1 0 1 3 2 1 1 3 2 ");
-  // The blank slots of one page are gone before the next.
-  EXPECT_EQ(a.context.overlayFirst.list.count, 1);
+  };
+  const PageFields same = page({text()}), other = page({line()});
+  for (const bool isFirst : {true, false}) {
+    LoadedCapture a(captureOf({same, other, other})), b(captureOf({same, same, same}));
+    // A page in memory from before the walk is not taken for the first one, though it is that.
+    LoadedCapture& loaded = isFirst ? a : b;
+    loaded.reader.loadCurrentPage();
+    resetList(loaded.context.pageList);
+    Observer observer;
+    eMemFile file(64);
+    const WalkOutput output{file, u"first.rvf", u"second.rvf", &observer, false};
+    EXPECT_EQ(walkCustomers(a.reader, b.reader, true, output), 128U);
+    EXPECT_EQ(a.reader.customers[0].pages[0].diffBits, 0U);
+    EXPECT_EQ(observer.calls, "0 1 1 0 0 1 2 1 0 1 3 2 1 1 3 2 ");
+    // The blank slots of one page are gone before the next.
+    EXPECT_EQ(a.context.overlayFirst.list.count, 1);
+  }
 }
 
 }  // namespace

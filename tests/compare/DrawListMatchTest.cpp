@@ -57,6 +57,8 @@ TEST(DrawListMatch, PairsByPlaceThenByFirstFind) {
       {"nothing", {}, {}, 0, 0},
       {"equal", {kA, kB, kC}, {kA, kB, kC}, 0, 0},
       {"exchanged", {kA, kB}, {kB, kA}, 129, 129},
+      {"an image exchanged", {kA, image()}, {image(), kA}, 129, 129},
+      {"two changes", {text(), line()}, {text({.fontId = 1}), line({.tint = 0})}, 8576, 8576},
       {"a text more", {kA}, {kA, kB}, 128, 128},
       {"an image more", {kA}, {kA, image()}, 128 + 4096, 128 + 4096},
       {"other types more", {}, {kA, line(), rect()}, 128, 128},
@@ -127,8 +129,9 @@ TEST(DrawListMatch, GroupsAreMatchedInside) {
   }
   {  // Without a list on one side nothing is matched inside.
     Side s, t;
-    const DrawList without = s.list({staticRef({.x = 99})}), with = t.list({group(t, {kA})});
-    expectBits(without, with, 129 + 2048, 129);
+    const DrawList without = s.list({line(), staticRef({.x = 99})});
+    const DrawList with = t.list({line({.tint = 0}), group(t, {kA})});
+    expectBits(without, with, 256 + 129 + 2048, 256 + 129);
   }
 }
 

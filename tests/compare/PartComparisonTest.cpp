@@ -99,6 +99,7 @@ TEST(PartComparison, EveryFieldOfLines) {
        {64, {justOneLine({.width = 14})}},
        {256, {justOneLine({.colour = kRed}), justOneLine({.tint = 81})}},
        {256 + 1056, {justOneLine({.y2 = 0, .tint = 0})}},
+       {256 + 1024, {justOneLine({.lineStyle = 0, .width = 0, .tint = 0})}},
        {256 + 64, {justOneLine({.width = 0, .tint = 0})}}});
   expectChanges(
       lineSet(),
@@ -109,6 +110,7 @@ TEST(PartComparison, EveryFieldOfLines) {
        {64, {lineSet({.width = 16})}},
        {256, {lineSet({.colour = kRed}), lineSet({.tint = 81})}},
        {256 + 1056, {lineSet({.start = 0, .tint = 0})}},
+       {256 + 1024, {lineSet({.lineStyle = 0, .width = 0, .tint = 0})}},
        {256 + 64, {lineSet({.width = 0, .tint = 0})}}});
 }
 
@@ -286,6 +288,14 @@ TEST(PartComparison, TypesMeet) {
     EXPECT_TRUE(partsEqual(itself, itself));
   }
   expectComparison(text(), poly({.points = {}}), kEqual, kNone);
+  // Not even the same fields make a part of another type equal to one of these.
+  for (const Part& part : {rect(), staticRef(), justOneLine(), signatureField().at(142)}) {
+    const DrawPart right = readPart(part);
+    DrawPart left = readPart(clickArea());
+    left.fields = right.fields;
+    EXPECT_FALSE(partsEqual(left, right)) << part.type;
+    EXPECT_EQ(classifyParts(left, right), 128U) << part.type;
+  }
 }
 
 // A part of another type that has just these words, and no pointer.

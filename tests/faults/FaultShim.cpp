@@ -1,7 +1,7 @@
 // A system that fails on demand, for the program as it is: a library that is loaded in front of all
 // others (LD_PRELOAD) and lets calls of the system fail as the environment says.
 //
-//   RVF_FAULT_CALL    which calls: read, write, seek, close, open, stat or allocate
+//   RVF_FAULT_CALL    which calls: read, write, seek, close, open, stat, allocate, or all of them
 //   RVF_FAULT_AT      the number of the first one that fails, from 1; none without it
 //   RVF_FAULT_FOR     once, or on: all calls of that kind from there on
 //   RVF_FAULT_ERROR   what they fail with, a value of errno; or -1: the process is killed there, a
@@ -43,9 +43,9 @@ void* __libc_memalign(std::size_t alignment, std::size_t size);
 
 namespace {
 
-enum Call { kRead, kWrite, kSeek, kClose, kOpen, kStat, kAllocate, kCallCount };
-constexpr const char* kCallNames[kCallCount] = {"read", "write", "seek",    "close",
-                                                "open", "stat",  "allocate"};
+enum Call { kRead, kWrite, kSeek, kClose, kOpen, kStat, kAllocate, kAll, kCallCount };
+constexpr const char* kCallNames[kCallCount] = {"read", "write", "seek",     "close",
+                                                "open", "stat",  "allocate", "all"};
 constexpr int kKill = -1;
 
 bool isInMain = false;
@@ -93,7 +93,7 @@ void leaveMark() {
 
 /// Counts the call, and tells whether it fails; then errno says with what.
 bool fails(Call call) {
-  if (!isInMain || call != failingCall || failsAt == 0) {
+  if (!isInMain || (call != failingCall && failingCall != kAll) || failsAt == 0) {
     return false;
   }
   callsSoFar += 1;
