@@ -407,6 +407,32 @@ std::vector<Placed> withPosition(int d) {
           {lineSet({.offsets = {1, d}}), 1056}};
 }
 
+TEST(PartComparison, BytesOfOtherTypesAreComparedAsThoseOfProperties) {
+  const auto property = [](std::u16string b, std::u16string d) {
+    return textProp({.propKind = 0, .propValue = 0, .texts = {u"", b, u"", d}});
+  };
+  // The words of a text without runs and characters: fontId stands where the second length is, the
+  // flags where the fourth is. Its extension area begins with FEFE, the count, and y of a run.
+  const auto bare = [](int fontId, std::vector<test::Run> extensionRuns) {
+    test::TextFields f{.text = u"", .runs = {}, .fontId = fontId, .rotation = 0};
+    f.colour = 0;
+    f.tint = 0;
+    f.extensionRuns = std::move(extensionRuns);
+    return text(f);
+  };
+  const std::vector<test::Run> run = {{.x = 0, .y = 0x0201}};
+  expectComparison(bare(0, {}), property(u"", u""), kEqual, kNone);
+  expectComparison(bare(2, run), property(u"\uFEFEx", u"abcd"), kEqual, kNone);
+  expectComparison(bare(2, run), property(u"\uFEFDx", u"abcd"), false, 2048);
+  expectComparison(bare(6, run), property(u"\uFEFE\1\u0201yyy", u"abcd"), kEqual, kNone);
+  expectComparison(bare(6, run), property(u"\uFEFE\1\u0202yyy", u"abcd"), false, 2048);
+  expectComparison(bare(6, run), property(u"\uFEFE\1\u0201yyy", u"abc"), false, 2048);
+  // Nothing behind the end of a payload is looked at.
+  expectComparison(bare(2, {}), property(u"ab", u""), false, 2048);
+  expectComparison(bare(21, run), property(std::u16string(21, u'a'), u"abcd"), false, 2048);
+  expectComparison(words({0, 0, 0, 0, 1, 0, 0, 0}), property(u"a", u""), false, 2048);
+}
+
 std::vector<Placed> withWidth(int d) {
   return {{line({.width = d}), 64},
           {poly({.lineWidth = d}), 64},
