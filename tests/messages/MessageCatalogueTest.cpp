@@ -14,11 +14,6 @@ namespace {
 
 using test::kHead;
 
-constexpr std::string_view kVersionWarning =
-    "\n\nThe version of the MsgResource file is not the same as the Engine.\n"
-    "!!This can cause undesired operation!!\n"
-    "-->Please obtain the correct MsgResource file.\n\n";
-
 class MessageCatalogueTest : public ::testing::Test {
  protected:
   bool load(std::string_view bytes) {

@@ -74,6 +74,9 @@ TEST_F(ShippedCatalogue, SeveritiesAndLimits) {
                               : warnings.contains(record.number) ? severity::kWarning
                                                                  : severity::kInformation;
     EXPECT_EQ(record.severity, expected) << record.number;
+    // What counts without any catalogue.
+    EXPECT_EQ(tellsOfLoss(static_cast<MessageNumber>(record.number)),
+              expected == severity::kSevere);
     EXPECT_EQ(record.limit, 0) << record.number;
   }
 }

@@ -269,6 +269,17 @@ TEST_F(Surroundings, WhatIsSharedWithoutLoss) {
   EXPECT_TRUE(DifferenceBytes(folder_.read("new")).isComplete());
 }
 
+// Two files that have lost the same page: without severities they would be identical.
+TEST_F(Surroundings, LossCountsWithoutCatalogueToo) {
+  PageFields lost = page({line()});
+  lost.filePosition = 1000000;
+  folder_.write("RVF1.rvf", writeCapture(captureOf({page({line()}), lost})).bytes);
+  for (const std::string catalogue : {kCatalogue, "no catalogue\n"}) {
+    folder_.write("MsgResource_en-us.dat", catalogue);
+    EXPECT_EQ(run("-COMPARE=RVF1.rvf,RVF1.rvf").status, 255) << catalogue;
+  }
+}
+
 // A system that is closed, full, slow or changing
 
 TEST_F(Surroundings, ClosedStreamsDoNotCount) {
