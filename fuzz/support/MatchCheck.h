@@ -9,7 +9,7 @@
 namespace rvf::fuzz {
 
 inline i32 firstFreeByLooking(const DrawPart& part, const DrawList& list,
-                              const std::vector<bool>& isTaken) {
+                              const std::pmr::vector<bool>& isTaken) {
   for (i32 j = 0; j < list.count; ++j) {
     if (!isTaken[static_cast<std::size_t>(j)] && classifyParts(part, list[j]) == 0) {
       return j;
@@ -20,7 +20,7 @@ inline i32 firstFreeByLooking(const DrawPart& part, const DrawList& list,
 
 /// The index of a list finds for every part what a search through the list finds.
 inline void requireSamePairings(const DrawList& parts, const DrawList& list) {
-  std::vector<bool> isTaken(static_cast<std::size_t>(list.count), false);
+  std::pmr::vector<bool> isTaken(static_cast<std::size_t>(list.count), false);
   MatchCandidates candidates(list, isTaken);
   for (const DrawPart& part : parts.parts()) {
     const i32 found = candidates.firstFree(part);

@@ -120,6 +120,7 @@ DrawList& CompareContext::placedListAt(i32 index) {
 }
 
 void CompareContext::ReadStaticTables(eArchive& archive, i32 fileVersion) {
+  forgetPage();  // its references lead into the tables
   // The order of the file, which is not that of the type numbers.
   StaticTable* const tables[] = {&type21Statics_, &type24Statics_, &type23Statics_,
                                  &type175Statics_};

@@ -60,6 +60,9 @@ DiffFlags classifySignatureFields(const DrawPart&, const DrawPart&, const Tolera
 void addSignatureFieldToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
   const SignatureFieldFields& fields = part.fields.signatureField;
   key.addAll(fields.fieldFlagA, fields.fieldFlagB, fields.fieldId);
+  if (const SignatureInfo* info = signatureInfo(part)) {
+    key.addAll(info->left, info->top, info->right, info->bottom);
+  }
 }
 
 }  // namespace rvf

@@ -23,6 +23,8 @@ void addImageToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
   const ImageInfo& info = imageInfo(part);
   key.addAll(fields.pixelWidth, fields.pixelHeight, fields.dataLength, fields.imageKind, info.left,
              info.top, info.right, info.bottom);
+  const std::span<const std::byte> bytes = imageBytes(part);
+  key.addBytes(bytes.data(), bytes.size());
 }
 
 // The bytes of a resource do not count.

@@ -55,11 +55,11 @@ DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
   return bits;
 }
 
-void addStaticRefToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+void addStaticRefToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const StaticRefFields& fields = part.fields.staticRef;
   key.addAll(fields.objectType, fields.width, fields.height, fields.refA, fields.refB,
              fields.useSecond, fields.secondIsHidden, fields.staticIndex);
-  key.setPlace(fields.x, fields.y);
+  key.addPlace(fields.x, fields.y, tolerances.position);
 }
 
 }  // namespace rvf

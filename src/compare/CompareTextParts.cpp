@@ -63,15 +63,14 @@ DiffFlags classifyTexts(const DrawPart& left, const DrawPart& right, const Toler
   return bits;
 }
 
-void addTextToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+void addTextToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const TextFields& fields = part.fields.text;
   const std::span<const char16_t> characters = textCharacters(part);
   key.addAll(fields.fontId, fields.fontExtra, fields.rotation, fields.fontVariant, fields.colour,
              fields.tint, fields.runCount, fields.textLength);
   key.addBytes(characters.data(), characters.size_bytes());
-  if (fields.runCount > 0) {
-    const TextRun& first = textRuns(part).front();
-    key.setPlace(first.x, first.y);
+  for (const TextRun& run : textRuns(part)) {
+    key.addPlace(run.x, run.y, tolerances.position);
   }
 }
 

@@ -50,13 +50,13 @@ DiffFlags classifyLines(const DrawPart& left, const DrawPart& right, const Toler
   return bits | widthBits(a.width, b.width, tolerances);
 }
 
-void addLineToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+void addLineToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const LineFields& fields = part.fields.line;
   key.addAll(fields.colour, fields.tint, fields.pointCount, fields.lineStyle, fields.lineKind,
              fields.overprint);
-  if (fields.pointCount > 0) {
-    const Point& first = linePoints(part).front();
-    key.setPlace(first.x, first.y);
+  key.addWithin(fields.width, tolerances.line);
+  for (const Point& point : linePoints(part)) {
+    key.addPlace(point.x, point.y, tolerances.position);
   }
 }
 
@@ -114,6 +114,7 @@ void addRectToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
   if (tolerances.position <= 0) {
     key.addAll(fields.left, fields.top, fields.right, fields.bottom);
   }
+  key.addWithin(fields.lineWidth, tolerances.line);
 }
 
 // POLY
@@ -158,8 +159,8 @@ DiffFlags classifyPolys(const DrawPart& left, const DrawPart& right, const Toler
   return bits | widthBits(a.lineWidth, b.lineWidth, tolerances);
 }
 
-// The number of points may differ by one.
-void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+// The number of points may differ by one, so only the first point is one that both have.
+void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const PolyFields& fields = part.fields.poly;
   const PolyStyle& style = polyStyle(part);
   key.addAll(fields.polyExtra, fields.polyCode, style.noFill, style.noOutline, style.shapeCodeA,
@@ -171,7 +172,8 @@ void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
     key.addAll(style.lineColour, style.lineTint);
   }
   const Point& first = polyPoints(part).front();
-  key.setPlace(first.x, first.y);
+  key.addPlace(first.x, first.y, tolerances.position);
+  key.addWithin(part.fields.poly.lineWidth, tolerances.line);
 }
 
 // JUST1LINE
@@ -200,10 +202,12 @@ DiffFlags classifyJust1Lines(const DrawPart& left, const DrawPart& right,
   return bits | widthBits(a.width, b.width, tolerances);
 }
 
-void addJust1LineToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+void addJust1LineToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const Just1LineFields& fields = part.fields.just1Line;
   key.addAll(fields.colour, fields.tint, fields.shapeCode, fields.shapeFlag, fields.lineStyle);
-  key.setPlace(fields.x1, fields.y1);
+  key.addPlace(fields.x1, fields.y1, tolerances.position);
+  key.addPlace(fields.x2, fields.y2, tolerances.position);
+  key.addWithin(fields.width, tolerances.line);
 }
 
 // LINESET
@@ -236,10 +240,14 @@ DiffFlags classifyLineSets(const DrawPart& left, const DrawPart& right,
   return bits | widthBits(a.width, b.width, tolerances);
 }
 
-void addLineSetToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
+void addLineSetToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const LineSetFields& fields = part.fields.lineSet;
   key.addAll(fields.colour, fields.tint, fields.lineCount, fields.horizontal, fields.lineStyle);
-  key.setPlace(fields.start, fields.end);
+  key.addPlace(fields.start, fields.end, tolerances.position);
+  for (const i32 offset : lineOffsets(part)) {
+    key.addWithin(offset, tolerances.position);
+  }
+  key.addWithin(fields.width, tolerances.line);
 }
 
 // The empty types

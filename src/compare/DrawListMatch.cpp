@@ -1,6 +1,7 @@
 #include "compare/DrawListMatch.h"
 
-#include <optional>
+#include <array>
+#include <memory_resource>
 #include <vector>
 
 #include "base/Wrapping.h"
@@ -29,7 +30,8 @@ class DrawListMatcher {
         buildOverlay_(buildOverlay),
         offsetX_(offsetX),
         offsetY_(offsetY),
-        consumed_(static_cast<std::size_t>(longer_.count), false) {}
+        consumed_(static_cast<std::size_t>(longer_.count), false, &memory_),
+        candidates_(longer_, consumed_) {}
 
   DiffFlags match() {
     for (i32 i = 0; i < shorter_.count; ++i) {
@@ -45,8 +47,8 @@ class DrawListMatcher {
 
  private:
   static constexpr i32 kNotFound = MatchCandidates::kNotFound;
-  // For so many searches, looking through the list costs less than sorting it.
-  static constexpr i32 kPlainSearches = 8;
+  // As many bits as the longer list of almost every page has items.
+  static constexpr std::size_t kUsualSize = 1024;
 
   [[nodiscard]] bool isConsumed(i32 index) const {
     return consumed_[static_cast<std::size_t>(index)];
@@ -60,7 +62,7 @@ class DrawListMatcher {
       consume(i);
       return;
     }
-    const i32 found = firstFreeMatch(s);
+    const i32 found = candidates_.firstFree(s);
     if (found != kNotFound) {
       bits_ |= kFoundElsewhere;
       consume(found);
@@ -71,22 +73,6 @@ class DrawListMatcher {
     } else if (found == kNotFound) {
       accountForShorter(s, partner);
     }
-  }
-
-  [[nodiscard]] i32 firstFreeMatch(const DrawPart& s) {
-    searches_ += 1;
-    if (searches_ > kPlainSearches && !candidates_) {
-      candidates_.emplace(longer_, consumed_);
-    }
-    if (candidates_) {
-      return candidates_->firstFree(s);
-    }
-    for (i32 j = 0; j < longer_.count; ++j) {
-      if (!isConsumed(j) && classifyParts(s, longer_[j]) == 0) {
-        return j;
-      }
-    }
-    return kNotFound;
   }
 
   // Whether the partner was found or only stands at the same place plays no part here.
@@ -142,9 +128,10 @@ class DrawListMatcher {
   const bool buildOverlay_;
   const i32 offsetX_;
   const i32 offsetY_;
-  std::vector<bool> consumed_;  // items of the longer list that have found their partner
-  i32 searches_ = 0;
-  std::optional<MatchCandidates> candidates_;  // once there were more searches than a few
+  std::array<std::byte, kUsualSize> usualMemory_{};  // so that most pages take none from the heap
+  std::pmr::monotonic_buffer_resource memory_{usualMemory_.data(), usualMemory_.size()};
+  std::pmr::vector<bool> consumed_;  // items of the longer list that have found their partner
+  MatchCandidates candidates_;
   DiffFlags bits_ = 0;
 };
 

@@ -1,100 +1,50 @@
 #include "compare/MatchCandidates.h"
 
 #include <algorithm>
-#include <numeric>
-#include <tuple>
 
 #include "compare/PartComparison.h"
-#include "compare/Tolerances.h"
 
 namespace rvf {
 
-namespace {
-
-std::size_t asSize(i32 index) { return static_cast<std::size_t>(index); }
-
-}  // namespace
-
-// A cell is as wide as two places may lie apart, so that matching ones stand in neighbouring cells.
-MatchCandidates::MatchCandidates(const DrawList& list, const std::vector<bool>& isTaken)
-    : list_(list), isTaken_(isTaken), cellSize_(i64{std::max(positionTolerance, 0)} + 1) {
-  entries_.reserve(asSize(list.count));
-  for (i32 i = 0; i < list.count; ++i) {
-    addItem(list[i], i);
-  }
-  std::ranges::sort(entries_, {}, [](const Entry& e) { return std::tuple(e.key, e.index); });
-  nextFree_.resize(entries_.size() + 1);
-  std::iota(nextFree_.begin(), nextFree_.end(), std::size_t{0});
-}
-
-void MatchCandidates::addItem(const DrawPart& item, i32 index) {
-  switch (matchRuleOf(item.type)) {
-    case MatchRule::kAnyPart:
-      universal_.push_back(index);
-      break;
-    case MatchRule::kByWords:
-      hasWordItems_ = true;
-      entries_.push_back({wordsKey(item).inCell(cellSize_, 0, 0), index});
-      break;
-    case MatchRule::kByKey:
-      entries_.push_back({matchKey(item).inCell(cellSize_, 0, 0), index});
-      break;
-  }
-}
-
 i32 MatchCandidates::firstFree(const DrawPart& part) {
-  i32 best = kNotFound;
-  while (firstUniversal_ < universal_.size() && isTaken_[asSize(universal_[firstUniversal_])]) {
-    ++firstUniversal_;
-  }
-  if (firstUniversal_ < universal_.size()) {
-    best = universal_[firstUniversal_];
-  }
-  if (hasWordItems_) {
-    searchShelf(part, wordsKey(part).inCell(cellSize_, 0, 0), best);
-  }
-  if (matchRuleOf(part.type) != MatchRule::kByKey) {
-    return best;
-  }
-  const MatchKey key = matchKey(part);
-  const i32 reach = key.hasPlace() && cellSize_ > 1 ? 1 : 0;
-  for (i32 x = -reach; x <= reach; ++x) {
-    for (i32 y = -reach; y <= reach; ++y) {
-      searchShelf(part, key.inCell(cellSize_, x, y), best);
+  for (const i32 item : firstItems()) {
+    if (classifyParts(part, list_[item]) == 0) {
+      return item;
     }
   }
-  return best;
+  if (firstEnd_ == list_.count) {
+    return kNotFound;
+  }
+  farSearches_ += 1;
+  if (farSearches_ <= kPlainSearches) {
+    return firstFreeBehindThem(part);
+  }
+  if (!index_) {
+    index_.emplace(list_, isTaken_);
+  }
+  return index_->firstFree(part);
 }
 
-void MatchCandidates::searchShelf(const DrawPart& part, u64 key, i32& best) {
-  const auto start = std::ranges::lower_bound(entries_, key, {}, &Entry::key);
-  auto position = firstFreeEntry(static_cast<std::size_t>(start - entries_.begin()));
-  while (position < entries_.size() && entries_[position].key == key) {
-    const i32 index = entries_[position].index;
-    if (best != kNotFound && index >= best) {
-      return;
+std::span<const i32> MatchCandidates::firstItems() {
+  const auto end = std::remove_if(firstItems_.begin(), firstItems_.begin() + firstCount_,
+                                  [this](i32 item) { return isTaken(item); });
+  firstCount_ = end - firstItems_.begin();
+  for (; firstCount_ < kFirstItems && firstEnd_ < list_.count; ++firstEnd_) {
+    if (!isTaken(firstEnd_)) {
+      firstItems_[static_cast<std::size_t>(firstCount_)] = firstEnd_;
+      ++firstCount_;
     }
-    if (classifyParts(part, list_[index]) == 0) {
-      best = index;
-      return;
-    }
-    position = firstFreeEntry(position + 1);
   }
+  return std::span(firstItems_).first(static_cast<std::size_t>(firstCount_));
 }
 
-std::size_t MatchCandidates::firstFreeEntry(std::size_t position) {
-  std::size_t free = position;
-  while (free < entries_.size() && isTaken_[asSize(entries_[free].index)]) {
-    nextFree_[free] = std::max(nextFree_[free], free + 1);
-    free = nextFree_[free];
+i32 MatchCandidates::firstFreeBehindThem(const DrawPart& part) {
+  for (i32 item = firstEnd_; item < list_.count; ++item) {
+    if (!isTaken(item) && classifyParts(part, list_[item]) == 0) {
+      return item;
+    }
   }
-  // All that were passed lead straight to the end of the way from now on.
-  while (position < free) {
-    const std::size_t next = std::max(nextFree_[position], position + 1);
-    nextFree_[position] = free;
-    position = next;
-  }
-  return free;
+  return kNotFound;
 }
 
 }  // namespace rvf

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <array>
+#include <memory_resource>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "base/Integers.h"
-#include "compare/MatchKey.h"
+#include "compare/MatchIndex.h"
 #include "pagemodel/DrawList.h"
 
 namespace rvf {
@@ -11,38 +15,34 @@ namespace rvf {
 /// Finds, for one part after the other, the first free item of a list that classifies as the same:
 /// the answer of a search through the whole list, in near linear time for all of them.
 ///
-/// The items are sorted by their match key; those that any part matches, and those that are
-/// compared by words with parts of any type, have shelves of their own. Items that are taken are
-/// skipped by links that shorten with use.
+/// Where parts were inserted or left out, the answer is one of the first free items, which are
+/// looked at first. A few searches go on through the list; when there are more, an index pays.
 class MatchCandidates {
  public:
-  /// Both must outlive the candidates; the parts stay, and items that are taken stay taken. Uses
-  /// the tolerances of the moment.
-  MatchCandidates(const DrawList& list, const std::vector<bool>& isTaken);
+  /// Both must outlive the candidates; the parts stay, and items that are taken stay taken. The
+  /// tolerances stay too.
+  MatchCandidates(const DrawList& list, const std::pmr::vector<bool>& isTaken)
+      : list_(list), isTaken_(isTaken) {}
 
-  static constexpr i32 kNotFound = -1;
+  static constexpr i32 kNotFound = MatchIndex::kNotFound;
   /// The lowest index of a free item `c` with classifyParts(part, c) == 0, or kNotFound.
   [[nodiscard]] i32 firstFree(const DrawPart& part);
 
  private:
-  struct Entry {
-    u64 key;
-    i32 index;
-  };
+  static constexpr std::ptrdiff_t kFirstItems = 4;
+  static constexpr i32 kPlainSearches = 8;
 
-  void addItem(const DrawPart& item, i32 index);
-  void searchShelf(const DrawPart& part, u64 key, i32& best);
-  /// The first entry at or behind `position` whose item is free.
-  [[nodiscard]] std::size_t firstFreeEntry(std::size_t position);
+  [[nodiscard]] bool isTaken(i32 item) const { return isTaken_[static_cast<std::size_t>(item)]; }
+  [[nodiscard]] std::span<const i32> firstItems();
+  [[nodiscard]] i32 firstFreeBehindThem(const DrawPart& part);
 
   const DrawList& list_;
-  const std::vector<bool>& isTaken_;
-  i64 cellSize_;
-  std::vector<Entry> entries_;         // by key, then by index
-  std::vector<std::size_t> nextFree_;  // of each entry: itself while its item is free
-  std::vector<i32> universal_;         // items that every part matches, by index
-  std::size_t firstUniversal_ = 0;     // all before it are taken
-  bool hasWordItems_ = false;
+  const std::pmr::vector<bool>& isTaken_;
+  std::array<i32, kFirstItems> firstItems_{};  // free when they were last looked at
+  std::ptrdiff_t firstCount_ = 0;
+  i32 firstEnd_ = 0;  // every free item in front of this one is among them
+  i32 farSearches_ = 0;
+  std::optional<MatchIndex> index_;
 };
 
 }  // namespace rvf

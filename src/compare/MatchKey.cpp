@@ -1,7 +1,5 @@
 #include "compare/MatchKey.h"
 
-#include <bit>
-
 namespace rvf {
 
 namespace {
@@ -12,15 +10,6 @@ i64 cellOf(i32 coordinate, i64 cellSize) {
 }
 
 }  // namespace
-
-// Two rounds of multiplication and rotation spread every bit over the whole word.
-void MatchKey::mix(u64 bits) {
-  constexpr u64 kFirstFactor = 0xBF58476D1CE4E5B9ULL;
-  constexpr u64 kSecondFactor = 0x94D049BB133111EBULL;
-  hash_ = (hash_ ^ bits) * kFirstFactor;
-  hash_ = std::rotl(hash_, 29) * kSecondFactor;
-  hash_ ^= hash_ >> 32;
-}
 
 void MatchKey::addBytes(const void* bytes, std::size_t size) {
   const auto* p = static_cast<const std::byte*>(bytes);

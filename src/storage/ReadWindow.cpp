@@ -61,7 +61,9 @@ bool ReadWindow::moveFileToEnd() {
   return isMoved;
 }
 
-i32 ReadWindow::readOn(i64 tail, bool& failed) {
+i32 ReadWindow::readOn(i64 tail, bool& failed) { return readOn(tail, failed, Failure::kTold); }
+
+i32 ReadWindow::readOn(i64 tail, bool& failed, Failure telling) {
   std::memmove(start(), end() - tail, static_cast<std::size_t>(tail));
   startOffset_ = endOffset() - tail;
   held_ = tail;
@@ -69,7 +71,7 @@ i32 ReadWindow::readOn(i64 tail, bool& failed) {
     failed = true;
     return 0;
   }
-  const i32 got = readPhysical(nextReadSize(), failed);
+  const i32 got = readPhysical(nextReadSize(), failed, telling);
   hasJumped_ = false;
   held_ += got;
   streamOffset_ = endOffset();
@@ -83,7 +85,7 @@ i32 ReadWindow::nextReadSize() const {
   return static_cast<i32>(hasJumped_ ? std::min<i64>(room, kReadAfterJump) : room);
 }
 
-i32 ReadWindow::readPhysical(i32 count, bool& failed) {
+i32 ReadWindow::readPhysical(i32 count, bool& failed, Failure telling) {
   std::FILE* stream = file_.stream();
   if (stream == nullptr) {
     const i32 got = file_.Read(end(), count);
@@ -94,7 +96,7 @@ i32 ReadWindow::readPhysical(i32 count, bool& failed) {
   std::clearerr(stream);
   const std::size_t got = readBytes(stream, end(), static_cast<std::size_t>(count));
   failed = got < static_cast<std::size_t>(count) && std::ferror(stream) != 0;
-  if (failed) {
+  if (failed && telling == Failure::kTold) {
     Report(MessageNumber::kFileReadFailed, count, file_.name(), systemErrorText(errno));
   }
   return static_cast<i32>(got);
@@ -110,7 +112,7 @@ const std::byte* ReadWindow::hold(i32 offset, i64 length) {
   }
   bool failed = false;
   while (endOffset() - offset < length) {
-    if (readOn(endOffset() - offset, failed) == 0 || failed) {
+    if (readOn(endOffset() - offset, failed, Failure::kUntold) == 0 || failed) {
       return nullptr;
     }
   }

@@ -39,8 +39,8 @@ class ReadWindow {
   [[nodiscard]] i32 readOn(i64 tail, bool& failed);
 
   /// Makes `length` bytes from `offset` on stand in memory together, as far as the file and the
-  /// window have room, and keeps what stands there already. Null if they cannot all be had: then a
-  /// reader that goes on from `offset` meets the failure itself.
+  /// window have room, and keeps what stands there already. Null if they cannot all be had, which
+  /// nobody is told: a reader that goes on from `offset` meets the failure itself.
   [[nodiscard]] const std::byte* hold(i32 offset, i64 length);
 
   /// The content of the file has changed: nothing that was read holds any more.
@@ -54,7 +54,10 @@ class ReadWindow {
   /// cuts.
   static constexpr i32 kTailRoom = 16;
 
-  [[nodiscard]] i32 readPhysical(i32 count, bool& failed);
+  enum class Failure { kTold, kUntold };
+
+  [[nodiscard]] i32 readOn(i64 tail, bool& failed, Failure telling);
+  [[nodiscard]] i32 readPhysical(i32 count, bool& failed, Failure telling);
   [[nodiscard]] bool moveFileToEnd();
   [[nodiscard]] i32 nextReadSize() const;
   [[nodiscard]] i64 streamOffset();

@@ -77,7 +77,7 @@ void readParts(const std::vector<test::Part>& parts, DrawList& list) {
   ASSERT_FALSE(archive.failed());
 }
 
-i32 plainSearch(const DrawPart& part, const DrawList& list, const std::vector<bool>& isTaken) {
+i32 plainSearch(const DrawPart& part, const DrawList& list, const std::pmr::vector<bool>& isTaken) {
   for (i32 j = 0; j < list.count; ++j) {
     if (!isTaken[static_cast<std::size_t>(j)] && classifyParts(part, list[j]) == 0) {
       return j;
@@ -108,7 +108,7 @@ TEST(MatchCandidates, FindWhatASearchThroughTheListFinds) {
     DrawList searched;
     readParts(items, list);
     readParts(wanted, searched);
-    std::vector<bool> isTaken(static_cast<std::size_t>(list.count), false);
+    std::pmr::vector<bool> isTaken(static_cast<std::size_t>(list.count), false);
     MatchCandidates candidates(list, isTaken);
     for (const DrawPart& part : searched.parts()) {
       const i32 expected = plainSearch(part, list, isTaken);
