@@ -16,7 +16,8 @@ namespace rvf {
 ReadWindow::ReadWindow(FileObject& file, i32 size)
     : file_(file),
       size_(size),
-      buffer_(std::make_unique<std::byte[]>(static_cast<std::size_t>(size) + kTailRoom)) {}
+      buffer_(std::make_unique_for_overwrite<std::byte[]>(static_cast<std::size_t>(size) +
+                                                          kTailRoom)) {}
 
 i64 ReadWindow::fileLength() {
   if (fileLength_ == kUnknown) {
