@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <new>
 
 #include "messages/MessageReporter.h"
 #include "storage/FileObject.h"
@@ -16,8 +18,11 @@ namespace rvf {
 ReadWindow::ReadWindow(FileObject& file, i32 size)
     : file_(file),
       size_(size),
-      buffer_(std::make_unique_for_overwrite<std::byte[]>(static_cast<std::size_t>(size) +
-                                                          kTailRoom)) {}
+      buffer_(static_cast<std::byte*>(std::calloc(static_cast<std::size_t>(size) + kTailRoom, 1))) {
+  if (buffer_ == nullptr) {
+    throw std::bad_alloc();
+  }
+}
 
 i64 ReadWindow::fileLength() {
   if (fileLength_ == kUnknown) {

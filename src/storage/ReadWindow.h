@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdlib>
 #include <memory>
 
 #include "base/Integers.h"
@@ -54,6 +55,9 @@ class ReadWindow {
   /// cuts.
   static constexpr i32 kTailRoom = 16;
 
+  struct FreeBlock {
+    void operator()(std::byte* block) const noexcept { std::free(block); }
+  };
   enum class Failure { kTold, kUntold };
 
   [[nodiscard]] i32 readOn(i64 tail, bool& failed, Failure telling);
@@ -64,7 +68,9 @@ class ReadWindow {
 
   FileObject& file_;
   i32 size_;
-  std::unique_ptr<std::byte[]> buffer_;
+  // Zeroed, since a value behind the end of the file is taken from what stands here; by the system,
+  // which does it for a page of memory at the moment it is first used.
+  std::unique_ptr<std::byte[], FreeBlock> buffer_;
   i64 startOffset_ = 0;  // of the first byte that is held
   i64 held_ = 0;
   bool hasJumped_ = false;       // the next read does not follow the last one
