@@ -45,18 +45,18 @@ TEST(ShippedCatalogue, FitsTheProgram) {
     const auto count = counts.extract(record.number);
     ASSERT_TRUE(count) << record.number;
     const bool isSevere = tellsOfLoss(static_cast<MessageNumber>(record.number));
-    EXPECT_EQ(record.severity, isSevere                           ? u'S'
-                               : errors.contains(record.number)   ? u'E'
-                               : warnings.contains(record.number) ? u'W'
-                                                                  : u'I')
-        << record.number;
+    const i32 number = record.number;
+    const char16_t expected = isSevere                    ? u'S'
+                              : errors.contains(number)   ? u'E'
+                              : warnings.contains(number) ? u'W'
+                                                          : u'I';
+    EXPECT_EQ(record.severity, expected) << number;
     EXPECT_EQ(record.limit, 0);
     const std::u16string line = substituteArguments(record, entry, count.mapped());
     EXPECT_EQ(line.find(u'|'), line.npos) << record.number;
     for (int i = 0; i < 8; ++i) {
-      EXPECT_EQ(std::ranges::count(line, static_cast<char16_t>(0x3B1 + i)),
-                i < count.mapped() ? 1 : 0)
-          << record.number;
+      const auto places = std::ranges::count(line, static_cast<char16_t>(0x3B1 + i));
+      EXPECT_EQ(places, i < count.mapped() ? 1 : 0) << number;
     }
   }
 }

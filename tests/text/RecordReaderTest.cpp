@@ -88,35 +88,27 @@ TEST(RecordReader, LineEndsAtEveryPlaceOfTheBuffer) {
 }
 
 TEST(RecordReader, Marks) {
-  struct Row {
-    std::string mark;
-    i32 selected, encoding, error = 0;
+  const auto check = [](const std::string& mark, i32 selected, i32 encoding, i32 error = 0) {
+    // A mark in the middle is a character.
+    const Result result = readBytes(mark + encoded(u"a\r\n\uFEFFb", encoding), selected);
+    EXPECT_EQ(result.encoding, encoding);
+    EXPECT_EQ(result.records, error == 0 ? (Records{u"a", u"\uFEFFb"}) : Records{});
+    EXPECT_TRUE(result.error == error || result.error == record_error::kShortRead);
+    EXPECT_EQ(readBytes(mark, selected).records, Records{});
+    EXPECT_EQ(readBytes(mark, 30).records.size(), mark.empty() ? 0U : 1U);  // none there
   };
   const std::string little = "\xFF\xFE", big = "\xFE\xFF", utf8 = "\xEF\xBB\xBF";
-  const Row rows[] = {{little, 20, 20},
-                      {big, 20, 21},
-                      {little, 21, 20},
-                      {big, 21, 21},
-                      {little, 12, 20},
-                      {big, 12, 21},
-                      {"", 12, 20},
-                      {"", 21, 21},
-                      {"", 11, 11},
-                      {utf8, 11, 11},
-                      {utf8, 20, 20, kWrongMark},
-                      {utf8, 21, 21, kWrongMark},
-                      {little, 11, 11, kWrongMark},
-                      {big, 11, 11, kWrongMark}};
-  for (const Row& row : rows) {
-    // A mark in the middle is a character.
-    const Result result =
-        readBytes(row.mark + encoded(u"a\r\n\uFEFFb", row.encoding), row.selected);
-    EXPECT_EQ(result.encoding, row.encoding);
-    EXPECT_EQ(result.records, row.error == 0 ? (Records{u"a", u"\uFEFFb"}) : Records{});
-    EXPECT_TRUE(result.error == row.error || result.error == record_error::kShortRead);
-    EXPECT_EQ(readBytes(row.mark, row.selected).records, Records{});
-    EXPECT_EQ(readBytes(row.mark, 30).records.size(), row.mark.empty() ? 0U : 1U);  // none there
+  for (const i32 selected : {12, 20, 21}) {
+    const i32 unmarked = selected == 12 ? 20 : selected;
+    check("", selected, unmarked);
+    check(little, selected, 20);
+    check(big, selected, 21);
+    check(utf8, selected, unmarked, kWrongMark);
   }
+  check("", 11, 11);
+  check(utf8, 11, 11);
+  check(little, 11, 11, kWrongMark);
+  check(big, 11, 11, kWrongMark);
 }
 
 TEST(RecordReader, RecordsUpToTheLimit) {

@@ -14,11 +14,9 @@ using namespace std::string_view_literals;
 TEST(eString, EditsLeaveTheOtherHandleAlone) {
   const std::pair<void (*)(eString&), std::u16string_view> edits[] = {
       {[](eString& s) { s.Append(u"X"); }, u"a bX"},
-      {[](eString& s) { s.AppendChar(u'X'); }, u"a bX"},
       {[](eString& s) { s.SetAt(1, u'X'); }, u"aXb"},
       {[](eString& s) { s.MakeUpper(); }, u"A B"},
       {[](eString& s) { s.Delete(0, 2); }, u"b"},
-      {[](eString& s) { s.Insert(1, u"X"); }, u"aX b"},
       {[](eString& s) { s.Assign(u"X"); }, u"X"},
       {[](eString& s) { s.GetBuffer(0)[0] = u'X'; }, u"X b"},
       {[](eString& s) { s.GetBufferSetLength(2)[0] = s.GetBufferSetLength(2)[1] = u'X'; }, u"XX"},
@@ -120,7 +118,8 @@ TEST(eString, FormatConversions) {
       {formatted(u"[%*d][%-*d][%*d]", 4, 7, 4, 7, -4, 7), u"[   7][7   ][7   ]"},
       {formatted(u"[%.*d][%*.*d]", 3, 7, 5, 3, 7), u"[007][  007]"},
       {formatted(u"%ls,%s,%S,%ls", u"wide", blob, u"x", u""), u"wide,blob,x,"},
-      {formatted(u"[%6ls][%-6ls][%.2ls]", u"abc", u"abc", u"abc"), u"[   abc][abc   ][ab]"},
+      {formatted(u"[%6ls][%-6ls][%*ls]%.2ls", u"a", u"b", -6, u"c", u"def"),
+       u"[     a][b     ][c     ]de"},
       {formatted(u"%c%C%lc 100%%", u'a', u'\u00E9', u'c'), u"a\u00E9c 100%"},
       {formatted(u"%x %X %#x %o %u", 255, 255, 255, 8, -1), u"ff FF 0xff 10 4294967295"},
       // "l" is 32 bits wide; only I64 takes more.
@@ -146,6 +145,8 @@ TEST(eString, LongFormattedTextsAreCut) {
     EXPECT_EQ(formatted(u"%ls", eString(u'x', length)), expected) << length;
   }
   EXPECT_EQ(formatted(u"<%ls>", eString(u'x', 3072)).length(), 3074);
+  const std::u16string format = std::u16string(1023, u'y') + u"%ls";
+  EXPECT_EQ(formatted(format.c_str(), eString(u'x', 9000)).length(), 5119);
 }
 
 }  // namespace
