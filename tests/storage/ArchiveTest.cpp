@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <functional>
 #include <limits>
@@ -160,96 +161,72 @@ TEST(Archive, SeekForthAndBack) {
 }
 
 TEST(Archive, CountsAreCheckedAgainstTheFile) {
-  struct Row {
-    i64 count;
-    i32 smallest, expected;
-    bool failed;
-  };
-  for (const Row& row : {Row{25, 4, 25, false},
-                         {26, 4, 0, true},
-                         {101, 1, 0, true},
-                         {0, 1000, 0, false},
-                         {-1, 1, 0, false},
-                         {i64{1} << 40, 1, 0, true}}) {
+  constexpr i64 kHuge = i64{1} << 40;
+  const std::array<i64, 3> rows[] = {
+      // count, size of the smallest item, items to read
+      {25, 4, 25}, {26, 4, 0}, {101, 1, 0}, {0, 1000, 0}, {-1, 1, 0}, {kHuge, 1, 0}};
+  for (const auto& [count, smallest, expected] : rows) {
+    const bool fails = count > 0 && expected == 0;
     HeldMessages messages;
     LoadedBytes file(std::string(104, 'x'));
     file.archive.Skip(4);
-    EXPECT_EQ(file.archive.CheckedCount(row.count, row.smallest), row.expected) << row.count;
-    EXPECT_EQ(file.archive.CheckedCount(1, 1), row.failed ? 0 : 1);
-    EXPECT_EQ(messages.take(), std::vector(row.failed ? 1U : 0U, kDamaged));
+    EXPECT_EQ(file.archive.CheckedCount(count, static_cast<i32>(smallest)), expected) << count;
+    EXPECT_EQ(file.archive.CheckedCount(1, 1), fails ? 0 : 1);
+    EXPECT_EQ(messages.take(), std::vector(fails ? 1U : 0U, kDamaged));
   }
 }
 
 TEST(RecordFrame, EndOfARecord) {
-  const std::string large(70000, 'b');
-  struct Row {
-    int base, tag;
-    test::Sections unknown{};
-  };
-  for (const Row& row : {Row{100, 100},
-                         {100, -100},
-                         {100, 101},
-                         {100, 102, {"ten bytes."}},
-                         {-101, -101},
-                         {-101, -102},
-                         {-101, -103, {"a"}},
-                         {106, -107, {"x"}},
-                         {106, kLowest},
-                         {100, 104, {"a", "", large}}}) {
+  const test::Sections sections = {"ten bytes.", "", std::string(70000, 'b')};
+  const std::array<int, 3> rows[] = {
+      // base, tag, sections that are not known
+      {100, 100, 0},   {100, -100, 0},  {100, 101, 0},  {100, 102, 1},     {-101, -101, 0},
+      {-101, -102, 0}, {-101, -103, 1}, {106, -107, 1}, {106, kLowest, 0}, {100, 104, 3}};
+  for (const auto& [base, tag, count] : rows) {
     ByteWriter w;
-    w.endRecord(row.tag, row.base, row.unknown);
+    w.endRecord(tag, base, {sections.begin(), sections.begin() + count});
     for (const bool isDamaged : {false, true}) {
       if (isDamaged && w.bytes.empty()) continue;
       if (isDamaged) w.bytes.back() ^= 1;
       HeldMessages messages;
       LoadedBytes file(w.bytes + "w");
-      eRecordFrame frame(row.base);
+      eRecordFrame frame(base);
       frame.BeginRecord();
-      frame.fileTag = row.tag;
+      frame.fileTag = tag;
       frame.EndRecord(file.archive);
-      EXPECT_EQ(file.archive.failed(), isDamaged) << row.tag;
-      EXPECT_EQ(file.archive.ReadU8(), 'w') << row.tag;
+      EXPECT_EQ(file.archive.failed(), isDamaged) << tag;
+      EXPECT_EQ(file.archive.ReadU8(), 'w') << tag;
       EXPECT_TRUE(messages.take().empty());
     }
   }
 }
 
 TEST(RecordFrame, SectionsThatAreKnown) {
-  constexpr int kAnySize = -1;
-  constexpr auto kAbsent = SectionResult::kAbsent, kPresent = SectionResult::kPresent,
-                 kFailed = SectionResult::kFailed;
-  struct Row {
-    int tag, number, fixedSize;
-    std::vector<int> head;
-    SectionResult expected;
-  };
-  const Row rows[] = {{101, 102, kAnySize, {}, kAbsent},
-                      {102, 102, kAnySize, {102, 4}, kPresent},
-                      {-102, 102, kAnySize, {102, 4}, kPresent},
-                      {102, 102, kAnySize, {102, 0}, kAbsent},
-                      {102, 102, kAnySize, {102, -4}, kAbsent},
-                      {102, 102, kAnySize, {103, 4}, kFailed},
-                      {102, 102, kAnySize, {}, kFailed},
-                      {104, 103, kAnySize, {103, 4}, kFailed},  // 102 stands before it
-                      {101, 102, 0, {}, kAbsent},
-                      {102, 102, 0, {102, 0}, kPresent},
-                      {102, 102, 4, {102, 5}, kFailed},
-                      {102, 102, 0, {101, 0}, kFailed}};
-  for (const Row& row : rows) {
+  constexpr int kAny = -1, kNone = 0;
+  constexpr int kAbsent = static_cast<int>(SectionResult::kAbsent),
+                kPresent = static_cast<int>(SectionResult::kPresent),
+                kFailed = static_cast<int>(SectionResult::kFailed);
+  // The tag; the section and its size that are looked for, and those that are there; the result.
+  const std::array<int, 6> rows[] = {
+      {101, 102, kAny, kNone, 0, kAbsent}, {102, 102, kAny, 102, 4, kPresent},
+      {-102, 102, kAny, 102, 4, kPresent}, {102, 102, kAny, 102, 0, kAbsent},
+      {102, 102, kAny, 102, -4, kAbsent},  {102, 102, kAny, 103, 4, kFailed},
+      {102, 102, kAny, kNone, 0, kFailed}, {104, 103, kAny, 103, 4, kFailed},
+      {101, 102, 0, kNone, 0, kAbsent},    {102, 102, 0, 102, 0, kPresent},
+      {102, 102, 4, 102, 5, kFailed},      {102, 102, 0, 101, 0, kFailed}};
+  for (const auto& [tag, number, fixedSize, foundNumber, foundSize, expected] : rows) {
     HeldMessages messages;
-    ByteWriter w;
-    for (const int value : row.head) w.i32(value);
-    LoadedBytes file(w.bytes);
+    LoadedBytes file(ByteWriter().put(foundNumber == kNone ? 0 : 4, foundNumber, foundSize).bytes);
     eRecordFrame frame(100);
     frame.BeginRecord();
-    frame.fileTag = row.tag;
-    EXPECT_EQ(row.fixedSize == kAnySize
-                  ? frame.ReadSection(file.archive, row.number)
-                  : frame.ReadFixedSection(file.archive, row.fixedSize, row.number),
-              row.expected);
-    EXPECT_EQ(file.archive.failed(), row.expected == kFailed);
-    EXPECT_EQ(messages.take(), std::vector(row.expected == kFailed ? 1U : 0U, kDamaged));
-    EXPECT_TRUE(row.expected == kFailed || file.archive.BytesLeft() == 0);
+    frame.fileTag = tag;
+    const SectionResult result = fixedSize == kAny
+                                     ? frame.ReadSection(file.archive, number)
+                                     : frame.ReadFixedSection(file.archive, fixedSize, number);
+    EXPECT_EQ(static_cast<int>(result), expected);
+    EXPECT_EQ(file.archive.failed(), expected == kFailed);
+    EXPECT_EQ(messages.take(), std::vector(expected == kFailed ? 1U : 0U, kDamaged));
+    EXPECT_TRUE(expected == kFailed || file.archive.BytesLeft() == 0);
   }
 }
 
