@@ -83,6 +83,9 @@ TEST(TextConverter, FixedBytesComeBack) {
       EXPECT_EQ(converter.ConvertToWide(row.bytes), row.text) << row.id;
     }
   }
+  TextConverter shiftJis;  // a character without an exact mapping goes through its fallback
+  ASSERT_TRUE(shiftJis.SetEncoding(10));
+  EXPECT_EQ(shiftJis.ConvertFromWide(u"\u00A5\u2014"), "\x5C\x81\x5C");
 }
 
 TEST(TextConverter, ReplacementsOfUndecodableBytes) {
