@@ -69,7 +69,7 @@ TEST(MessageLine, SubstitutesTheFirstPlaceholdersOfTheText) {
       {u"ends in |1", 1, u"ends in a"},
       {u"x|", 2, u"x|"},
       // Eight are remembered.
-      {u"|1||2||3||4||5||6||7||8||1|", 6, u"|1||2||3||4||5||6||7||8|abcdef|7||8||1|"},
+      {u"|1||2||3||4||5||6||7||8||1|", 8, u"|1||2||3||4||5||6||7||8|abcdef|1|"},
   };
   MessageEntry entry;
   for (std::size_t i = 0; i < 6; ++i)
