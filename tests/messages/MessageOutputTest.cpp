@@ -165,6 +165,9 @@ TEST_F(MessageOutputTest, TallyBySeverity) {
   }
   reporter.Report(kWarn, u"x");
   EXPECT_EQ(t.effectiveSeverity(), 12);  // it only rises
+  output.catalogue().findRecord(40)->exitValue = 3;
+  reporter.Report(kSevere, u"x");
+  EXPECT_EQ(t.effectiveSeverity(), 3);
 }
 
 TEST_F(MessageOutputTest, FailingSinkIsToldOnStandardErrorOnly) {

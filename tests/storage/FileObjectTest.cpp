@@ -31,6 +31,7 @@ TEST(DiskFile, OpenFlags) {
   constexpr i32 kCreate = open_flags::kCreate, kAppend = open_flags::kAppend;
   const Row rows[] = {{open_flags::kRead, true, ""},
                       {open_flags::kRead, false, "-"},
+                      {3, true, "-"},
                       {open_flags::kWrite, true, "XY"},
                       {open_flags::kWrite, false, "XY"},
                       {open_flags::kReadWrite, true, "XYntent"},
@@ -71,6 +72,8 @@ TEST(DiskFile, ReadSeekAndLength) {
   EXPECT_EQ(file.Seek(-1, kCurrent), 3);
   EXPECT_EQ(file.Seek(-3, kEnd), 7);
   EXPECT_EQ(file.Seek(50, kStart), 50);
+  i64 position = 0;
+  EXPECT_TRUE(file.SetPos(9) == 0 && file.GetPos(position) == 0 && position == 9);
   EXPECT_TRUE(messages.take().empty());
   EXPECT_EQ(file.Seek(-1, kStart), -1);
   file.Close();

@@ -96,6 +96,7 @@ TEST(HyperlinkInfo, StoredBytes) {
   eMemFile target(16);
   eArchive archive(target, eArchive::Mode::kStore, 64);
   HyperlinkInfo(copy).read(archive);
+  link.readOldForm(archive, 133);  // never stores
   archive.Close();
   EXPECT_EQ(std::string(reinterpret_cast<const char*>(target.data()), expected.bytes.size()),
             expected.bytes);

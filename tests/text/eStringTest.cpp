@@ -97,10 +97,11 @@ TEST(eString, WidenInsertTrimAndCase) {
   text.Insert(2, u"azAZ@[`{\u00E9\u00C9");
   text.Insert(1, text.c_str() + 10);
   text.Insert(99, u"none");
+  text.Insert(0, u'-');
   text.MakeUpper();
-  EXPECT_EQ(text.view(), u"\t\u00E9\u00C9XAZAZ@[`{\u00E9\u00C9");
+  EXPECT_EQ(text.view(), u"-\t\u00E9\u00C9XAZAZ@[`{\u00E9\u00C9");
   text.MakeLower();
-  EXPECT_EQ(text.view(), u"\t\u00E9\u00C9xazaz@[`{\u00E9\u00C9");
+  EXPECT_EQ(text.view(), u"-\t\u00E9\u00C9xazaz@[`{\u00E9\u00C9");
 }
 
 template <class... Arguments>
