@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -13,17 +11,8 @@
 namespace rvf {
 namespace {
 
-using ::testing::internal::CaptureStderr;
-using ::testing::internal::CaptureStdout;
-using ::testing::internal::GetCapturedStderr;
-using ::testing::internal::GetCapturedStdout;
-
-constexpr auto kWarn = static_cast<MessageNumber>(20);
-constexpr auto kError = static_cast<MessageNumber>(30);
-constexpr auto kSevere = static_cast<MessageNumber>(40);
-constexpr auto kInform = static_cast<MessageNumber>(50);
-constexpr auto kUnknown = static_cast<MessageNumber>(60);
-
+constexpr auto kWarn = MessageNumber{20}, kError = MessageNumber{30}, kSevere = MessageNumber{40},
+               kInform = MessageNumber{50}, kUnknown = MessageNumber{60};
 constexpr std::string_view kTexts =
     "#define A 20 // W|0|0|warning |1| and |2|\n"
     "#define B 30 // E|0|0|error |1|\n"
@@ -60,15 +49,11 @@ using Lines = std::vector<std::string>;
 
 class MessageOutputTest : public ::testing::Test {
  protected:
-  MessageOutputTest() { reporter.attachBackEnd(&output); }
   ~MessageOutputTest() override { onlyFirstOccurrence = 0; }
 
   void useTexts(std::string_view texts = kTexts) {
     test::useCatalogue(output.catalogue(), folder, std::string(test::kHead) + std::string(texts));
-    reporter.AttachReportSink(&sink);
-  }
-  void noCatalogue() {
-    output.catalogue().SetMessageFile(fromNative(folder.path("none.dat")));
+    reporter.attachBackEnd(&output);
     reporter.AttachReportSink(&sink);
   }
   /// The lines that a flush, or a call behind it, has added.
@@ -76,6 +61,17 @@ class MessageOutputTest : public ::testing::Test {
   Lines flushedLines() {
     reporter.FlushMessages();
     return takeLines();
+  }
+  /// What the action prints on standard error, and on standard output before a bar.
+  static std::string printedBy(const auto& action) {
+    ::testing::internal::CaptureStderr();
+    ::testing::internal::CaptureStdout();
+    action();
+    const std::string out = ::testing::internal::GetCapturedStdout();
+    return (out.empty() ? "" : out + "|") + ::testing::internal::GetCapturedStderr();
+  }
+  std::string printedHeld() {
+    return printedBy([this] { output.printHeldMessages(); });
   }
 
   test::TempFolder folder;
@@ -94,121 +90,84 @@ TEST_F(MessageOutputTest, FlushWritesTheHeldMessagesInTheirOrder) {
   reporter.Report(kInform);
   reporter.Report(kUnknown, u"a", u"b");
   EXPECT_TRUE(takeLines().empty());
-  EXPECT_EQ(reporter.tally.highestSeverity, 0);
-  EXPECT_EQ(flushedLines(), (Lines{
-                                "QZ000040S (1) severe before the sink",
-                                "QZ000020W (1) warning a and 2",
-                                "QZ000020W (2) warning only one and |2|",
-                                // An empty argument ends the substitution ...
-                                "QZ000020W (3) warning 1 and |2|",
-                                // ... and as the first one it leaves all placeholders.
-                                "QZ000020W (4) warning |1| and |2|",
-                                "QZ000050I (1) information",
-                                "QZ009999W (1) Message a not found. b |3| |4| |5|",
-                            }));
+  EXPECT_EQ(
+      flushedLines(),
+      (Lines{"QZ000040S (1) severe before the sink", "QZ000020W (1) warning a and 2",
+             "QZ000020W (2) warning only one and |2|",
+             // Quirk: an empty argument ends the substitution.
+             "QZ000020W (3) warning 1 and |2|", "QZ000020W (4) warning |1| and |2|",
+             "QZ000050I (1) information", "QZ009999W (1) Message a not found. b |3| |4| |5|"}));
   EXPECT_EQ(reporter.tally.warningCount, 5);
-  EXPECT_TRUE(reporter.pending().empty());
+  // Behind the flush calls go out at once, and there an empty argument is an argument.
+  reporter.Report(kWarn, u"a", u"b");
+  reporter.Report(kWarn, u"a", 2);  // quirk: an integer form counts its occurrence twice
+  reporter.Report(kWarn, u"", u"b");
+  reporter.Report(kWarn, static_cast<const char16_t*>(nullptr), u"b");
+  reporter.Report(kWarn);
+  EXPECT_EQ(takeLines(), (Lines{"QZ000020W (5) warning a and b", "QZ000020W (7) warning a and 2",
+                                "QZ000020W (8) warning  and b", "QZ000020W (9) warning  and b",
+                                "QZ000020W (10) warning |1| and |2|"}));
+  EXPECT_EQ(reporter.callCount(), 12);
 }
 
 TEST_F(MessageOutputTest, TheFirstMessageHeldBackEndsTheFlush) {
   useTexts("#define A 20 // W|0|2|a |1|\n#define B 30 // S|0|0|b |1|\n");
-  for (const char16_t* argument : {u"1", u"2", u"3"}) {
-    reporter.Report(kWarn, argument);
-  }
+  for (const char16_t* argument : {u"1", u"2", u"3"}) reporter.Report(kWarn, argument);
   reporter.Report(kError, u"never written");
   EXPECT_EQ(flushedLines(), (Lines{"QZ000020W (1) a 1", "QZ000020W (2) a 2"}));
   EXPECT_EQ(reporter.tally.highestSeverity, 4);
   EXPECT_EQ(reporter.pending().size(), 1U);
-  // What a flush left behind stays unwritten, while later calls go out at once.
-  CaptureStderr();
-  output.printHeldMessages();
-  EXPECT_EQ(GetCapturedStderr(), "");
+  EXPECT_EQ(printedHeld(), "");
   reporter.Report(kError, u"later");
   EXPECT_EQ(takeLines(), (Lines{"QZ000030S (1) b later"}));
 }
 
-TEST_F(MessageOutputTest, CallsBehindTheFlushGoOutAtOnce) {
-  useTexts();
-  EXPECT_TRUE(flushedLines().empty());
-  reporter.Report(kWarn, u"a", u"b");
-  reporter.Report(kWarn, u"a", 2);    // an integer form counts its occurrence twice
-  reporter.Report(kWarn, u"", u"b");  // here an empty argument is an argument
-  reporter.Report(kWarn, static_cast<const char16_t*>(nullptr), u"b");
-  reporter.Report(kWarn);
-  reporter.Report(kUnknown);
-  EXPECT_EQ(takeLines(), (Lines{
-                             "QZ000020W (1) warning a and b",
-                             "QZ000020W (3) warning a and 2",
-                             "QZ000020W (4) warning  and b",
-                             "QZ000020W (5) warning  and b",
-                             "QZ000020W (6) warning |1| and |2|",
-                             "QZ009999W (1) Message |1| not found. |2| |3| |4| |5|",
-                         }));
-  EXPECT_EQ(reporter.callCount(), 6);
-}
-
 TEST_F(MessageOutputTest, FilterByLevelAndOccurrence) {
-  struct Row {
-    i32 levelFilter;
-    i32 onlyFirst;
-    bool disabled;
-    std::string letters;  // of the lines that get through
-  };
-  const Row rows[] = {
-      {0, 0, false, "WWESIIW"}, {1, 0, false, "WWESIW"}, {2, 0, false, "ESI"},
-      {3, 0, false, "ESI"},     {0, 1, false, "WESIIW"}, {0, 0, true, ""},
-  };
-  for (const Row& row : rows) {
-    MessageOutput fresh(reporter);
-    test::useCatalogue(fresh.catalogue(), folder, std::string(test::kHead) + std::string(kTexts));
-    reporter.attachBackEnd(&fresh);
-    reporter.AttachReportSink(&sink);
-    reporter.FlushMessages();
-    reporter.levelFilter = row.levelFilter;
-    onlyFirstOccurrence = row.onlyFirst;
-    reporter.reportingDisabled = row.disabled;
+  useTexts();
+  reporter.FlushMessages();
+  const auto letters = [this] {  // of the lines that get through
     for (const MessageNumber number :
-         {kWarn, kWarn, kError, kSevere, kInform, MessageNumber::kInformation, kUnknown}) {
+         {kWarn, kError, kSevere, kInform, MessageNumber::kInformation, kUnknown}) {
       reporter.Report(number, u"x");
     }
-    std::string letters;
-    for (const std::string& line : takeLines()) {
-      letters += line.at(8);
-    }
-    EXPECT_EQ(letters, row.letters);
+    std::string found;
+    for (const std::string& line : takeLines()) found += line.at(8);
+    return found;
+  };
+  onlyFirstOccurrence = 1;
+  EXPECT_EQ(letters() + letters(), "WESIIW");
+  onlyFirstOccurrence = 0;
+  const char* const byLevel[] = {"WESIIW", "WESIW", "ESI", "ESI"};
+  for (; reporter.levelFilter <= 3; ++reporter.levelFilter) {
+    EXPECT_EQ(letters(), byLevel[reporter.levelFilter]);
   }
+  reporter.reportingDisabled = true;
+  EXPECT_EQ(letters(), "");
 }
 
 TEST_F(MessageOutputTest, TallyBySeverity) {
-  struct Row {
-    MessageNumber number;
-    i32 level, warnings, errors, severes;
-    i32 highestStopLevel;  // up to which the message raises the stop flag
-  };
-  const Row rows[] = {{kInform, 0, 0, 0, 0, -1},
-                      {kUnknown, 4, 1, 0, 0, 0},
-                      {kError, 8, 0, 1, 0, 1},
-                      {kSevere, 12, 0, 1, 1, 2}};
   useTexts();
   reporter.FlushMessages();
-  for (const Row& row : rows) {
+  // Highest severity, warnings, errors, severe ones; the lowest stop level that is not reached.
+  const std::pair<MessageNumber, std::array<i32, 5>> rows[] = {{kInform, {0, 0, 0, 0, 0}},
+                                                               {kUnknown, {4, 1, 0, 0, 1}},
+                                                               {kError, {8, 0, 1, 0, 2}},
+                                                               {kSevere, {12, 0, 1, 1, 3}}};
+  MessageTally& t = reporter.tally;
+  for (const auto& [number, expected] : rows) {
     for (i32 stopLevel = 0; stopLevel <= 3; ++stopLevel) {
-      reporter.tally = {};
-      reporter.tally.stopLevel = stopLevel;
-      reporter.Report(row.number, u"x");
-      const MessageTally& tally = reporter.tally;
-      EXPECT_EQ((std::vector{tally.highestSeverity, tally.warningCount, tally.errorCount,
-                             tally.severeCount}),
-                (std::vector{row.level, row.warnings, row.errors, row.severes}));
-      EXPECT_EQ(tally.stopFlag, stopLevel <= row.highestStopLevel);
+      t = {.stopLevel = stopLevel};
+      reporter.Report(number, u"x");
+      EXPECT_EQ((std::array{t.highestSeverity, t.warningCount, t.errorCount, t.severeCount}),
+                (std::array{expected[0], expected[1], expected[2], expected[3]}));
+      EXPECT_EQ(t.stopFlag, stopLevel < expected[4]);
     }
   }
-  // The mark only rises, and the exit value of a severe record stands above it.
   reporter.Report(kWarn, u"x");
-  EXPECT_EQ(reporter.tally.effectiveSeverity(), 12);
+  EXPECT_EQ(t.effectiveSeverity(), 12);  // it only rises
   output.catalogue().findRecord(40)->exitValue = 3;
   reporter.Report(kSevere, u"x");
-  EXPECT_EQ(reporter.tally.effectiveSeverity(), 3);
+  EXPECT_EQ(t.effectiveSeverity(), 3);
 }
 
 TEST_F(MessageOutputTest, FailingSinkIsToldOnStandardErrorOnly) {
@@ -216,60 +175,47 @@ TEST_F(MessageOutputTest, FailingSinkIsToldOnStandardErrorOnly) {
   // Raised by the banner, while messages are still held.
   reporter.Report(MessageNumber::kSinkWriteFailed, u"report.dat", u"full");
   reporter.Report(MessageNumber::kSinkWriteFailed, u"other.dat", u"full");
-  CaptureStderr();
-  EXPECT_EQ(flushedLines(), (Lines{"QZ001806S (2) sink other.dat: full"}));
-  EXPECT_EQ(GetCapturedStderr(), "QZ001806S (1) sink report.dat: full\n");
+  EXPECT_EQ(printedBy([this] { reporter.FlushMessages(); }),
+            "QZ001806S (1) sink report.dat: full\n");
+  EXPECT_EQ(takeLines(), (Lines{"QZ001806S (2) sink other.dat: full"}));
   // Raised while a line is being written: no endless recursion, and the line is not lost.
   sink.fails = true;
-  CaptureStderr();
-  reporter.Report(kWarn, u"a", eString(u'x', 200));
-  EXPECT_EQ(GetCapturedStderr(),
+  const std::string rest(200, 'x');
+  EXPECT_EQ(printedBy([&] { reporter.Report(kWarn, u"a", fromNative(rest)); }),
             "QZ009999W (2) Message 30 not found. report.dat full |4| |5|\n"
             "QZ001806S (3) sink report.dat: full\n"
             "QZ000020W (1) warning a and " +
-                std::string(200, 'x') + "\n");
+                rest + "\n");
   EXPECT_EQ(reporter.tally.severeCount, 3);
   sink.fails = false;
   reporter.Report(kError, u"the disk has space again");
   EXPECT_EQ(takeLines(), (Lines{"QZ000030E (1) error the disk has space again"}));
 }
 
-TEST_F(MessageOutputTest, HeldMessagesOfARunThatEndsBeforeTheFlush) {
+TEST_F(MessageOutputTest, MessagesOfARunWithoutFlushOrCatalogue) {
   useTexts();
-  reporter.Report(kError, eString(u'x', 200));
+  const std::string word(200, 'x');
+  reporter.Report(kError, fromNative(word));
   reporter.Report(kError, u"\u00E9");
-  CaptureStderr();
-  CaptureStdout();
-  output.printHeldMessages();
-  EXPECT_EQ(GetCapturedStdout(), "");
-  EXPECT_EQ(GetCapturedStderr(),
-            "QZ000030E (1) error " + std::string(200, 'x') + "\nQZ000030E (2) error \xC3\xA9\n");
-  // Nothing reaches the report or the tally, calls are held on, and none is printed twice.
+  EXPECT_EQ(printedHeld(), "QZ000030E (1) error " + word + "\nQZ000030E (2) error \xC3\xA9\n");
+  // Calls are held on, none is printed twice, and nothing reaches the report or the tally.
   reporter.Report(kWarn, u"a", u"b");
-  CaptureStderr();
-  output.printHeldMessages();
-  EXPECT_EQ(GetCapturedStderr(), "QZ000020W (1) warning a and b\n");
-  EXPECT_TRUE(takeLines().empty());
-  EXPECT_EQ(reporter.tally.highestSeverity, 0);
-}
+  EXPECT_EQ(printedHeld(), "QZ000020W (1) warning a and b\n");
+  EXPECT_TRUE(takeLines().empty() && reporter.tally.highestSeverity == 0);
 
-TEST_F(MessageOutputTest, WithoutACatalogueMessagesGoToStandardError) {
-  noCatalogue();
-  const std::string notFound =
-      "The error message file - " + folder.path("none.dat") + " - could not be found.\n";
+  reporter = MessageReporter();
+  MessageOutput bare(reporter);
+  bare.catalogue().SetMessageFile(fromNative(folder.path("none.dat")));
+  reporter.attachBackEnd(&bare);
+  reporter.AttachReportSink(&sink);
   reporter.Report(kWarn, u"a", 2);
   reporter.Report(kSevere, u"");
-  CaptureStderr();
-  CaptureStdout();
-  EXPECT_TRUE(flushedLines().empty());
-  EXPECT_EQ(GetCapturedStdout(), notFound);
-  EXPECT_EQ(GetCapturedStderr(), "QZ000020: \"a\", \"2\"\nQZ000040\n");
-  EXPECT_EQ(reporter.tally.highestSeverity, 0);
-  // Later ones are held; the end of the run can print them.
+  EXPECT_EQ(printedBy([this] { reporter.FlushMessages(); }),
+            "The error message file - " + folder.path("none.dat") + " - could not be found.\n|" +
+                "QZ000020: \"a\", \"2\"\nQZ000040\n");
+  EXPECT_TRUE(takeLines().empty() && reporter.tally.highestSeverity == 0);
   reporter.Report(kError, u"late");
-  CaptureStderr();
-  output.printHeldMessages();
-  EXPECT_EQ(GetCapturedStderr(), "QZ000030: \"late\"\n");
+  EXPECT_EQ(printedBy([&] { bare.printHeldMessages(); }), "QZ000030: \"late\"\n");
 }
 
 }  // namespace

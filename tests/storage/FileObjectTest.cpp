@@ -1,10 +1,6 @@
-#include "storage/FileObject.h"
-
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <string>
-#include <vector>
 
 #include "storage/Archive.h"
 #include "storage/DiskFile.h"
@@ -15,9 +11,10 @@
 namespace rvf {
 namespace {
 
-using test::HeldMessages;
-using test::TempFolder;
 using namespace std::string_literals;
+
+constexpr auto kStart = SeekOrigin::kStart, kCurrent = SeekOrigin::kCurrent,
+               kEnd = SeekOrigin::kEnd;
 
 std::string readAll(FileObject& file, i32 count) {
   std::string bytes(static_cast<std::size_t>(count), '\0');
@@ -26,34 +23,28 @@ std::string readAll(FileObject& file, i32 count) {
 }
 
 TEST(DiskFile, OpenFlags) {
-  const TempFolder folder;
-  const std::string path = folder.path("f");
   struct Row {
     i32 flags;
-    bool exists, opens;
-    std::string afterWriting;  // "XY" onto "content"; empty: a write fails
+    bool exists;
+    std::string afterWriting;  // "XY" onto "content"; empty: a write fails; "-": the open fails
   };
   constexpr i32 kCreate = open_flags::kCreate, kAppend = open_flags::kAppend;
-  const std::vector<Row> rows = {
-      {open_flags::kRead, true, true, ""},
-      {open_flags::kRead, false, false, ""},
-      {open_flags::kWrite, true, true, "XY"},
-      {open_flags::kWrite, false, true, "XY"},
-      {open_flags::kReadWrite, true, true, "XYntent"},
-      {open_flags::kReadWrite, false, false, ""},
-      {3, true, false, ""},
-      {kCreate, true, true, "XY"},
-      {kCreate | kAppend, true, true, "contentXY"},
-      {kAppend, true, true, ""},  // no meaning without kCreate
-  };
+  const Row rows[] = {{open_flags::kRead, true, ""},
+                      {open_flags::kRead, false, "-"},
+                      {3, true, "-"},
+                      {open_flags::kWrite, true, "XY"},
+                      {open_flags::kWrite, false, "XY"},
+                      {open_flags::kReadWrite, true, "XYntent"},
+                      {kCreate, true, "XY"},
+                      {kCreate | kAppend, true, "contentXY"}};
   for (const Row& row : rows) {
-    std::filesystem::remove(path);
+    const test::TempFolder folder;
+    const std::string path = folder.path("f");
     if (row.exists) folder.write("f", "content");
-    HeldMessages messages;
+    test::HeldMessages messages;
     eDiskFile file;
-    ASSERT_EQ(file.Open(fromNative(path), row.flags, false), row.opens) << row.flags;
-    EXPECT_EQ(file.errorState(), !row.opens);
-    if (!row.opens) continue;
+    ASSERT_EQ(file.Open(fromNative(path), row.flags, false), row.afterWriting != "-") << row.flags;
+    if (!file.isOpen()) continue;
     const bool canWrite = !row.afterWriting.empty();
     EXPECT_EQ(file.Write("XY", 2), canWrite ? 1 : 0);  // items, not bytes
     EXPECT_EQ(file.errorState(), !canWrite);
@@ -65,41 +56,34 @@ TEST(DiskFile, OpenFlags) {
 }
 
 TEST(DiskFile, ReadSeekAndLength) {
-  const TempFolder folder;
+  const test::TempFolder folder;
+  test::HeldMessages messages;
   eDiskFile file;
-  HeldMessages messages;
   EXPECT_EQ(readAll(file, 5), "");  // closed
   EXPECT_TRUE(file.errorState());
-  i64 position = 0;
-  EXPECT_EQ(file.GetPos(position), -1);
-  EXPECT_EQ(file.SetPos(0), -1);
   ASSERT_TRUE(file.Open(fromNative(folder.write("f", "0123456789")), open_flags::kRead, false));
   EXPECT_EQ(readAll(file, 4), "0123");
-  EXPECT_EQ(file.GetLength(), 10);
-  EXPECT_EQ(file.Tell(), 4);
+  EXPECT_TRUE(file.GetLength() == 10 && file.Tell() == 4);
   EXPECT_EQ(readAll(file, 10), "456789");
   EXPECT_TRUE(file.atEnd() && !file.errorState());
-  EXPECT_EQ(file.Seek(2, SeekOrigin::kStart), 2);  // the end that was met does not stick
+  EXPECT_EQ(file.Seek(2, kStart), 2);  // the end that was met does not stick
   EXPECT_EQ(readAll(file, 2), "23");
   EXPECT_FALSE(file.atEnd());
-  EXPECT_EQ(file.Seek(-1, SeekOrigin::kCurrent), 3);
-  EXPECT_EQ(file.Seek(-3, SeekOrigin::kEnd), 7);
-  EXPECT_EQ(file.Seek(50, SeekOrigin::kStart), 50);
-  EXPECT_EQ(file.SetPos(9), 0);
-  EXPECT_EQ(file.GetPos(position), 0);
-  EXPECT_EQ(position, 9);
+  EXPECT_EQ(file.Seek(-1, kCurrent), 3);
+  EXPECT_EQ(file.Seek(-3, kEnd), 7);
+  EXPECT_EQ(file.Seek(50, kStart), 50);
+  i64 position = 0;
+  EXPECT_TRUE(file.SetPos(9) == 0 && file.GetPos(position) == 0 && position == 9);
   EXPECT_TRUE(messages.take().empty());
-  EXPECT_EQ(file.Seek(-1, SeekOrigin::kStart), -1);
-  EXPECT_EQ(messages.takeNumbers(), std::vector{1911});
+  EXPECT_EQ(file.Seek(-1, kStart), -1);
   file.Close();
-  EXPECT_TRUE(messages.take().empty());
   file.Close();
-  EXPECT_EQ(messages.take(), std::vector{"1847 " + folder.path("f")});
+  EXPECT_EQ(messages.takeNumbers(), (std::vector{1911, 1847}));
 }
 
 TEST(DiskFile, RefusalsAndLosses) {
-  const TempFolder folder;
-  HeldMessages messages;
+  const test::TempFolder folder;
+  test::HeldMessages messages;
   eDiskFile file;
   EXPECT_FALSE(file.Open(fromNative(folder.path().string()), open_flags::kWrite, false));
   EXPECT_EQ(errno, EISDIR);
@@ -114,7 +98,7 @@ TEST(DiskFile, RefusalsAndLosses) {
 }
 
 TEST(DiskFile, NothingReadBeforeSurvivesAnOpenOrAWrite) {
-  const TempFolder folder;
+  const test::TempFolder folder;
   eDiskFile file;
   const auto firstBytes = [&file] {
     eArchive archive(file, eArchive::Mode::kLoad, 64);
@@ -126,7 +110,7 @@ TEST(DiskFile, NothingReadBeforeSurvivesAnOpenOrAWrite) {
   constexpr i32 kFlags = open_flags::kReadWrite | open_flags::kUnbuffered;
   ASSERT_TRUE(file.Open(fromNative(folder.write("b", "bbbb")), kFlags, false));
   EXPECT_EQ(firstBytes(), 0x6262);
-  file.Seek(1, SeekOrigin::kStart);
+  file.Seek(1, kStart);
   file.Write("c", 1);
   EXPECT_EQ(firstBytes(), 0x6362);
   EXPECT_FALSE(file.Open(fromNative(folder.path("none")), open_flags::kRead, false));
@@ -135,29 +119,21 @@ TEST(DiskFile, NothingReadBeforeSurvivesAnOpenOrAWrite) {
 
 TEST(MemFile, GrowsByDoubling) {
   eMemFile file(10);
-  EXPECT_EQ(file.name().view(), u"MemoryFile");
-  file.Write("0123456789", 10);
-  EXPECT_EQ(file.capacity(), 10);
-  file.Write("a", 1);
-  EXPECT_EQ(file.capacity(), 20);
-  EXPECT_EQ(file.Write(std::string(50, 'b').data(), 50), 50);
-  EXPECT_EQ(file.capacity(), 80);
-  EXPECT_EQ(file.Seek(100, SeekOrigin::kStart), 100);
+  EXPECT_EQ(file.Write("0123456789", 10) + file.capacity(), 20);
+  EXPECT_EQ(file.Write("a", 1) + file.capacity(), 21);
+  EXPECT_EQ(file.Write(std::string(50, 'b').data(), 50) + file.capacity(), 130);
+  EXPECT_EQ(file.Seek(100, kStart), 100);
   EXPECT_EQ(readAll(file, 5), "");
   EXPECT_EQ(file.GetLength(), 61);
   file.Write("end", 3);  // over a gap
-  EXPECT_EQ(file.GetLength(), 103);
-  EXPECT_EQ(file.Seek(-4, SeekOrigin::kEnd), 99);
-  EXPECT_EQ(file.Seek(-100, SeekOrigin::kCurrent), -1);
-  EXPECT_EQ(file.Seek(1, SeekOrigin::kCurrent), 100);
+  EXPECT_EQ(file.Seek(-4, kEnd), 99);
+  EXPECT_EQ(file.Seek(-100, kCurrent), -1);
+  EXPECT_EQ(file.Seek(1, kCurrent), 100);
   EXPECT_EQ(readAll(file, 50), "end");
   file.SetLength(12);
   EXPECT_EQ(file.Tell(), 12);
-  file.Seek(9, SeekOrigin::kStart);
-  EXPECT_EQ(readAll(file, 50), "9ab");
   file.Close();
   EXPECT_EQ(file.GetLength() + file.capacity() + file.Tell(), 0);
-  EXPECT_THROW(file.Write("x", 1), eMemException);
 }
 
 TEST(MemFile, BlocksOfOthers) {
@@ -166,16 +142,12 @@ TEST(MemFile, BlocksOfOthers) {
   eMemFile file(bytes, 10, 0);
   EXPECT_EQ(readAll(file, 20), "0123456789");
   EXPECT_THROW(file.Write("x", 1), eMemException);
-  EXPECT_EQ(file.Detach(), nullptr);  // it never was the file's
   file.Attach(bytes, 10, 4);
-  EXPECT_EQ(file.GetLength(), 0);
   file.Write("abc", 3);
   file.Write("defghijkl", 9);  // outgrows it: from here on a block of its own
   EXPECT_EQ(block, "abc3456789");
-  EXPECT_EQ(file.capacity(), 20);
   const auto owned = file.Detach();
   EXPECT_EQ(std::string(reinterpret_cast<const char*>(owned.get()), 12), "abcdefghijkl");
-  EXPECT_EQ(file.GetLength() + file.capacity() + file.Tell(), 0);
 }
 
 }  // namespace

@@ -27,45 +27,31 @@ struct ByteWriter {
 
   int size() const { return static_cast<int>(bytes.size()); }
 
-  /// `width` bytes of `value`; a width of 0 writes nothing: the field does not exist.
-  ByteWriter& number(std::int64_t value, int width) {
-    for (int i = 0; i < width; ++i) bytes += byteOf(value, i);
+  /// Each of the values in `width` bytes; a width of 0 writes nothing: the fields do not exist.
+  ByteWriter& put(int width, auto... values) {
+    for (const std::int64_t value : {static_cast<std::int64_t>(values)...}) {
+      for (int i = 0; i < width; ++i) bytes += static_cast<char>(value >> (8 * i));
+    }
     return *this;
   }
-  template <class... T>
-  ByteWriter& u8(T... values) {
-    return (number(static_cast<std::int64_t>(values), 1), ..., *this);
-  }
-  template <class... T>
-  ByteWriter& u16(T... values) {
-    return (number(static_cast<std::int64_t>(values), 2), ..., *this);
-  }
-  template <class... T>
-  ByteWriter& i16(T... values) {
-    return u16(values...);
-  }
-  template <class... T>
-  ByteWriter& i32(T... values) {
-    return (number(static_cast<std::int64_t>(values), 4), ..., *this);
-  }
-  template <class... T>
-  ByteWriter& u32(T... values) {
-    return i32(values...);
-  }
-  ByteWriter& i64(std::int64_t value) { return number(value, 8); }
-  ByteWriter& f64(double value) { return i64(std::bit_cast<std::int64_t>(value)); }
-  ByteWriter& raw(std::string_view block) {
-    bytes += block;
-    return *this;
-  }
-  ByteWriter& patch(int offset, std::int64_t value) {
-    for (int i = 0; i < 4; ++i) bytes[static_cast<std::size_t>(offset + i)] = byteOf(value, i);
+  ByteWriter& u8(auto... values) { return put(1, values...); }
+  ByteWriter& u16(auto... values) { return put(2, values...); }
+  ByteWriter& i16(auto... values) { return put(2, values...); }
+  ByteWriter& i32(auto... values) { return put(4, values...); }
+  ByteWriter& u32(auto... values) { return put(4, values...); }
+  ByteWriter& i64(auto... values) { return put(8, values...); }
+  ByteWriter& f64(auto... values) { return i64(std::bit_cast<std::int64_t>(values)...); }
+  ByteWriter& raw(std::string_view block) { return bytes += block, *this; }
+
+  /// Records that write themselves, as version `v` has them.
+  ByteWriter& all(const auto& records, int v) {
+    for (const auto& record : records) record.write(*this, v);
     return *this;
   }
 
   /// Characters alone, without a count.
   ByteWriter& characters(std::u16string_view text, int width) {
-    for (const char16_t unit : text) number(unit, width);
+    for (const char16_t unit : text) put(width, unit);
     return *this;
   }
   ByteWriter& characters(std::u16string_view text) { return characters(text, wide ? 2 : 1); }
@@ -75,38 +61,27 @@ struct ByteWriter {
   /// The count of a string in its shortest form: 1, 3 or 7 bytes.
   ByteWriter& count(std::size_t n) {
     if (n < 255) return u8(n);
-    if (n < 65534) return u8(255).u16(n);
-    return u8(255).u16(65535).i32(n);
-  }
-  ByteWriter& narrowString(std::u16string_view text) {
-    return count(text.size()).characters(text, 1);
+    return n < 65534 ? u8(255).u16(n) : u8(255).u16(65535).i32(n);
   }
   ByteWriter& wideString(std::u16string_view text) {
     return raw("\xFF\xFE\xFF").count(text.size()).characters(text, 2);
   }
   ByteWriter& string(std::u16string_view text) {
-    return wide ? wideString(text) : narrowString(text);
+    return wide ? wideString(text) : count(text.size()).characters(text, 1);
   }
 
   /// What stands behind the fields of a record with the tag `tag`: nothing in a record as old as
   /// its base, otherwise the sections, numbered away from zero, and the end mark.
   ByteWriter& endRecord(int tag, int baseTag, const Sections& sections = {}) {
     if (magnitude(tag) <= magnitude(baseTag)) return *this;
-    int number = baseTag + (baseTag > 0 ? 1 : -1);
-    for (const std::string& section : sections) {
-      number += number > 0 ? 1 : -1;
-      i32(number, section.size()).raw(section);
-    }
+    const int step = baseTag > 0 ? 1 : -1;
+    int number = baseTag + step;
+    for (const std::string& section : sections) i32(number += step, section.size()).raw(section);
     return u32(kEndMark);
   }
 
   /// The size of a tag, which the most negative one has too.
   static std::int64_t magnitude(std::int64_t tag) { return std::abs(tag); }
-
- private:
-  static char byteOf(std::int64_t value, int index) {
-    return static_cast<char>(value >> (8 * index));
-  }
 };
 
 }  // namespace rvf::test

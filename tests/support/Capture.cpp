@@ -3,58 +3,48 @@
 #include <utility>
 
 namespace rvf::test {
-namespace {
-
-int countOf(const std::optional<int>& told, std::size_t real) {
-  return told.value_or(static_cast<int>(real));
-}
-
-}  // namespace
 
 void writeList(ByteWriter& w, const ListFields& f) {
   const int v = f.version;
-  w.i32(v, f.originX, f.originY, countOf(f.count, f.parts.size()));
-  w.number(f.contentTally, v >= 102 ? 4 : 0).number(f.skippedByte, v >= 103 ? 1 : 0);
-  w.number(f.hasBytes, v >= 101 ? 4 : 0);
-  if (v >= 101 && f.hasBytes != 0) w.i32(f.byteA, f.byteB);
+  w.i32(v, f.originX, f.originY, told(f.count, f.parts.size()));
+  w.put(v >= 102 ? 4 : 0, f.contentTally).put(v >= 103 ? 1 : 0, f.skippedByte);
+  w.put(v >= 101 ? 4 : 0, f.hasBytes);
+  w.put(v >= 101 && f.hasBytes != 0 ? 4 : 0, f.byteA, f.byteB);
   for (const Part& part : f.parts) writePart(w, part, f.partVersion);
-  w.number(f.listFlags, v >= 104 ? 1 : 0);
-  w.number(f.valueA, v >= 105 ? 4 : 0).number(f.valueB, v >= 105 ? 4 : 0);
-  w.number(f.listExtra, v >= 106 ? 2 : 0).endRecord(v, 106, f.sections);
+  w.put(v >= 104 ? 1 : 0, f.listFlags).put(v >= 105 ? 4 : 0, f.valueA, f.valueB);
+  w.put(v >= 106 ? 2 : 0, f.listExtra).endRecord(v, 106, f.sections);
 }
 
 void writeStatic(ByteWriter& w, const StaticFields& f) {
   const int v = f.version;
-  w.i32(v, f.second.has_value() ? 1 : 0, f.valueC, f.valueD).number(f.valueF, v >= 101 ? 4 : 0);
+  w.i32(v, f.second.has_value(), f.valueC, f.valueD).put(v >= 101 ? 4 : 0, f.valueF);
   if (v >= 103) w.string(f.name);
-  w.i32(f.valueA, f.valueB).number(f.valueE, v >= 102 ? 4 : 0);
+  w.i32(f.valueA, f.valueB).put(v >= 102 ? 4 : 0, f.valueE);
   writeList(w, f.first);
   if (f.second) writeList(w, *f.second);
-  w.number(f.indexA, v >= 104 ? 4 : 0).number(f.skipped, v >= 105 ? 4 : 0);
-  w.number(f.skipped, v >= 105 && f.second ? 4 : 0);
-  w.number(f.skipped, v >= 108 && v <= 110 ? 4 : 0);
-  w.number(f.indexB, v >= 106 ? 4 : 0).endRecord(v, 106, f.sections);
+  w.put(v >= 104 ? 4 : 0, f.indexA).put(v >= 105 ? 4 : 0, f.skipped);
+  w.put(v >= 105 && f.second ? 4 : 0, f.skipped).put(v >= 108 && v <= 110 ? 4 : 0, f.skipped);
+  w.put(v >= 106 ? 4 : 0, f.indexB).endRecord(v, 106, f.sections);
 }
 
 void writePageBody(ByteWriter& w, const PageBody& f) {
-  w.i32(f.extentA, f.extentB);
-  writeList(w, f.list);
-  w.i32(countOf(f.staticCount, f.placed.size()));
+  writeList(w.i32(f.extentA, f.extentB), f.list);
+  w.i32(told(f.staticCount, f.placed.size()));
   for (const PlacedList& placed : f.placed) {
     writeList(w, placed.list);
     w.i32(placed.x, placed.y);
   }
 }
 
-void writePage(ByteWriter& w, const PageFields& f, int filePosition) {
-  w.i32(f.leadValue).string(f.name).i32(filePosition).number(f.tag, f.tag == kNoTag ? 0 : 4);
-  w.i32(f.tailValue).endRecord(f.tag, -101, f.sections);
-}
-
 void writeCustomer(ByteWriter& w, const CustomerFields& f, const std::vector<int>& filePositions) {
-  w.number(f.tag, f.tag == kNoTag ? 0 : 4).i32(f.leadValue).string(f.id);
-  w.i32(countOf(f.pageCount, f.pages.size()));
-  for (std::size_t i = 0; i < f.pages.size(); ++i) writePage(w, f.pages[i], filePositions[i]);
+  w.put(f.tag == kNoTag ? 0 : 4, f.tag).i32(f.leadValue).string(f.id);
+  w.i32(told(f.pageCount, f.pages.size()));
+  auto filePosition = filePositions.begin();
+  for (const PageFields& page : f.pages) {
+    w.i32(page.leadValue).string(page.name).i32(*filePosition++);
+    w.put(page.tag == kNoTag ? 0 : 4, page.tag).i32(page.tailValue);
+    w.endRecord(page.tag, -101, page.sections);
+  }
   w.endRecord(f.tag, -101, f.sections);
 }
 
@@ -68,26 +58,24 @@ Capture writeCapture(const CaptureFields& f) {
   }
 
   Capture capture;
-  std::vector<std::vector<int>> positions;  // as the index tells them, for each customer
+  ByteWriter customers(w.wide);
   for (const CustomerFields& customer : f.customers) {
-    positions.emplace_back();
+    std::vector<int> positions;  // as the index tells them
     for (const PageFields& page : customer.pages) {
       capture.bodyOffsets.push_back(page.body ? w.size() : -1);
-      positions.back().push_back(page.filePosition.value_or(capture.bodyOffsets.back()));
+      positions.push_back(page.filePosition.value_or(capture.bodyOffsets.back()));
       if (page.body) writePageBody(w, *page.body);
     }
+    writeCustomer(customers, customer, positions);
   }
 
   capture.indexOffset = w.size();
   w.string(f.label).f64(f.firstDate).i32(f.firstStatus).f64(f.secondDate).i32(f.secondStatus);
-  w.i32(countOf(f.customerCount, f.customers.size()));
-  for (std::size_t i = 0; i < f.customers.size(); ++i) {
-    writeCustomer(w, f.customers[i], positions[i]);
-  }
+  w.i32(told(f.customerCount, f.customers.size())).raw(customers.bytes);
   if (f.magic == kTrailerMagic) {
     w.i32(capture.indexOffset, kNarrowMagic);
   } else {
-    w.patch(0, capture.indexOffset);
+    w.bytes.replace(0, 4, ByteWriter().i32(capture.indexOffset).bytes);
   }
   capture.bytes = std::move(w.bytes);
   return capture;

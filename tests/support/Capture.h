@@ -9,7 +9,8 @@
 namespace rvf::test {
 
 // A whole capture file as a test writes it. The fields have the values of an ordinary, valid file;
-// a test names what it needs to be different. Damage of other kinds is done to the bytes.
+// a test names what it needs to be different. Damage of other kinds is done to the bytes. A count
+// that is not given is the number of the items.
 
 inline constexpr int kNewestList = 107, kNewestStatic = 111, kIndexTag = -102, kNoTag = 0;
 inline constexpr int kNarrowMagic = 12345679, kWideMagic = 97654321, kTrailerMagic = 87654321;
@@ -17,7 +18,7 @@ inline constexpr int kNarrowMagic = 12345679, kWideMagic = 97654321, kTrailerMag
 struct ListFields {
   int version = kNewestList, partVersion = kNewestPart;
   std::vector<Part> parts{};
-  std::optional<int> count{};  // what the file says, if it is not the number of parts
+  std::optional<int> count{};
   int originX = 0, originY = 0, contentTally = 1, skippedByte = 2, hasBytes = 3;
   int byteA = 4, byteB = 5, listFlags = 0, valueA = 6, valueB = 7, listExtra = 8;
   Sections sections{};
@@ -42,7 +43,7 @@ struct PlacedList {
 struct PageBody {
   ListFields list{};
   std::vector<PlacedList> placed{};
-  std::optional<int> staticCount{};  // what the file says, if it is not the number of placed lists
+  std::optional<int> staticCount{};
   int extentA = 8, extentB = 9;
 };
 void writePageBody(ByteWriter& w, const PageBody& f);
@@ -55,13 +56,10 @@ struct PageFields {
   int leadValue = 1, tailValue = 0, tag = kIndexTag;
   Sections sections{};
 };
-/// A page of the index that says its body is at `filePosition`.
-void writePage(ByteWriter& w, const PageFields& f, int filePosition);
-
 struct CustomerFields {
   std::u16string id = u"C1";
   std::vector<PageFields> pages = {{}};
-  std::optional<int> pageCount{};  // what the file says, if it is not the number of pages
+  std::optional<int> pageCount{};
   int leadValue = 1, tag = kIndexTag;
   Sections sections{};
 };
@@ -76,7 +74,7 @@ struct CaptureFields {
   int firstStatus = 2, secondStatus = 2;
   std::vector<StaticFields> statics21{}, statics24{}, statics23{}, statics175{};
   std::vector<CustomerFields> customers = {{}};
-  std::optional<int> customerCount{};  // what the file says, if it is not the number of customers
+  std::optional<int> customerCount{};
 };
 
 /// A written file and where its pieces are.

@@ -16,42 +16,36 @@ class DifferenceBytes {
   bool isComplete() {
     text();
     text();
-    const std::int64_t customers = number(4);
-    for (std::int64_t i = 0; i < customers && !isShort_; ++i) customer();
-    take(12);
+    for (std::int64_t customers = number(4); customers > 0 && !isShort_; --customers) {
+      number(4);
+      text();
+      const std::int64_t first = number(4), second = number(4);
+      skip(4 * std::max<std::int64_t>(std::min(first, second), 0) + 4);
+    }
+    skip(12);
     return !isShort_ && rest_.empty();
   }
 
  private:
-  std::string_view take(std::int64_t size) {
+  void skip(std::int64_t size) {
     isShort_ = isShort_ || size > static_cast<std::int64_t>(rest_.size());
-    if (isShort_) return {};
-    const std::string_view taken = rest_.substr(0, static_cast<std::size_t>(size));
-    rest_.remove_prefix(taken.size());
-    return taken;
+    rest_.remove_prefix(isShort_ ? rest_.size() : static_cast<std::size_t>(size));
   }
   std::int64_t number(int width) {
     std::uint32_t value = 0;
-    int shift = 0;
-    for (const char c : take(width)) {
-      value |= static_cast<std::uint32_t>(static_cast<unsigned char>(c)) << shift;
-      shift += 8;
+    for (int i = 0; i < std::min(width, static_cast<int>(rest_.size())); ++i) {
+      value |= std::uint32_t{static_cast<unsigned char>(rest_[static_cast<std::size_t>(i)])}
+               << 8 * i;
     }
-    return width == 4 ? static_cast<std::int32_t>(value) : std::int64_t{value};
+    skip(width);
+    return static_cast<std::int32_t>(value);
   }
   void text() {
-    take(3);
+    skip(3);
     std::int64_t length = number(1);
     if (length == 0xFF) length = number(2);
     if (length == 0xFFFF) length = number(4);
-    take(2 * length);
-  }
-  void customer() {
-    take(4);
-    text();
-    const std::int64_t first = number(4);
-    const std::int64_t second = number(4);
-    take(4 * std::max<std::int64_t>(std::min(first, second), 0) + 4);
+    skip(2 * length);
   }
 
   std::string_view rest_;

@@ -14,10 +14,16 @@ namespace rvf::test {
 using Faults = std::vector<std::pair<std::string, std::string>>;
 
 /// False in a build with sanitizers, whose own allocator has to come first.
-bool canInjectFaults();
+inline bool canInjectFaults() { return *RVF_FAULT_SHIM != '\0'; }
 
 /// runProgram under a system that fails. A run of more than ten seconds is killed.
-ProgramResult runWithFaults(const Faults& faults, std::vector<std::string> arguments,
-                            const std::filesystem::path& workingFolder);
+inline ProgramResult runWithFaults(const Faults& faults, const std::vector<std::string>& arguments,
+                                   const std::filesystem::path& workingFolder) {
+  constexpr int kLongestRun = 10;
+  std::vector<std::string> command = {"/usr/bin/env", "LD_PRELOAD=" RVF_FAULT_SHIM};
+  for (const auto& [name, value] : faults) command.push_back("RVF_FAULT_" + name + "=" + value);
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  return runProgram(std::move(command), workingFolder, kLongestRun);
+}
 
 }  // namespace rvf::test

@@ -16,8 +16,15 @@ class HeldMessages {
   /// Each as "number argument|argument".
   std::vector<std::string> take() {
     std::vector<std::string> lines;
-    const auto& pending = messageReporter.pending();
-    for (; seen_ < pending.size(); ++seen_) lines.push_back(lineOf(pending[seen_]));
+    for (; seen_ < messageReporter.pending().size(); ++seen_) {
+      const MessageEntry& entry = messageReporter.pending()[seen_];
+      lines.push_back(std::to_string(static_cast<int>(entry.number)));
+      char separator = ' ';
+      for (const eString& argument : entry.arguments) {
+        if (!argument.isEmpty()) lines.back() += separator + toNative(argument.view());
+        separator = '|';
+      }
+    }
     return lines;
   }
   std::vector<int> takeNumbers() {
@@ -27,16 +34,6 @@ class HeldMessages {
   }
 
  private:
-  static std::string lineOf(const MessageEntry& entry) {
-    std::string line = std::to_string(static_cast<int>(entry.number));
-    char separator = ' ';
-    for (const eString& argument : entry.arguments) {
-      if (!argument.isEmpty()) line += separator + toNative(argument.view());
-      separator = '|';
-    }
-    return line;
-  }
-
   std::size_t seen_ = messageReporter.pending().size();
 };
 
@@ -44,13 +41,13 @@ class HeldMessages {
 struct ProcessEnded {};
 class CatchProcessEnd {
  public:
-  CatchProcessEnd() : before_(setProcessEndHandler([] { throw ProcessEnded(); })) {}
+  CatchProcessEnd() = default;
   ~CatchProcessEnd() { setProcessEndHandler(before_); }
   CatchProcessEnd(const CatchProcessEnd&) = delete;
   CatchProcessEnd& operator=(const CatchProcessEnd&) = delete;
 
  private:
-  ProcessEndHandler before_;
+  ProcessEndHandler before_ = setProcessEndHandler([] { throw ProcessEnded(); });
 };
 
 }  // namespace rvf::test

@@ -1,14 +1,12 @@
 #include "RunProgram.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
-#include <chrono>
+#include <future>
 #include <stdexcept>
 
 namespace rvf::test {
@@ -30,17 +28,15 @@ struct Pipe {
   ::_exit(127);
 }
 
-// Takes what a readable pipe holds; at its end the pipe is closed and no longer polled.
-void drain(pollfd& source, std::string& target) {
-  if (source.fd < 0 || source.revents == 0) return;
+std::string readToEnd(const Pipe& pipe) {
+  ::close(pipe.ends[1]);
+  std::string bytes;
   std::array<char, 65536> block;
-  const ssize_t got = ::read(source.fd, block.data(), block.size());
-  if (got > 0) {
-    target.append(block.data(), static_cast<std::size_t>(got));
-    return;
+  for (ssize_t got = 0; (got = ::read(pipe.ends[0], block.data(), block.size())) > 0;) {
+    bytes.append(block.data(), static_cast<std::size_t>(got));
   }
-  ::close(source.fd);
-  source.fd = -1;
+  ::close(pipe.ends[0]);
+  return bytes;
 }
 
 }  // namespace
@@ -55,21 +51,15 @@ ProgramResult runProgram(std::vector<std::string> arguments,
   const pid_t child = ::fork();
   if (child < 0) throw std::runtime_error("fork");
   if (child == 0) becomeProgram(argv.data(), workingFolder.c_str(), out.ends[1], err.ends[1]);
-  ::close(out.ends[1]);
-  ::close(err.ends[1]);
 
   ProgramResult result;
-  std::array<pollfd, 2> sources = {{{out.ends[0], POLLIN, 0}, {err.ends[0], POLLIN, 0}}};
-  using Clock = std::chrono::steady_clock;
-  const auto deadline = Clock::now() + std::chrono::seconds(timeoutSeconds);
-  while (sources[0].fd >= 0 || sources[1].fd >= 0) {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    if (left <= 0) ::kill(child, SIGKILL);
-    ::poll(sources.data(), sources.size(), static_cast<int>(std::max<long>(left, 100)));
-    drain(sources[0], result.out);
-    drain(sources[1], result.err);
+  auto printed = std::async(std::launch::async, readToEnd, std::cref(out));
+  auto errors = std::async(std::launch::async, readToEnd, std::cref(err));
+  if (errors.wait_for(std::chrono::seconds(timeoutSeconds)) != std::future_status::ready) {
+    ::kill(child, SIGKILL);
   }
+  result.err = errors.get();
+  result.out = printed.get();
   int status = 0;
   if (::waitpid(child, &status, 0) != child) throw std::runtime_error("waitpid");
   result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);

@@ -31,10 +31,9 @@ class TempFolder {
 
   /// Returns the path of the written file.
   std::string write(std::string_view name, std::string_view bytes) const {
-    std::ofstream file(path_ / name, std::ios::binary);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (!file) throw std::runtime_error("cannot write " + path(name));
+    if (!(std::ofstream(path_ / name, std::ios::binary) << bytes).flush()) {
+      throw std::runtime_error("cannot write " + path(name));
+    }
     return path(name);
   }
   std::string read(std::string_view name) const {

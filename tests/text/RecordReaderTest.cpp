@@ -2,70 +2,58 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
-#include "messages/MessageReporter.h"
 #include "storage/DiskFile.h"
 #include "storage/MemFile.h"
+#include "support/Reporting.h"
 #include "support/TempFolder.h"
-#include "text/NativeText.h"
 
 namespace rvf {
 namespace {
 
 using namespace std::string_literals;
-using namespace std::string_view_literals;
 
 using Records = std::vector<std::u16string>;
+constexpr i32 kWrongMark = record_error::kWrongMark, kTooLong = record_error::kRecordTooLong;
 
 struct Result {
-  Records records;
-  i32 error = 0;
-  bool atEnd = false;
-  i32 encoding = 0;
+  Records records{};
+  i32 error = 0, encoding = 0;
 };
 
-Result readAll(FileObject& file, i32 encoding, i32 limit = 32767, const char16_t* name = u"") {
+Result readAll(FileObject& file, i32 encoding, i32 limit = 32767) {
   RecordReader reader;
   reader.Attach(&file);
+  EXPECT_TRUE(reader.Open(u"", encoding, limit));
   Result result;
-  if (reader.Open(name, encoding, limit)) {
-    const char16_t* text = nullptr;
-    i32 length = 0;
-    while (reader.ReadRecord(text, length) >= 0) {
-      result.records.emplace_back(text, static_cast<std::size_t>(length));
-    }
+  const char16_t* text = nullptr;
+  for (i32 length = 0; reader.ReadRecord(text, length) >= 0;) {
+    result.records.emplace_back(text, static_cast<std::size_t>(length));
   }
   result.error = reader.GetErrorCode();
-  result.atEnd = reader.AtEnd();
   result.encoding = reader.encoding();
+  EXPECT_TRUE(reader.AtEnd() || result.error >= record_error::kFirstFatal);
   return result;
 }
 
-Result readBytes(std::string bytes, i32 encoding, i32 limit = 32767, const char16_t* name = u"") {
+Result readBytes(std::string bytes, i32 encoding, i32 limit = 32767) {
   eMemFile file(reinterpret_cast<std::byte*>(bytes.data()), static_cast<i32>(bytes.size()), 0);
-  return readAll(file, encoding, limit, name);
+  return readAll(file, encoding, limit);
 }
 
-std::string utf16(std::u16string_view text, bool bigEndian) {
+/// The text as an encoding of these has it: 20, 21 or UTF-8.
+std::string encoded(std::u16string_view text, i32 encoding) {
   std::string bytes;
   for (const char16_t c : text) {
-    const std::string pair{static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)};
-    bytes += bigEndian ? std::string(pair.rbegin(), pair.rend()) : pair;
+    const char low = static_cast<char>(c), high = static_cast<char>(c >> 8);
+    bytes += encoding == 20 ? std::string{low, high} : std::string{high, low};
   }
-  return bytes;
+  return encoding == 20 || encoding == 21 ? bytes : toNative(text);
 }
 
 TEST(RecordReader, Endings) {
-  struct Row {
-    std::u16string text;
-    Records records;
-  };
-  const Row rows[] = {
+  const std::pair<std::u16string, Records> rows[] = {
       {u"", {}},
       {u"\n", {u""}},
-      {u"a", {u"a"}},
       {u"a\nb\n", {u"a", u"b"}},
       {u"a\r\n\r\n\nb", {u"a", u"", u"", u"b"}},
       {u"a\rb\r\r\nc\r", {u"a\rb\r", u"c\r"}},  // a carriage return alone is a character
@@ -74,187 +62,101 @@ TEST(RecordReader, Endings) {
       {u"\u0A0A\u0D0A\u010A\u0A01\u0D0D\n\u0A00\u0D00",
        {u"\u0A0A\u0D0A\u010A\u0A01\u0D0D", u"\u0A00\u0D00"}},
   };
-  for (const Row& row : rows) {
-    for (const bool bigEndian : {false, true}) {
-      const Result result = readBytes(utf16(row.text, bigEndian), bigEndian ? 21 : 20);
-      EXPECT_EQ(result.records, row.records) << toNative(row.text);
-      EXPECT_TRUE(result.atEnd);
-      EXPECT_LT(result.error, record_error::kFirstFatal);
+  for (const auto& [text, records] : rows) {
+    for (const i32 encoding : {11, 20, 21}) {
+      EXPECT_EQ(readBytes(encoded(text, encoding), encoding).records, records) << toNative(text);
     }
-    EXPECT_EQ(readBytes(toNative(row.text), 11).records, row.records) << toNative(row.text);
   }
-}
-
-TEST(RecordReader, Marks) {
-  struct Row {
-    std::string start;
-    i32 selected;
-    bool bigEndian;  // the text behind the mark
-    i32 encoding;
-    i32 error;
-  };
-  constexpr i32 kGood = record_error::kNone;
-  const Row rows[] = {
-      {"\xFF\xFE", 20, false, 20, kGood},
-      {"\xFE\xFF", 20, true, 21, kGood},
-      {"\xFF\xFE", 21, false, 20, kGood},
-      {"\xFE\xFF", 21, true, 21, kGood},
-      {"\xFF\xFE", 12, false, 20, kGood},
-      {"\xFE\xFF", 12, true, 21, kGood},
-      {"", 12, false, 20, kGood},
-      {"", 21, true, 21, kGood},
-      {"\xEF\xBB\xBF", 20, false, 20, record_error::kWrongMark},
-      {"\xEF\xBB\xBF", 21, false, 21, record_error::kWrongMark},
-  };
-  for (const Row& row : rows) {
-    const Result result = readBytes(row.start + utf16(u"a\r\nb\n", row.bigEndian), row.selected);
-    EXPECT_EQ(result.error, row.error);
-    EXPECT_EQ(result.encoding, row.encoding);
-    EXPECT_EQ(result.records, row.error == kGood ? (Records{u"a", u"b"}) : Records{});
-  }
-  EXPECT_EQ(readBytes("\xEF\xBB\xBF"
-                      "a\n\xEF\xBB\xBF"
-                      "b",
-                      11)
-                .records,
-            (Records{u"a",
-                     u"\uFEFF"
-                     u"b"}));
-  EXPECT_EQ(readBytes("\xEF\xBB\xBF", 11).records, Records{});
-  EXPECT_EQ(readBytes("\xFF\xFE", 20).records, Records{});
-  EXPECT_EQ(readBytes("\xEF\xBB", 11).records.size(), 1U);
-  for (const char* mark : {"\xFE\xFF"
-                           "a",
-                           "\xFF\xFE"
-                           "a",
-                           "\xFF\xFE"}) {
-    EXPECT_EQ(readBytes(mark, 11).error, record_error::kWrongMark);
-    EXPECT_EQ(readBytes(mark, 30).error, record_error::kNone);  // no mark in Latin-1
-  }
-  EXPECT_EQ(readBytes("\xEF\xBB\xBF"
-                      "a",
-                      30)
-                .records,
-            (Records{u"\u00EF\u00BB\u00BF"
-                     u"a"}));
-}
-
-TEST(RecordReader, HalfACharacterIsMadeWhole) {
+  // Half a character at the end is made whole.
   EXPECT_EQ(readBytes("a\0b"s, 20).records, (Records{u"ab"}));
   EXPECT_EQ(readBytes("a\0\n"s, 20).records, (Records{u"a"}));
-  EXPECT_EQ(readBytes("\0a\1"s, 21).records, (Records{u"a\u0100"}));
   EXPECT_EQ(readBytes("\xFE\xFF\0a\1"s, 20).records, (Records{u"a\u0100"}));
-  EXPECT_EQ(readBytes("a", 20).records, (Records{u"a"}));
 }
 
 // Wherever a line end falls within the chunks of the buffer, and wherever the file ends.
 TEST(RecordReader, LineEndsAtEveryPlaceOfTheBuffer) {
-  for (const std::size_t base : {0U, 4096U, 8192U, 16384U}) {
-    for (std::size_t shift = 0; shift < 12; ++shift) {
-      const std::size_t length = base + 6 < shift ? 0 : base + 6 - shift;
-      const std::u16string first(length, u'x');
-      const std::u16string text = first + u"\r\n\r\n\u00E9\r";
-      const Records expected = {first, u"", u"\u00E9\r"};
-      EXPECT_EQ(readBytes(toNative(text), 11).records, expected) << length;
-      EXPECT_EQ(readBytes(toNative(first) + "\n", 11).records, Records{first}) << length;
-      if (length % 2 == 0) {
-        const std::u16string half(length / 2, u'x');
-        for (const bool bigEndian : {false, true}) {
-          EXPECT_EQ(readBytes(utf16(u"\uFEFF" + half + u"\r\n\r\n\u00E9\r", bigEndian), 20).records,
-                    (Records{half, u"", u"\u00E9\r"}))
-              << length;
-        }
+  for (const std::size_t base : {6U, 2048U, 4096U, 8192U, 16384U}) {
+    for (std::size_t length = base - 6; length < base + 6; ++length) {
+      const std::u16string text(length, u'x');
+      for (const i32 encoding : {11, 20, 21}) {
+        EXPECT_EQ(readBytes(encoded(text + u"\r\n\r\n\u00E9\r", encoding), encoding).records,
+                  (Records{text, u"", u"\u00E9\r"}));
+        EXPECT_EQ(readBytes(encoded(text + u"\n", encoding), encoding).records, Records{text});
       }
     }
   }
 }
 
-TEST(RecordReader, RecordsUpToTheLimit) {
-  struct Row {
-    i32 encoding;
-    std::u16string character;
+TEST(RecordReader, Marks) {
+  const auto check = [](const std::string& mark, i32 selected, i32 encoding, i32 error = 0) {
+    // A mark in the middle is a character.
+    const Result result = readBytes(mark + encoded(u"a\r\n\uFEFFb", encoding), selected);
+    EXPECT_EQ(result.encoding, encoding);
+    EXPECT_EQ(result.records, error == 0 ? (Records{u"a", u"\uFEFFb"}) : Records{});
+    EXPECT_TRUE(result.error == error || result.error == record_error::kShortRead);
+    EXPECT_EQ(readBytes(mark, selected).records, Records{});
+    EXPECT_EQ(readBytes(mark, 30).records.size(), mark.empty() ? 0U : 1U);  // none there
   };
-  for (const Row& row : {Row{30, u"x"}, {11, u"\u20AC"}, {20, u"\u20AC"}, {-2, u"x"}}) {
-    for (const i32 limit : {1, 5000, 32767}) {
-      for (const std::string end : {"", "\r\n"}) {
-        const auto record = [&](i32 length) {
-          std::u16string text;
-          for (i32 i = 0; i < length; ++i) text += row.character;
-          const std::u16string ended = text + std::u16string(end.begin(), end.end());
-          return row.encoding == 20 ? utf16(ended, false) : toNative(ended);
-        };
-        const Result longest = readBytes(record(limit), row.encoding, limit);
-        ASSERT_EQ(longest.records.size(), 1U) << row.encoding << ' ' << limit;
-        EXPECT_EQ(longest.records[0].size(), static_cast<std::size_t>(limit));
-        const Result tooLong = readBytes(record(limit + 1), row.encoding, limit);
-        EXPECT_EQ(tooLong.records.size(), 0U) << row.encoding << ' ' << limit;
-        EXPECT_EQ(tooLong.error, record_error::kRecordTooLong);
-      }
+  const std::string little = "\xFF\xFE", big = "\xFE\xFF", utf8 = "\xEF\xBB\xBF";
+  for (const i32 selected : {12, 20, 21}) {
+    const i32 unmarked = selected == 12 ? 20 : selected;
+    check("", selected, unmarked);
+    check(little, selected, 20);
+    check(big, selected, 21);
+    check(utf8, selected, unmarked, kWrongMark);
+  }
+  check("", 11, 11);
+  check(utf8, 11, 11);
+  check(little, 11, 11, kWrongMark);
+  check(big, 11, 11, kWrongMark);
+}
+
+TEST(RecordReader, RecordsUpToTheLimit) {
+  const std::pair<i32, std::u16string> rows[] = {
+      {30, u"x"}, {11, u"\u20AC"}, {20, u"\u20AC"}, {-2, u"x"}};
+  for (const auto& [encoding, character] : rows) {
+    for (const std::size_t limit : {1U, 5000U, 32767U}) {
+      const std::u16string longest(limit, character[0]);
+      const auto result = [&, id = encoding](const std::u16string& text) {
+        return readBytes(encoded(text, id), id, static_cast<i32>(limit));
+      };
+      EXPECT_EQ(result(longest).records, Records{longest});
+      EXPECT_EQ(result(longest + u"\r\n").records, Records{longest});
+      EXPECT_EQ(result(longest + character).error, kTooLong);
+      EXPECT_EQ(result(longest + character + u"\r\n").error, kTooLong);
     }
   }
-  EXPECT_EQ(readBytes(std::string(1000000, 'x'), 30).error, record_error::kRecordTooLong);
   EXPECT_EQ(readBytes("\n\n", 30, 0).records, (Records{u"", u""}));
-  EXPECT_EQ(readBytes("a\n", 30, -1000).error, record_error::kRecordTooLong);
+  EXPECT_EQ(readBytes("a\n", 30, -1000).error, kTooLong);
+  EXPECT_EQ(readBytes(std::string(1000000, 'x'), 30).error, kTooLong);
 }
 
 TEST(RecordReader, FailingReadIsNotTheEndOfTheFile) {
   const test::TempFolder folder;
+  test::HeldMessages messages;
   eDiskFile file;
   ASSERT_TRUE(file.Open(fromNative(folder.path("w")), open_flags::kWrite, false));
-  const Result result = readAll(file, 11);  // a file for writing cannot be read
-  EXPECT_EQ(result.records, Records{});
-  EXPECT_EQ(result.error, record_error::kCorruptData);
-  EXPECT_EQ(messageReporter.pending().back().number, MessageNumber::kFileReadFailed);
+  EXPECT_EQ(readAll(file, 11).error, record_error::kCorruptData);  // it is open for writing only
+  EXPECT_EQ(messages.takeNumbers(), std::vector{1822});
 }
 
 TEST(RecordReader, JefCleaning) {
-  struct Row {
-    std::string bytes;
-    std::string cleaned;
-  };
-  const Row rows[] = {
-      {"", ""},
-      {"abc", "abc"},
-      {"\x38"
-       "ab",
-       "\x28"
-       "ab"},
-      {"\x30\xF5x\x30\xF8y", "xy"},
-      {"\x30\xF4x", "\x30\xF4x"},
-      {"\x30\xE3\x30\xE7\x30\xE0", "\x30\xE3"},
-      {"\x30\xB0\x30\xB5\x30\xB3", "\x30\xB3"},
+  const std::pair<std::string, std::string> rows[] = {
+      {"\x38 ab", "\x28 ab"},
+      {"\x30\xF4x\x30\xF5x\x30\xF8y\x30\xF9", "\x30\xF4xxy\x30\xF9"},
+      {"\x30\xE3\x30\xE7\x30\xE0\x30\xB0\x30\xB5\x30\xB3", "\x30\xE3\x30\xB3"},
       {"\x30\xC0\x30\xC2\x30\xC4\x30\xC8", "\x30\xC2\x30\xC8"},
-      {"\x30\xFE\xA2x\x30\xFE\xFEy", "xy"},
-      {"\x30\xFE\xA1", "\x30\xFE\xA1"},
+      {"\x30\xFE\xA2x\x30\xFE\xFEy\x30\xFE\xA1", "xy\x30\xFE\xA1"},
       {"\x30\xFE", "\x30\xFE"},
-      {"x\x30", "x\x30"},
-      {"\x30\x30\xF5\xF5", "\x30\xF5"},  // a removal does not bring the walk back
+      {"\x30\x30\xF5\xF5\x30", "\x30\xF5\x30"},  // a removal does not bring the walk back
       // In double-byte text the walk takes every second byte, from the shift on.
-      {"\x28"
-       "a\x30\xF5"
-       "b",
-       "\x28"
-       "a"
-       "b"},
-      {"\x28\x30\xF5"
-       "b",
-       "\x28\x30\xF5"
-       "b"},
-      {"\x28"
-       "a\x29\x30\xF5"
-       "b",
-       "\x28"
-       "a\x29"
-       "b"},
-      {"\x28\x29\x38"
-       "a\x38",
-       "\x28\x29\x28"
-       "a\x28"},
-  };
-  for (const Row& row : rows) {
-    std::string record = row.bytes;
+      {"\x28z\x30\xF5z\x30", "\x28zz\x30"},
+      {"\x28\x30\xF5z", "\x28\x30\xF5z"},
+      {"\x28\x29\x38z\x29\x30\xF5z", "\x28\x29\x28z\x29z"}};
+  for (const auto& [bytes, cleaned] : rows) {
+    std::string record = bytes;
     cleanJefRecord(record);
-    EXPECT_EQ(record, row.cleaned);
+    EXPECT_EQ(record, cleaned);
   }
 }
 
