@@ -1,28 +1,41 @@
 // A message catalogue and a few messages held for it: the load, the flush into a report, the
 // printing. In front stand the settings and the messages.
 
-#include <cstddef>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <string>
 
 #include "messages/MessageOutput.h"
-#include "support/FuzzInput.h"
-#include "support/FuzzRun.h"
-#include "support/HeldMessages.h"
-#include "support/PathOfBytes.h"
+#include "support/Fuzz.h"
+#include "text/NativeText.h"
 #include "text/TextSink.h"
 
 namespace rvf::fuzz {
 namespace {
 
-void checkLookups(MessageCatalogue& catalogue) {
-  for (const MessageRecord& record : catalogue.records()) {
-    const i32 found = catalogue.FindMessage(record.number);
-    require(
-        found < 0 || catalogue.records()[static_cast<std::size_t>(found)].number == record.number,
-        "a lookup finds the number");
+/// Reports a few messages as the input tells: their count, then for each its number, the form of
+/// its arguments and a text.
+void holdMessages(FuzzInput& input) {
+  for (int left = input.take() % 8; left > 0; --left) {
+    const auto number = static_cast<MessageNumber>(input.take<i16>());
+    const u8 form = input.take();
+    const eString text = fromNative(input.takeBytes(form >> 4));
+    if (form % 4 == 0) {
+      Report(number);
+    } else if (form % 4 == 1) {
+      Report(number, text);
+    } else if (form % 4 == 2) {
+      Report(number, text, form, -1);
+    } else {
+      Report(number, text, u"b", u"", u"d", text, u"|6|%n");
+    }
   }
 }
 
-void flush(FuzzInput input) {
+}  // namespace
+
+void checkInput(FuzzInput input) {
   const u8 flags = input.take();
   MessageOutput output(messageReporter);
   messageReporter.attachBackEnd(&output);
@@ -35,20 +48,24 @@ void flush(FuzzInput input) {
   messageReporter.overrides = {{static_cast<MessageNumber>(1847), u'S', 1, flags >> 5, false}};
   output.catalogue().setEncoding(input.take());
   holdMessages(input);
-  const PathOfBytes file(input.rest());
-  output.catalogue().SetMessageFile(file.path());
+  // The catalogue opens what it reads: a file that lies in memory and has a path.
+  const int file = memfd_create("input", MFD_CLOEXEC);
+  const auto size = static_cast<ssize_t>(input.rest().size());
+  require(write(file, input.rest().data(), input.rest().size()) == size, "memory takes the input");
+  output.catalogue().SetMessageFile(fromNative("/proc/self/fd/" + std::to_string(file)));
   if ((flags & 128) != 0) {
     output.printHeldMessages();
   } else {
     messageReporter.FlushMessages();
   }
-  checkLookups(output.catalogue());
+  for (const MessageRecord& record : output.catalogue().records()) {
+    const i32 found = output.catalogue().FindMessage(record.number);
+    require(found < 0 || output.catalogue().records()[static_cast<std::size_t>(found)].number ==
+                             record.number,
+            "a lookup finds the number");
+  }
+  close(file);
   messageReporter = MessageReporter();
 }
 
-}  // namespace
 }  // namespace rvf::fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const rvf::u8* data, std::size_t size) {
-  return rvf::fuzz::runOnce([=] { rvf::fuzz::flush({data, size}); });
-}

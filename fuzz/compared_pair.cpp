@@ -1,20 +1,114 @@
-// Two page-capture files (CapturePair), compared as a run does.
+// Two page-capture files, compared as a run does, in two ways that have to come to the same.
 
-#include <cstddef>
+#include <algorithm>
+#include <string>
+#include <vector>
 
+#include "compare/CustomerWalk.h"
+#include "compare/DiffFlags.h"
 #include "compare/DrawListMatch.h"
+#include "compare/MatchCandidates.h"
 #include "compare/PageOverlay.h"
-#include "support/DifferenceCheck.h"
-#include "support/MatchCheck.h"
-#include "support/PartInvariants.h"
-#include "support/WalkedPair.h"
+#include "compare/Tolerances.h"
+#include "messages/MessageReporter.h"
+#include "support/DifferenceBytes.h"
+#include "support/PartChecks.h"
 
 namespace rvf::fuzz {
 namespace {
 
-struct NoPen final : OverlayPen {
-  void select(i32) override {}
+/// Behind flags and tolerances stand some edits and the first file; behind a separator comes the
+/// second, and without it the second is the first. The edits are made to the second, so that files
+/// can differ in a single byte.
+struct CapturePair {
+  explicit CapturePair(FuzzInput input) : flags(input.take()) {
+    constexpr std::string_view kSeparator = "=PAIR=";
+    positionTolerance = input.take<i32>();
+    lineTolerance = input.take<i32>();
+    const std::string edits(input.takeBytes(3 * std::size_t{input.take()} % 48));
+    first = input.rest().substr(0, input.rest().find(kSeparator));
+    const std::string_view behind = input.rest().substr(first.size());
+    second = behind.empty() ? first : behind.substr(kSeparator.size());
+    for (std::size_t i = 0; i + 2 < edits.size() && !second.empty(); i += 3) {
+      const std::size_t offset = static_cast<u8>(edits[i]) + 256U * static_cast<u8>(edits[i + 1]);
+      second[offset % second.size()] = edits[i + 2];
+    }
+  }
+  [[nodiscard]] bool flag(int bit) const { return (flags >> bit & 1) != 0; }
+
+  u8 flags;  // 0 and 1: text of old files is wide; 2: stop when the customer counts differ
+  std::string first, second;
 };
+
+/// Two files as a run loads them and walks through them.
+struct Walk {
+  Walk(const CapturePair& pair, bool usesShortCut)
+      : firstFile(pair.first),
+        secondFile(pair.second),
+        first(firstContext, pair.flag(0)),
+        second(secondContext, pair.flag(1)) {
+    // Pairs of more pages are left alone: comparing a page can take the square of its length.
+    constexpr i32 kMostPages = 32;
+    first.load(firstFile.file);
+    second.load(secondFile.file);
+    eMemFile file(64);
+    isWalked =
+        first.valid() && second.valid() && i64{first.pageCount} + second.pageCount <= kMostPages;
+    if (isWalked) {
+      status =
+          walkCustomers(first, second, pair.flag(2), {file, u"a", u"b", nullptr, usesShortCut});
+    }
+    messageCount = messageReporter.callCount() - callsBefore;
+    const auto length = static_cast<std::size_t>(file.GetLength());
+    if (length > 0) differences.assign(reinterpret_cast<const char*>(file.data()), length);
+  }
+
+  i32 callsBefore = messageReporter.callCount();
+  InputFile firstFile, secondFile;
+  CompareContext firstContext, secondContext;
+  RvfReader first, second;
+  bool isWalked = false;
+  DiffFlags status = 0;
+  i32 messageCount = 0;
+  std::string differences;
+};
+
+constexpr DiffFlags kReservedBits = diff::kReserved2 | diff::kReserved4 | diff::kReserved8 |
+                                    diff::kReserved16 | diff::kReserved19 | diff::kReserved20 |
+                                    diff::kReserved21;
+
+/// A difference file is complete in itself and tells the same as the status of its walk.
+void checkDifferenceFile(const std::string& bytes, DiffFlags status) {
+  require((status & kReservedBits) == 0, "no reserved bit is set");
+  const bool isComplete = test::DifferenceBytes(bytes).isComplete();
+  require(isComplete || (status & diff::kCustomers) != 0 ||
+              (bytes.empty() && status == diff::kResolution),
+          "a file without its end has a cause");
+  constexpr std::size_t kTrailerSize = 12;
+  if (isComplete) {
+    FuzzInput trailer(std::string_view(bytes).substr(bytes.size() - kTrailerSize));
+    require(trailer.take<DiffFlags>() == status, "the trailer has the status");
+  }
+}
+
+i32 firstFreeByLooking(const DrawPart& part, const DrawList& list,
+                       const std::pmr::vector<bool>& isTaken) {
+  for (i32 j = 0; j < list.count; ++j) {
+    if (!isTaken[static_cast<std::size_t>(j)] && classifyParts(part, list[j]) == 0) return j;
+  }
+  return MatchCandidates::kNotFound;
+}
+
+/// The index of a list finds for every part what a search through the list finds.
+void requireSamePairings(const DrawList& parts, const DrawList& list) {
+  std::pmr::vector<bool> isTaken(static_cast<std::size_t>(list.count), false);
+  MatchCandidates candidates(list, isTaken);
+  for (const DrawPart& part : parts.parts()) {
+    const i32 found = candidates.firstFree(part);
+    require(found == firstFreeByLooking(part, list, isTaken), "an index finds what a search finds");
+    if (found != MatchCandidates::kNotFound) isTaken[static_cast<std::size_t>(found)] = true;
+  }
+}
 
 void compareLists(const DrawList& a, const DrawList& b, bool areTheSame) {
   DrawList overlay;
@@ -28,16 +122,20 @@ void compareLists(const DrawList& a, const DrawList& b, bool areTheSame) {
   requireSamePairings(b, a);
 }
 
-void compare(FuzzInput input) {
+struct NoPen final : OverlayPen {
+  void select(i32) override {}
+};
+
+}  // namespace
+
+void checkInput(FuzzInput input) {
   const CapturePair pair(input);
-  WalkedPair plain(pair, false), shortened(pair, true);
-  require(plain.status == shortened.status && plain.differences() == shortened.differences() &&
+  Walk plain(pair, false), shortened(pair, true);
+  require(plain.status == shortened.status && plain.differences == shortened.differences &&
               plain.messageCount == shortened.messageCount,
           "the short cut of the walk changes nothing");
-  if (!plain.isWalked) {
-    return;
-  }
-  checkDifferenceFile(plain.differenceFile, plain.status);
+  if (!plain.isWalked) return;
+  checkDifferenceFile(plain.differences, plain.status);
   const bool areTheSame = pair.first == pair.second && pair.flag(0) == pair.flag(1);
   constexpr DiffFlags kOutside = diff::kResolution | diff::kCustomers | diff::kPageCount;
   require(!areTheSame || (plain.status & kOutside) == 0, "a file has the pages of itself");
@@ -48,9 +146,4 @@ void compare(FuzzInput input) {
   examineParts(plain.firstContext.overlaySecond.list);
 }
 
-}  // namespace
 }  // namespace rvf::fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const rvf::u8* data, std::size_t size) {
-  return rvf::fuzz::runOnce([=] { rvf::fuzz::compare({data, size}); });
-}

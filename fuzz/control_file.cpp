@@ -1,10 +1,10 @@
 // A control file in any encoding, which stands in front: its lines and the options on them.
 
-#include <cstddef>
+#include <string>
 
+#include "compare/Tolerances.h"
 #include "run/OptionTable.h"
-#include "support/FuzzInput.h"
-#include "support/FuzzRun.h"
+#include "support/Fuzz.h"
 #include "text/RecordReader.h"
 
 namespace rvf::fuzz {
@@ -26,14 +26,15 @@ void parseLine(RunOptions& options, const eString& line) {
   }
 }
 
-void readLines(FuzzInput input) {
+}  // namespace
+
+void checkInput(FuzzInput input) {
   const u8 encoding = input.take();
   const i32 longest = (input.take() & 1) != 0 ? 32767 : 40;
-  const bool hasName = encoding >= kFirstName;
-  const char16_t* name = hasName ? kNames[encoding % std::size(kNames)] : u"";
+  const char16_t* name = encoding >= kFirstName ? kNames[encoding % std::size(kNames)] : u"";
   InputFile lines(input.rest());
   RecordReader reader;
-  reader.Attach(&lines.file());
+  reader.Attach(&lines.file);
   RunOptions options;
   if (reader.Open(name, encoding - 2, longest)) {
     std::size_t records = 0;
@@ -51,9 +52,4 @@ void readLines(FuzzInput input) {
   require(cleaned.size() <= input.rest().size(), "cleaning only removes");
 }
 
-}  // namespace
 }  // namespace rvf::fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const rvf::u8* data, std::size_t size) {
-  return rvf::fuzz::runOnce([=] { rvf::fuzz::readLines({data, size}); });
-}

@@ -1,10 +1,7 @@
 // A link record in the tagged or the old form: what is read and stored is read again the same.
 
-#include <cstddef>
-
 #include "storage/HyperlinkInfo.h"
-#include "support/FuzzInput.h"
-#include "support/FuzzRun.h"
+#include "support/Fuzz.h"
 
 namespace rvf::fuzz {
 namespace {
@@ -20,11 +17,13 @@ bool areSame(const HyperlinkInfo& a, const HyperlinkInfo& b) {
          a.secondLabel == b.secondLabel;
 }
 
-void readLink(FuzzInput input) {
+}  // namespace
+
+void checkInput(FuzzInput input) {
   const u8 flags = input.take();
   const auto version = input.take<i16>();
-  InputFile linkFile(input.rest());
-  eArchive archive(linkFile.file(), eArchive::Mode::kLoad, eArchive::kSectionBufferSize);
+  InputFile record(input.rest());
+  Loader archive(record.file);
   archive.setWideStrings((flags & 1) != 0);
   HyperlinkInfo link;
   // The second time over the link that the first has left.
@@ -43,15 +42,10 @@ void readLink(FuzzInput input) {
   link.read(out);
   out.Close();
   stored.Seek(0, SeekOrigin::kStart);
-  eArchive in(stored, eArchive::Mode::kLoad, eArchive::kSectionBufferSize);
+  Loader in(stored);
   HyperlinkInfo again;
   again.read(in);
   require(!in.failed() && areSame(again, link), "what was stored is read again");
 }
 
-}  // namespace
 }  // namespace rvf::fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const rvf::u8* data, std::size_t size) {
-  return rvf::fuzz::runOnce([=] { rvf::fuzz::readLink({data, size}); });
-}

@@ -1,53 +1,27 @@
-// Stands in for the fuzzing engine where there is none: runs the fuzz target once on each file that
-// is named, and on all files of each folder. Options of the engine are passed over.
+// Stands in for the fuzzing engine where there is none: runs the fuzz target once on each file of
+// the folders that are named. Options of the engine are passed over.
 
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
+#include <stdexcept>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-namespace {
-
-bool replay(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-  if (!file) {
-    std::fprintf(stderr, "cannot read %s\n", path.c_str());
-    return false;
-  }
-  // An own block of the exact size: what reads behind it is found.
-  const std::vector<std::uint8_t> block(bytes.begin(), bytes.end());
-  LLVMFuzzerTestOneInput(block.data(), block.size());
-  return true;
-}
-
-}  // namespace
-
 int main(int argc, char** argv) {
   int replayed = 0;
   for (int i = 1; i < argc; ++i) {
-    if (argv[i][0] == '-') {
-      continue;
-    }
-    std::vector<std::filesystem::path> files;
-    if (std::filesystem::is_directory(argv[i])) {
-      for (const auto& entry : std::filesystem::recursive_directory_iterator(argv[i])) {
-        if (entry.is_regular_file()) {
-          files.push_back(entry.path());
-        }
-      }
-    } else {
-      files.emplace_back(argv[i]);
-    }
-    for (const auto& path : files) {
-      if (!replay(path)) {
-        return 1;
-      }
+    if (argv[i][0] == '-') continue;
+    for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
+      std::ifstream file(entry.path(), std::ios::binary);
+      // A block of the exact size: what reads behind it is found.
+      const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+      if (!file) throw std::runtime_error("cannot read " + entry.path().string());
+      const std::vector<std::uint8_t> block(bytes.begin(), bytes.end());
+      LLVMFuzzerTestOneInput(block.data(), block.size());
       ++replayed;
     }
   }

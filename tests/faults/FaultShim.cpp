@@ -43,83 +43,68 @@ void* __libc_memalign(std::size_t alignment, std::size_t size);
 
 namespace {
 
-enum Call { kRead, kWrite, kSeek, kClose, kOpen, kStat, kAllocate, kAll, kCallCount };
-constexpr const char* kCallNames[kCallCount] = {"read", "write", "seek",     "close",
-                                                "open", "stat",  "allocate", "all"};
+enum Call { kNone, kRead, kWrite, kSeek, kClose, kOpen, kStat, kAllocate, kAll };
+constexpr const char* kCallNames[] = {"",     "read", "write",    "seek", "close",
+                                      "open", "stat", "allocate", "all"};
 constexpr int kKill = -1;
 
 bool isInMain = false;
-int failingCall = kCallCount;
-long failsAt = 0;
+int failingCall = kAll;
+int failsAt = 0;
 bool failsOn = false;
 int failure = 0;
-long piece = 0;
-long breakEvery = 0;
+std::size_t piece = 0;
+int breakEvery = 0;
 long shrunkLength = -1;
 const char* shrunkName = "";
 const char* markPath = nullptr;
-long callsSoFar = 0;
-long breakableCalls = 0;
+int callsSoFar = 0;
+int breakableCalls = 0;
 
-long numberOf(const char* name, long otherwise) {
+const char* textOf(const char* name, const char* otherwise) {
   const char* text = std::getenv(name);
-  return text == nullptr ? otherwise : std::strtol(text, nullptr, 10);
+  return text == nullptr ? otherwise : text;
 }
 
+int numberOf(const char* name, const char* otherwise) { return std::atoi(textOf(name, otherwise)); }
+
 void readEnvironment() {
-  const char* call = std::getenv("RVF_FAULT_CALL");
-  for (int i = 0; call != nullptr && i < kCallCount; ++i) {
-    failingCall = std::strcmp(call, kCallNames[i]) == 0 ? i : failingCall;
-  }
-  const char* range = std::getenv("RVF_FAULT_FOR");
-  failsOn = range != nullptr && std::strcmp(range, "on") == 0;
-  failsAt = numberOf("RVF_FAULT_AT", 0);
-  failure = static_cast<int>(numberOf("RVF_FAULT_ERROR", EIO));
-  piece = numberOf("RVF_FAULT_PIECE", 0);
-  breakEvery = numberOf("RVF_FAULT_BREAK", 0);
-  shrunkLength = numberOf("RVF_FAULT_SHRINK", -1);
-  const char* name = std::getenv("RVF_FAULT_FILE");
-  shrunkName = name == nullptr ? "" : name;
+  const char* call = textOf("RVF_FAULT_CALL", "");
+  while (failingCall > 0 && std::strcmp(call, kCallNames[failingCall]) != 0) failingCall -= 1;
+  failsAt = numberOf("RVF_FAULT_AT", "0");
+  failsOn = std::strcmp(textOf("RVF_FAULT_FOR", ""), "on") == 0;
+  failure = numberOf("RVF_FAULT_ERROR", "5");
+  piece = static_cast<std::size_t>(numberOf("RVF_FAULT_PIECE", "0"));
+  breakEvery = numberOf("RVF_FAULT_BREAK", "0");
+  shrunkLength = numberOf("RVF_FAULT_SHRINK", "-1");
+  shrunkName = textOf("RVF_FAULT_FILE", "");
   markPath = std::getenv("RVF_FAULT_MARK");
 }
 
 void leaveMark() {
-  if (markPath != nullptr) {
-    const long file = syscall(SYS_openat, AT_FDCWD, markPath, O_WRONLY | O_CREAT, 0600);
-    syscall(SYS_close, file);
-    markPath = nullptr;
-  }
+  if (markPath == nullptr) return;
+  syscall(SYS_close, syscall(SYS_openat, AT_FDCWD, markPath, O_WRONLY | O_CREAT, 0600));
+  markPath = nullptr;
 }
 
 /// Counts the call, and tells whether it fails; then errno says with what.
 bool fails(Call call) {
-  if (!isInMain || (call != failingCall && failingCall != kAll) || failsAt == 0) {
-    return false;
-  }
+  if (!isInMain || failsAt == 0 || (call != failingCall && failingCall != kAll)) return false;
   callsSoFar += 1;
-  if (callsSoFar < failsAt || (callsSoFar > failsAt && !failsOn)) {
-    return false;
-  }
+  if (callsSoFar < failsAt || (callsSoFar > failsAt && !failsOn)) return false;
   leaveMark();
-  if (failure == kKill && call != kWrite) {
-    kill(getpid(), SIGKILL);
-  }
+  if (failure == kKill && call != kWrite) kill(getpid(), SIGKILL);
   errno = failure;
   return true;
 }
 
 bool isInterrupted() {
-  if (!isInMain || breakEvery == 0 || ++breakableCalls % breakEvery != 0) {
-    return false;
-  }
+  if (!isInMain || breakEvery == 0 || ++breakableCalls % breakEvery != 0) return false;
   errno = EINTR;
   return true;
 }
 
-std::size_t pieceOf(std::size_t size) {
-  const auto limit = static_cast<std::size_t>(piece);
-  return limit > 0 && size > limit ? limit : size;
-}
+std::size_t pieceOf(std::size_t size) { return piece > 0 && size > piece ? piece : size; }
 
 /// What a stream works on.
 struct File {
@@ -130,52 +115,41 @@ struct File {
 /// A read that would go beyond the end of a shrunk file is cut there.
 std::size_t lengthUpToEnd(const File& file, std::size_t size) {
   const long position = lseek(file.descriptor, 0, SEEK_CUR);
-  if (!file.isShrunk || position < 0) {
-    return size;
-  }
-  const long left = position < shrunkLength ? shrunkLength - position : 0;
-  return static_cast<std::size_t>(left) < size ? static_cast<std::size_t>(left) : size;
+  if (!file.isShrunk || position < 0) return size;
+  const auto left = static_cast<std::size_t>(position < shrunkLength ? shrunkLength - position : 0);
+  return left < size ? left : size;
 }
 
 ssize_t readFile(void* cookie, char* target, std::size_t size) {
   const File& file = *static_cast<File*>(cookie);
-  if (fails(kRead) || isInterrupted()) {
-    return -1;
-  }
+  if (fails(kRead) || isInterrupted()) return -1;
   return syscall(SYS_read, file.descriptor, target, lengthUpToEnd(file, pieceOf(size)));
 }
 
 /// Writes all, in as many calls as it takes, or up to the first one that fails: as the C library
 /// does under its own streams.
 ssize_t writeFile(void* cookie, const char* source, std::size_t size) {
-  const File& file = *static_cast<File*>(cookie);
+  const int descriptor = static_cast<File*>(cookie)->descriptor;
   std::size_t written = 0;
   while (written < size) {
     const std::size_t next = pieceOf(size - written);
     const bool isFailing = fails(kWrite);
     if (isFailing && failure == kKill) {
-      syscall(SYS_write, file.descriptor, source + written, next / 2);
+      syscall(SYS_write, descriptor, source + written, next / 2);
       kill(getpid(), SIGKILL);
     }
-    const long moved = isFailing || isInterrupted()
-                           ? -1
-                           : syscall(SYS_write, file.descriptor, source + written, next);
-    if (moved < 0) {
-      break;
-    }
+    if (isFailing || isInterrupted()) break;
+    const long moved = syscall(SYS_write, descriptor, source + written, next);
+    if (moved < 0) break;
     written += static_cast<std::size_t>(moved);
   }
   return static_cast<ssize_t>(written);
 }
 
 int seekFile(void* cookie, off64_t* position, int whence) {
-  if (fails(kSeek)) {
-    return -1;
-  }
-  const long reached =
-      syscall(SYS_lseek, static_cast<File*>(cookie)->descriptor, *position, whence);
-  *position = reached;
-  return reached < 0 ? -1 : 0;
+  if (fails(kSeek)) return -1;
+  *position = lseek(static_cast<File*>(cookie)->descriptor, *position, whence);
+  return *position < 0 ? -1 : 0;
 }
 
 int closeFile(void* cookie) {
@@ -188,18 +162,6 @@ int closeFile(void* cookie) {
   return failed ? -1 : 0;
 }
 
-int openFlags(const char* mode) {
-  const bool isBoth = std::strchr(mode, '+') != nullptr;
-  switch (mode[0]) {
-    case 'r':
-      return isBoth ? O_RDWR : O_RDONLY;
-    case 'w':
-      return (isBoth ? O_RDWR : O_WRONLY) | O_CREAT | O_TRUNC;
-    default:
-      return (isBoth ? O_RDWR : O_WRONLY) | O_CREAT | O_APPEND;
-  }
-}
-
 bool endsWith(const char* text, const char* end) {
   const std::size_t length = std::strlen(text);
   const std::size_t endLength = std::strlen(end);
@@ -207,9 +169,7 @@ bool endsWith(const char* text, const char* end) {
 }
 
 int statusOf(int folder, const char* path, struct stat* status, int flags) {
-  if (fails(kStat)) {
-    return -1;
-  }
+  if (fails(kStat)) return -1;
   return static_cast<int>(syscall(SYS_newfstatat, folder, path, status, flags));
 }
 
@@ -229,23 +189,22 @@ extern "C" {
 
 int __libc_start_main(Main main, int argc, char** argv, void (*init)(), void (*fini)(),
                       void (*loaderFini)(), void* stackEnd) {
-  using Start = decltype(&__libc_start_main);
-  const auto start = reinterpret_cast<Start>(dlsym(RTLD_NEXT, "__libc_start_main"));
+  const auto start =
+      reinterpret_cast<decltype(&__libc_start_main)>(dlsym(RTLD_NEXT, "__libc_start_main"));
   programMain = main;
   readEnvironment();
   return start(countedMain, argc, argv, init, fini, loaderFini, stackEnd);
 }
 
+/// Only for the two ways in which the program opens files: to read, or to write anew.
 std::FILE* fopen(const char* path, const char* mode) {
-  if (fails(kOpen) || isInterrupted()) {
-    return nullptr;
-  }
-  const long descriptor = syscall(SYS_openat, AT_FDCWD, path, openFlags(mode), 0666);
-  if (descriptor < 0) {
-    return nullptr;
-  }
+  if (fails(kOpen) || isInterrupted()) return nullptr;
+  const bool isRead = mode[0] == 'r';
+  const int flags = isRead ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC;
+  const long descriptor = syscall(SYS_openat, AT_FDCWD, path, flags, 0666);
+  if (descriptor < 0) return nullptr;
   auto* file = static_cast<File*>(__libc_malloc(sizeof(File)));
-  const bool isShrunk = shrunkLength >= 0 && mode[0] == 'r' && endsWith(path, shrunkName);
+  const bool isShrunk = shrunkLength >= 0 && isRead && endsWith(path, shrunkName);
   *file = {static_cast<int>(descriptor), isShrunk};
   std::FILE* stream = fopencookie(file, mode, {readFile, writeFile, seekFile, closeFile});
   if (stream == nullptr) {
@@ -258,13 +217,10 @@ std::FILE* fopen(const char* path, const char* mode) {
 /// Streams over functions deliver single bytes when they have no buffer, so those that are read get
 /// one, which stays until the end of the process.
 int setvbuf(std::FILE* stream, char* buffer, int mode, std::size_t size) {
-  using SetBuffer = decltype(&setvbuf);
-  static const auto setBuffer = reinterpret_cast<SetBuffer>(dlsym(RTLD_NEXT, "setvbuf"));
+  static const auto setBuffer = reinterpret_cast<decltype(&setvbuf)>(dlsym(RTLD_NEXT, "setvbuf"));
   constexpr std::size_t kReadSize = 65536;
-  if (mode == _IONBF && __fwritable(stream) == 0) {
-    return setBuffer(stream, static_cast<char*>(__libc_malloc(kReadSize)), _IOFBF, kReadSize);
-  }
-  return setBuffer(stream, buffer, mode, size);
+  if (mode != _IONBF || __fwritable(stream) != 0) return setBuffer(stream, buffer, mode, size);
+  return setBuffer(stream, static_cast<char*>(__libc_malloc(kReadSize)), _IOFBF, kReadSize);
 }
 
 int stat(const char* path, struct stat* status) { return statusOf(AT_FDCWD, path, status, 0); }

@@ -2,313 +2,280 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <map>
-#include <ostream>
 #include <string>
 #include <vector>
 
+#include "run/RunFolder.h"
 #include "support/Capture.h"
-#include "support/DifferenceBytes.h"
 #include "support/FaultRun.h"
-#include "support/TempFolder.h"
 
 namespace rvf::test {
 namespace {
 
-namespace fs = std::filesystem;
+// What a run does among things that are not as they should be: files that cannot be used, outputs
+// that would destroy what the run reads, streams that are closed, a system that is slow, short and
+// full. What counts: the exit status, what the message file tells, and what the operator reads on
+// standard error.
 
-// What a run does among things that are not as they should be: devices and FIFOs in the place of
-// files, outputs that would destroy what the run reads, a system that is slow, short and full.
-
-constexpr const char* kCatalogue =
-    "// messages of these tests\n"
-    "#define MESS_SYMB_VER 1602008\n"
-    "#define SINK 1806 // S|0|0|Report |1|: |2|\n"
-    "#define ARCHIVE 1811 // S|0|0|Output |1|: |2|\n"
-    "#define READ 1822 // S|0|0|Reading |2|: |3|\n"
-    "#define CLOSE 1848 // S|0|0|Closing |1|: |2|\n"
-    "#define UNUSABLE 1903 // S|0|0|File |1|: |2|\n"
-    "#define DAMAGED 9042 // S|0|0|Damage: |1|\n";
-
-/// A folder with a pair that differs, and a run over it that nothing disturbs.
-class Surroundings : public testing::Test {
+/// A folder with a catalogue of these tests, a control file, and a pair that differs in one text.
+class Surroundings : public testing::Test, protected RunFolder {
  protected:
   Surroundings() {
-    folder_.write("MsgResource_en-us.dat", kCatalogue);
+    write("MsgResource_en-us.dat", kCatalogue);
+    write("c.ctl", "-POS_TOLERANCE=5\n");
     std::vector<PageFields> pages(40, page({text({.text = u"a"}), line()}));
-    folder_.write("RVF1.rvf", writeCapture(captureOf(pages)).bytes);
+    write("RVF1.rvf", writeCapture(captureOf(pages)).bytes);
     pages[30] = page({text({.text = u"b"}), line()});
-    folder_.write("RVF2.rvf", writeCapture(captureOf(pages)).bytes);
-    folder_.write("c.ctl", "-POS_TOLERANCE=5\n");
-    fs::create_directory(path("folder"));
+    write("RVF2.rvf", writeCapture(captureOf(pages)).bytes);
+    std::filesystem::create_directory(path() / "folder");
   }
 
-  fs::path path(const std::string& name) const { return folder_.path() / name; }
-
-  /// Runs shell text in which PROGRAM stands for the program.
-  ProgramResult shell(const std::string& text) const {
-    constexpr int kLongestRun = 10;
-    const std::string program = std::string("PROGRAM='") + RVF_PROGRAM + "'; ";
-    return runProgram({"/bin/sh", "-c", program + text}, folder_.path(), kLongestRun);
-  }
-  ProgramResult run(const std::string& arguments = "") const {
-    return shell("exec \"$PROGRAM\" " + arguments);
+  /// Runs with the outputs of the run before removed.
+  ProgramResult runAnew(const std::string& arguments) const {
+    shell("rm -f Differenced.dat PlenarixMessages.dat");
+    return run(arguments);
   }
   ProgramResult runUnder(const Faults& faults, std::vector<std::string> arguments = {}) const {
     arguments.insert(arguments.begin(), RVF_PROGRAM);
-    return runWithFaults(faults, arguments, folder_.path());
+    return runWithFaults(faults, arguments, path());
   }
 
-  /// The return code that the message file ends with.
-  std::string reported() const {
-    if (!folder_.has("PlenarixMessages.dat")) return kNoReport;
-    const std::string text = folder_.read("PlenarixMessages.dat");
-    const std::string label = "Return Code";
-    const std::size_t at = text.find(label);
-    return at == text.npos ? kNoEnd : std::to_string(std::stoi(text.substr(at + label.size())));
-  }
-  bool differenceIsComplete() const {
-    return folder_.has("Differenced.dat") &&
-           DifferenceBytes(folder_.read("Differenced.dat")).isComplete();
-  }
   void expectTrueResult(const ProgramResult& result) const {
     EXPECT_EQ(result.status, kTrueStatus) << result.err;
-    EXPECT_EQ(reported(), kTrueReport);
+    EXPECT_EQ(report(), "2176") << "Text and Content";
     EXPECT_TRUE(differenceIsComplete());
   }
 
-  /// The bytes of all files, by name; a link to a file counts as one.
-  std::map<std::string, std::string> contents() const {
-    std::map<std::string, std::string> bytes;
-    for (const auto& entry : fs::directory_iterator(folder_.path())) {
-      const std::string name = entry.path().filename();
-      if (entry.is_regular_file()) bytes[name] = folder_.read(name);
-    }
-    return bytes;
-  }
-
   static constexpr int kTrueStatus = 128;
-  static constexpr const char* kTrueReport = "2176";  // Text and Content
-  static constexpr const char* kNoReport = "no message file";
-  static constexpr const char* kNoEnd = "no closing report";
-  TempFolder folder_;
+  static constexpr const char* kMessageFileLine =
+      " ****** There was an error opening the Message File named ";
+  static constexpr const char* kCatalogue =
+      "// messages of these tests\n"
+      "#define MESS_SYMB_VER 1602008\n"
+      "#define OPTION 1019 // E|0|0|Option |1|\n"
+      "#define SINK 1806 // S|0|0|Report |1|: |2|\n"
+      "#define ARCHIVE 1811 // S|0|0|Output |1|: |2|\n"
+      "#define READ 1822 // S|0|0|Reading |2|: |3|\n"
+      "#define CLOSE 1848 // S|0|0|Closing |1|: |2|\n"
+      "#define UNUSABLE 1903 // S|0|0|File |1|: |2|\n"
+      "#define TOO_NEW 2564 // S|0|0|Record |1| |2|, known |3|\n"
+      "#define DAMAGED 9042 // S|0|0|Damage: |1|\n";
 };
 
-constexpr const char* kUnusable = "QZ001903S (1) File ";
-constexpr const char* kMessageFileLine =
-    " ****** There was an error opening the Message File named ";
-
-TEST_F(Surroundings, DoNotDisturbAnOrdinaryRun) { expectTrueResult(run()); }
-
-// Devices and FIFOs in the place of files
-
-struct OddFile {
-  const char* name;
-  const char* prepare;
-  const char* arguments;
-  std::string told;    // on standard error
-  const char* report;  // what the message file ends with
-
-  friend std::ostream& operator<<(std::ostream& out, const OddFile& c) { return out << c.name; }
-};
-
-class OddFiles : public Surroundings, public testing::WithParamInterface<OddFile> {};
-
-TEST_P(OddFiles, EndTheRunAtOnce) {
-  const OddFile& c = GetParam();
-  shell(c.prepare);
-
-  const ProgramResult result = run(c.arguments);
-
-  EXPECT_EQ(result.status, 255);
-  EXPECT_EQ(result.err, c.told);
-  EXPECT_EQ(reported(), c.report);
-  EXPECT_FALSE(folder_.has("Differenced.dat"));
+std::string filledIn(std::string text, const std::string& path) {
+  const std::size_t at = text.find('@');
+  return at == text.npos ? text : text.replace(at, 1, path);
 }
 
-const OddFile kOddFiles[] = {
-    {"FirstIsNull", "", "-COMPARE=/dev/null,RVF2.rvf",
-     kUnusable + std::string("/dev/null: Not a regular file\n"), "-1"},
-    {"SecondHasNoEnd", "", "-COMPARE=RVF1.rvf,/dev/zero",
-     kUnusable + std::string("/dev/zero: Not a regular file\n"), "-1"},
-    {"FirstIsFifo", "mkfifo pipe", "-COMPARE=pipe,RVF2.rvf",
-     kUnusable + std::string("pipe: Not a regular file\n"), "-1"},
-    {"SecondIsLinkToFifo", "mkfifo pipe; ln -s pipe link", "-COMPARE=RVF1.rvf,link",
-     kUnusable + std::string("link: Not a regular file\n"), "-1"},
-    {"ControlFileIsFifo", "mkfifo pipe", "-CONTROLFILE=pipe",
-     "rvfcompare: control file pipe: Not a regular file\n", "no message file"},
-    {"ControlFileHasNoEnd", "", "-CONTROLFILE=/dev/zero",
-     "rvfcompare: control file /dev/zero: Not a regular file\n", "no message file"},
-    {"NobodyReadsTheMessageFile", "mkfifo pipe", "-MESSAGEFILE=pipe",
-     "rvfcompare: message file pipe: No such device or address\n", "no message file"},
-    {"NobodyReadsTheDifferenceFile", "mkfifo pipe", "-DIFFERENCEFILE=pipe",
-     kUnusable + std::string("pipe: No such device or address\n"), "-1"},
-};
+TEST_F(Surroundings, UnusableFilesEndTheRunAtOnce) {
+  struct Unusable {
+    const char* path;
+    const char* whyNotRead;
+    const char* whyNotWritten;  // null: it can be
+  };
+  const Unusable files[] = {
+      {"none/file", "No such file or directory", "No such file or directory"},
+      {"none/\xFF\xC3\xA4", "No such file or directory", "No such file or directory"},
+      {"folder", "Is a directory", "Is a directory"},
+      {"pipe", "Not a regular file", "No such device or address"},
+      {"link", "Not a regular file", "No such device or address"},
+      {"/dev/null", "Not a regular file", nullptr},
+      {"/dev/zero", "Not a regular file", nullptr},
+  };
+  struct Place {
+    const char* arguments;  // with @ for the path
+    const char* told;
+    const char* report;
+    bool isRead;
+  };
+  const Place places[] = {
+      {"-COMPARE=@,RVF2.rvf", "QZ001903S (1) File @: ", "-1", true},
+      {"-COMPARE=RVF1.rvf,@", "QZ001903S (1) File @: ", "-1", true},
+      {"-CONTROLFILE=@", "rvfcompare: control file @: ", kNoReport, true},
+      {"-DIFFERENCEFILE=@", "QZ001903S (1) File @: ", "-1", false},
+      {"-MESSAGEFILE=@", "rvfcompare: message file @: ", kNoReport, false},
+  };
+  shell("mkfifo pipe; ln -s pipe link");
+  for (const auto& [path, whyNotRead, whyNotWritten] : files) {
+    for (const auto& [arguments, told, expected, isRead] : places) {
+      const char* reason = isRead ? whyNotRead : whyNotWritten;
+      if (reason == nullptr) continue;
+      SCOPED_TRACE(filledIn(arguments, path));
+      const ProgramResult result = runAnew(filledIn(arguments, path));
+      EXPECT_EQ(result.status, 255);
+      EXPECT_EQ(result.err, filledIn(told, path) + reason + "\n");
+      EXPECT_EQ(result.out.empty(), isRead || report() != kNoReport) << result.out;
+      EXPECT_EQ(report(), expected);
+      EXPECT_FALSE(has(differenceName));
+    }
+  }
+}
 
-INSTANTIATE_TEST_SUITE_P(Places, OddFiles, testing::ValuesIn(kOddFiles),
-                         [](const auto& info) { return std::string(info.param.name); });
+TEST_F(Surroundings, EveryEndOfARun) {
+  CaptureFields otherResolution;
+  otherResolution.resolution = 600;
+  PageFields newer = page({});
+  newer.body->list.version = kNewestList + 1;
+  write("other.rvf", writeCapture(otherResolution).bytes);
+  write("newer.rvf", writeCapture(captureOf({newer})).bytes);
+  write("order1.rvf", onePage({text({.text = u"a"}), text({.text = u"b"})}));
+  write("order2.rvf", onePage({text({.text = u"b"}), text({.text = u"a"})}));
+  write("cut.rvf", smallestCapture(false).substr(0, 32));  // ends where its index should be
+  write("empty.rvf", "");
+  write("mark.ctl", "\xFE\xFF-SIMPLERETURN\n");
+  write("bad.ctl", "-SIMPLERETURN\n-P\xD6S_TOLERANCE=5\n-FOO\n");
+  struct Row {
+    const char* arguments;
+    int status;
+    std::string report;
+    char difference = 'E';  // empty, complete (C) or not there (N)
+    std::string told = "";  // on standard error, in front of the usage
+  };
+  const std::string unusable = "QZ001903S (1) File ";
+  const Row rows[] = {
+      {"-COMPARE=RVF1.rvf,RVF1.rvf", 0, "0", 'C'},
+      {"-COMPARE=order1.rvf,order2.rvf -SIMPLERETURN", 0, "129", 'C'},
+      {"-COMPARE=RVF1.rvf,other.rvf", 16, "2097152"},
+      {"-COMPARE=RVF1.rvf,other.rvf /simplereturn", 1, "2097152"},
+      {"-COMPARE=RVF1.rvf,cut.rvf", 255, unusable + "cut.rvf: Invalid RVF\n-1"},
+      {"-COMPARE=empty.rvf,cut.rvf -SIMPLERETURN", 255, unusable + "empty.rvf: Invalid RVF\n-1"},
+      // Nothing is closed: no closing report, and the difference file's bytes are lost.
+      {"-COMPARE=newer.rvf,newer.rvf", 255, kNoEnd, 'E',
+       "QZ002564S (1) Record DRAWLIST 108, known 107\n"},
+      {"-COMPARE=RVF1.rvf,", 255, "-1", 'N', "QZ001903S (1) File |1|: |2|\n"},
+      {"word -FOO=1 '' 2 -COMPARE=a -CONTROLFILE=none", 255, kNoReport, 'N',
+       "QZ001019E (1) Option word\nQZ001019E (2) Option -FOO=1  2\n"
+       "QZ001019E (3) Option -COMPARE=a\n"},
+      {"-CONTROLFILE=mark.ctl -CONTROLFILEENCODING=UTF8 -CONTROLFILE=none", 255, kNoReport, 'N',
+       "rvfcompare: control file mark.ctl: Incorrect Byte-Order Mark Found in UTF Encoded File\n"},
+      {"-CONTROLFILE=bad.ctl", 255, "-1", 'N', "QZ001019E (1) Option -Pd6S_TOLERANCE=5\n"},
+      {"-DIFFERENCEFILE=/dev/full", 255,
+       "QZ001811S (1) Output /dev/full: No space left on device\n2176", 'N'},
+      {"-MESSAGEFILE=/dev/full", 255, kNoReport, 'C',
+       "QZ001806S (1) Report /dev/full: No space left on device\n"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.arguments);
+    const ProgramResult result = runAnew(row.arguments);
+    EXPECT_EQ(result.status, row.status);
+    EXPECT_EQ(report(), row.report);
+    EXPECT_EQ(result.err.substr(0, result.err.find("usage")), row.told);
+    EXPECT_EQ(has(differenceName), row.difference != 'N');
+    EXPECT_EQ(readIfThere(differenceName).empty(), row.difference != 'C');
+    EXPECT_EQ(differenceIsComplete(), row.difference == 'C');
+  }
+}
 
 TEST_F(Surroundings, CatalogueThatIsFifoIsPassedOver) {
+  expectTrueResult(run());
   shell("rm MsgResource_en-us.dat; mkfifo MsgResource_en-us.dat");
   expectTrueResult(run());
 }
 
 TEST_F(Surroundings, OutputsMayGoToWhoeverReads) {
   const ProgramResult result = shell(
-      "mkfifo pipe; exec 3<>pipe; \"$PROGRAM\" -DIFFERENCEFILE=pipe -MESSAGEFILE=/dev/stdout;"
-      "status=$?; dd bs=4096 count=1 <&3 >copy 2>&-; exit $status");
+      "mkfifo pipe; exec 3<>pipe; \"$P\" -DIFFERENCEFILE=pipe -MESSAGEFILE=/dev/stdout;"
+      "status=$?; dd bs=4096 count=1 <&3 >Differenced.dat 2>&-; exit $status");
   EXPECT_EQ(result.status, kTrueStatus) << result.err;
-  EXPECT_TRUE(DifferenceBytes(folder_.read("copy")).isComplete());
+  EXPECT_TRUE(differenceIsComplete());
   EXPECT_NE(result.out.find("Return Code"), std::string::npos);
-}
 
-// Outputs in the place of what the run reads
-
-struct Clash {
-  const char* name;
-  const char* prepare;
-  const char* output;   // where the output is to go
-  const char* options;  // of the run, beside it
-  const char* what;     // what it would destroy
-
-  friend std::ostream& operator<<(std::ostream& out, const Clash& c) { return out << c.name; }
-};
-
-class Clashes : public Surroundings, public testing::WithParamInterface<Clash> {
- protected:
-  std::string reason() const {
-    return std::string(GetParam().output) + ": It is also " + GetParam().what + " of this run\n";
-  }
-  std::string argumentsFor(const std::string& option) const {
-    return std::string(GetParam().options) + " -" + option + "=" + GetParam().output;
-  }
-};
-
-TEST_P(Clashes, MessageFileDestroysNothing) {
-  shell(GetParam().prepare);
-  const auto before = contents();
-
-  const ProgramResult result = run(argumentsFor("MESSAGEFILE"));
-
-  EXPECT_EQ(result.status, 255);
-  EXPECT_EQ(result.out, kMessageFileLine + std::string(GetParam().output) + " *****\n");
-  EXPECT_EQ(result.err, "rvfcompare: message file " + reason());
-  EXPECT_TRUE(contents() == before);
-}
-
-TEST_P(Clashes, DifferenceFileDestroysNothing) {
-  shell(GetParam().prepare);
-  const auto before = contents();
-
-  const ProgramResult result = run(argumentsFor("DIFFERENCEFILE"));
-
-  EXPECT_EQ(result.status, 255);
-  EXPECT_NE(result.err.find("It is also " + std::string(GetParam().what)), std::string::npos);
-  EXPECT_NE(result.err.find(GetParam().output), std::string::npos);
-  EXPECT_EQ(reported(), "-1");
-  auto after = contents();
-  after.erase("PlenarixMessages.dat");
-  EXPECT_TRUE(after == before);
-}
-
-const Clash kClashes[] = {
-    {"FirstInput", "", "RVF1.rvf", "", "an input"},
-    {"SecondInput", "", "RVF2.rvf", "", "an input"},
-    {"OtherSpelling", "", "folder/.././/RVF1.rvf", "", "an input"},
-    {"AbsolutePath", "", "/proc/self/cwd/RVF1.rvf", "", "an input"},
-    {"SymbolicLink", "ln -s RVF1.rvf link", "link", "", "an input"},
-    {"LinkToLink", "ln -s RVF1.rvf link; ln -s link other", "other", "", "an input"},
-    {"HardLink", "ln RVF2.rvf link", "link", "", "an input"},
-    {"LinkToFolder", "ln -s . here", "here/RVF2.rvf", "", "an input"},
-    {"InputIsLink", "ln -s RVF1.rvf link", "RVF1.rvf", "-COMPARE=link,RVF2.rvf", "an input"},
-    {"ControlFile", "", "c.ctl", "-CONTROLFILE=c.ctl", "a control file"},
-    {"NestedControlFile", "echo -CONTROLFILE=c.ctl >d.ctl; ln c.ctl link", "link",
-     "-CONTROLFILE=d.ctl", "a control file"},
-    {"Catalogue", "", "MsgResource_en-us.dat", "", "the message catalogue"},
-    {"LinkToCatalogue", "ln -s MsgResource_en-us.dat link", "link", "", "the message catalogue"},
-    {"PlaceOfCatalogue", "rm MsgResource_en-us.dat", "MsgResource_en-us.dat", "",
-     "the message catalogue"},
-};
-
-INSTANTIATE_TEST_SUITE_P(Outputs, Clashes, testing::ValuesIn(kClashes),
-                         [](const auto& info) { return std::string(info.param.name); });
-
-TEST_F(Surroundings, OutputsMustNotBeOneFile) {
-  struct Row {
-    const char* prepare;
-    const char* messages;
-    const char* difference;
-  };
-  const Row rows[] = {
-      {"", "new", "new"},
-      {"", "new", "./new"},
-      {"echo old >old", "old", "old"},
-      {"ln old link", "link", "old"},
-      {"ln -s new dangling", "dangling", "new"},
-      {"ln -s . here; ln -s here/new far", "far", "folder/../dangling"},
-      {"mkfifo pipe", "pipe", "pipe"},
-  };
-  for (const Row& row : rows) {
-    shell(row.prepare);
-    const auto before = contents();
-    const ProgramResult result =
-        run(std::string("-MESSAGEFILE=") + row.messages + " -DIFFERENCEFILE=" + row.difference);
-    EXPECT_EQ(result.status, 255);
-    EXPECT_EQ(result.out, kMessageFileLine + std::string(row.messages) + " *****\n");
-    EXPECT_EQ(result.err, std::string("rvfcompare: message file ") + row.messages +
-                              ": It is also the difference file of this run\n");
-    EXPECT_TRUE(contents() == before) << row.messages;
-  }
-}
-
-TEST_F(Surroundings, WhatIsSharedWithoutLoss) {
   EXPECT_EQ(run("-MESSAGEFILE=/dev/null -DIFFERENCEFILE=/dev/null").status, kTrueStatus);
-  EXPECT_EQ(run("-COMPARE=RVF1.rvf,RVF1.rvf").status, 0);
-  shell("ln -s new dangling");
+  shell("rm Differenced.dat; ln -s Differenced.dat dangling");
   EXPECT_EQ(run("-DIFFERENCEFILE=dangling").status, kTrueStatus);
-  EXPECT_TRUE(DifferenceBytes(folder_.read("new")).isComplete());
+  EXPECT_TRUE(differenceIsComplete());
+}
+
+TEST_F(Surroundings, OutputsDestroyNothing) {
+  struct Clash {
+    const char* prepare;
+    std::string output;         // where the output is to go
+    std::string what;           // what it would destroy
+    std::string options = " ";  // of the run, beside it
+  };
+  const Clash clashes[] = {
+      {"", "RVF1.rvf", "an input"},
+      {"", "RVF2.rvf", "an input"},
+      {"", "folder/.././/RVF1.rvf", "an input"},
+      {"", "/proc/self/cwd/RVF1.rvf", "an input"},
+      {"ln -s RVF1.rvf link", "link", "an input"},
+      {"ln -s link other", "other", "an input"},
+      {"ln RVF2.rvf hard", "hard", "an input"},
+      {"ln -s . here", "here/RVF2.rvf", "an input"},
+      {"", "RVF1.rvf", "an input", "-COMPARE=link,RVF2.rvf "},
+      {"", "c.ctl", "a control file", "-CONTROLFILE=c.ctl "},
+      {"echo -CONTROLFILE=c.ctl >d.ctl", "c.ctl", "a control file", "-CONTROLFILE=d.ctl "},
+      {"", "MsgResource_en-us.dat", "the message catalogue"},
+      {"ln -s MsgResource_en-us.dat texts", "texts", "the message catalogue"},
+      {"rm MsgResource_en-us.dat", "MsgResource_en-us.dat", "the message catalogue"},
+      {"", "new", "the difference file", "-DIFFERENCEFILE=new "},
+      {"", "new", "the difference file", "-DIFFERENCEFILE=./new "},
+      {"echo old >old", "old", "the difference file", "-DIFFERENCEFILE=old "},
+      {"ln old both", "both", "the difference file", "-DIFFERENCEFILE=old "},
+      {"ln -s new dangling", "dangling", "the difference file", "-DIFFERENCEFILE=new "},
+      {"ln -s here/new far", "far", "the difference file", "-DIFFERENCEFILE=folder/../dangling "},
+      {"mkfifo pipe", "pipe", "the difference file", "-DIFFERENCEFILE=pipe "},
+  };
+  for (const auto& [prepare, output, what, options] : clashes) {
+    SCOPED_TRACE(options + output);
+    shell(prepare);
+    const auto before = files();
+    const std::string reason = "It is also " + what + " of this run\n";
+
+    ProgramResult result = run(options + "-MESSAGEFILE=" + output);
+    EXPECT_EQ(result.status, 255);
+    EXPECT_EQ(result.out, kMessageFileLine + output + " *****\n");
+    EXPECT_EQ(result.err, "rvfcompare: message file " + output + ": " + reason);
+    EXPECT_TRUE(files() == before);
+
+    if (what == "the difference file") continue;
+    result = run(options + "-DIFFERENCEFILE=" + output);
+    EXPECT_EQ(result.status, 255);
+    EXPECT_NE(result.err.find(output), std::string::npos);
+    EXPECT_NE(result.err.find("It is also " + what), std::string::npos);
+    EXPECT_EQ(report(), "-1");
+    shell("rm PlenarixMessages.dat");
+    EXPECT_TRUE(files() == before);
+  }
 }
 
 // Two files that have lost the same page: without severities they would be identical.
 TEST_F(Surroundings, LossCountsWithoutCatalogueToo) {
   PageFields lost = page({line()});
   lost.filePosition = 1000000;
-  folder_.write("RVF1.rvf", writeCapture(captureOf({page({line()}), lost})).bytes);
+  write("RVF1.rvf", writeCapture(captureOf({page({line()}), lost})).bytes);
   for (const std::string catalogue : {kCatalogue, "no catalogue\n"}) {
-    folder_.write("MsgResource_en-us.dat", catalogue);
+    write("MsgResource_en-us.dat", catalogue);
     EXPECT_EQ(run("-COMPARE=RVF1.rvf,RVF1.rvf").status, 255) << catalogue;
   }
 }
 
-// A system that is closed, full, slow or changing
-
-TEST_F(Surroundings, ClosedStreamsDoNotCount) {
-  for (const std::string redirections : {">&-", "2>&-", "<&-", "<&- >&- 2>&-"}) {
+TEST_F(Surroundings, StandardStreamsDoNotCount) {
+  for (const std::string redirections :
+       {"> /dev/full", ">&-", "2>&-", "<&-", "<&- >&- 2>&-", "2> /dev/full"}) {
     SCOPED_TRACE(redirections);
     expectTrueResult(run(redirections));
     EXPECT_EQ(run("-COMPARE=RVF1.rvf,none " + redirections).status, 255);
-    EXPECT_EQ(reported(), "-1");
+    EXPECT_EQ(report(), "-1");
   }
+  expectTrueResult(shell("{ \"$P\"; echo $? >status; } | true; exit $(cat status)"));
 }
 
 // The limit counts in units of 512 bytes. The report is longer than one, the difference file of the
-// second run than two.
+// second run than eight.
 TEST_F(Surroundings, FullDisk) {
-  const ProgramResult noReport = shell("ulimit -f 1; exec \"$PROGRAM\"");
+  const ProgramResult noReport = shell("ulimit -f 1; exec \"$P\"");
   EXPECT_EQ(noReport.status, 255);
-  EXPECT_NE(noReport.err.find("QZ001806S (1) Report PlenarixMessages.dat: File too large"),
-            std::string::npos);
-  EXPECT_EQ(reported(), kNoEnd);
+  EXPECT_EQ(noReport.err, "QZ001806S (1) Report PlenarixMessages.dat: File too large\n");
+  EXPECT_EQ(report(), kNoEnd);
 
-  std::vector<PageFields> pages(2000);
-  folder_.write("RVF1.rvf", writeCapture(captureOf(pages)).bytes);
-  folder_.write("RVF2.rvf", writeCapture(captureOf(pages)).bytes);
-  const ProgramResult noResult = shell("ulimit -f 8; exec \"$PROGRAM\"");
+  const std::string pair = writeCapture(captureOf(std::vector<PageFields>(2000))).bytes;
+  write("RVF1.rvf", pair);
+  write("RVF2.rvf", pair);
+  const ProgramResult noResult = shell("ulimit -f 8; exec \"$P\"");
   EXPECT_EQ(noResult.status, 255);
   EXPECT_EQ(noResult.err, "");
-  EXPECT_NE(folder_.read("PlenarixMessages.dat")
-                .find("QZ001811S (1) Output Differenced.dat: File too large"),
-            std::string::npos);
+  EXPECT_EQ(report(), "QZ001811S (1) Output Differenced.dat: File too large\n0");
   EXPECT_FALSE(differenceIsComplete());
 }
 
@@ -328,17 +295,16 @@ TEST_F(Surroundings, ShortAndInterruptedCallsGoOn) {
 // What a network drive keeps back comes out when the file is closed.
 TEST_F(Surroundings, BytesLostAtTheCloseFailTheRun) {
   if (!canInjectFaults()) GTEST_SKIP() << "a build with sanitizers";
-  const ProgramResult result = runUnder({{"CALL", "close"}, {"AT", "1"}, {"FOR", "on"}});
-  EXPECT_EQ(result.status, 255);
-  EXPECT_NE(folder_.read("PlenarixMessages.dat").find("QZ001848S"), std::string::npos);
+  EXPECT_EQ(runUnder({{"CALL", "close"}, {"AT", "1"}, {"FOR", "on"}}).status, 255);
+  EXPECT_NE(report().find("QZ001848S (2) Closing Differenced.dat: "), std::string::npos);
 }
 
 // Every byte of these files counts, so a run that misses one has no result. Two files that have
 // lost the same are not identical.
 TEST_F(Surroundings, InputThatShrinksIsDamage) {
   if (!canInjectFaults()) GTEST_SKIP() << "a build with sanitizers";
-  const auto size = static_cast<int>(fs::file_size(path("RVF1.rvf")));
-  ASSERT_EQ(fs::file_size(path("RVF2.rvf")), fs::file_size(path("RVF1.rvf")));
+  const auto size = static_cast<int>(read("RVF1.rvf").size());
+  ASSERT_EQ(read("RVF2.rvf").size(), read("RVF1.rvf").size());
   for (int length = 0; length <= size;
        length += length < size - 1 ? std::min(211, size - 1 - length) : 1) {
     for (const std::string file : {"RVF1.rvf", "RVF2.rvf", ".rvf"}) {

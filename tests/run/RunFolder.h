@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/DifferenceBytes.h"
+#include "support/RunProgram.h"
+#include "support/TempFolder.h"
+
+namespace rvf::test {
+
+/// The working directory of a run, with the command line of the run and what it leaves.
+class RunFolder : public TempFolder {
+ public:
+  /// Empty, or a copy of a folder of the reference.
+  explicit RunFolder(const std::string& reference = "") {
+    if (reference.empty()) return;
+    std::filesystem::copy(std::filesystem::path(RVF_REFERENCE_DIR) / reference, path());
+    std::istringstream arguments(read("arguments"));
+    for (std::string line; std::getline(arguments, line);) command.push_back(line);
+    std::istringstream outputs(read("outputs"));
+    for (std::string kind; std::getline(outputs, kind, '\t');) {
+      std::getline(outputs, kind == "messages" ? messagesName : differenceName);
+    }
+  }
+
+  /// Runs shell text in which $P is the program. What takes ten seconds is killed.
+  ProgramResult shell(const std::string& text) const {
+    return runProgram({"/bin/sh", "-c", "P='" RVF_PROGRAM "'; " + text}, path(), 10);
+  }
+  ProgramResult run(const std::string& arguments = "") const {
+    return shell("exec \"$P\" " + arguments);
+  }
+
+  std::string readIfThere(const std::string& name) const { return has(name) ? read(name) : ""; }
+  bool differenceIsComplete() const {
+    return DifferenceBytes(readIfThere(differenceName)).isComplete();
+  }
+  /// What the message file tells, in whatever encoding: its numbered messages, then the return code
+  /// of the closing report.
+  std::string report() const {
+    if (!has(messagesName)) return kNoReport;
+    std::string text = read(messagesName);
+    std::erase(text, '\0');
+    std::istringstream lines(text);
+    std::string messages, end = kNoEnd;
+    for (std::string line; std::getline(lines, line, '\r'); lines.ignore()) {
+      const std::string label = "Return Code";
+      const std::size_t at = line.find(label);
+      if (line.starts_with("QZ")) messages += line + "\n";
+      if (at != line.npos) end = std::to_string(std::atoi(line.c_str() + at + label.size()));
+    }
+    return messages + end;
+  }
+  bool hasClosingReport() const { return has(messagesName) && !report().ends_with(kNoEnd); }
+
+  /// The bytes of all files, by name; a link to a file counts as one.
+  std::map<std::string, std::string> files() const {
+    std::map<std::string, std::string> bytes;
+    for (const auto& entry : std::filesystem::directory_iterator(path())) {
+      const std::string name = entry.path().filename();
+      if (entry.is_regular_file()) bytes[name] = read(name);
+    }
+    return bytes;
+  }
+
+  static constexpr const char* kNoReport = "no message file";
+  static constexpr const char* kNoEnd = "no closing report";
+  std::vector<std::string> command = {RVF_PROGRAM};
+  std::string differenceName = "Differenced.dat", messagesName = "PlenarixMessages.dat";
+};
+
+}  // namespace rvf::test
