@@ -40,7 +40,7 @@ struct ByteWriter {
   ByteWriter& i32(auto... values) { return put(4, values...); }
   ByteWriter& u32(auto... values) { return put(4, values...); }
   ByteWriter& i64(auto... values) { return put(8, values...); }
-  ByteWriter& f64(auto... values) { return i64(std::bit_cast<std::int64_t>(values)...); }
+  ByteWriter& f64(auto... values) { return i64(std::bit_cast<std::int64_t>(double(values))...); }
   ByteWriter& raw(std::string_view block) { return bytes += block, *this; }
 
   /// Records that write themselves, as version `v` has them.
