@@ -2,7 +2,6 @@
 
 #include "compare/CompareFixture.h"
 #include "support/FrozenText.h"
-#include "text/NativeText.h"
 
 namespace rvf::test {
 namespace {
@@ -22,13 +21,13 @@ std::string shown(const LoadedCapture& file) {
     while (file.context.FindStatic(type, count) != nullptr) count += 1;
     text << ' ' << count;
   }
-  text << "\n  label " << toNative(r.fileLabel.view()) << ", dates " << r.firstDate.value << ' '
+  text << "\n  label " << quoted(r.fileLabel.view()) << ", dates " << r.firstDate.value << ' '
        << r.firstDate.status << ' ' << r.secondDate.value << ' ' << r.secondDate.status << "\n";
   for (const CustomerRecord& c : r.customers) {
-    text << "  customer \"" << toNative(c.id.view()) << "\", characters " << c.id.length()
-         << ", lead " << c.leadValue << ", pages " << c.pageCount << "\n";
+    text << "  customer " << quoted(c.id.view()) << ", lead " << c.leadValue << ", pages "
+         << c.pageCount << "\n";
     for (const PageRecord& p : c.pages) {
-      text << "    page \"" << toNative(p.name.view()) << "\", lead " << p.leadValue << ", at "
+      text << "    page " << quoted(p.name.view()) << ", lead " << p.leadValue << ", at "
            << p.filePosition << ", tail " << p.tailValue << "\n";
     }
   }

@@ -50,12 +50,7 @@ struct Shown {
   }
   static std::string of(f64 value) { return std::to_string(value); }
   static std::string of(const eString& text) { return of(text.view()); }
-  static std::string of(std::u16string_view text) {
-    std::string quoted;
-    for (const char16_t unit : text) quoted += isPlain(unit) ? char(unit) : '?';
-    std::ranges::replace(quoted, '\0', '|');
-    return '"' + quoted + '"';
-  }
+  static std::string of(std::u16string_view text) { return quoted(text); }
   template <class T>
   static std::string of(const std::unique_ptr<T>& owned) {
     return owned == nullptr ? "none" : of(*owned);
@@ -91,9 +86,6 @@ struct Shown {
     const std::span words(block.at<u32>(offset), size / 4);
     return row("payload", words, std::span(block.at<u8>(offset + 4 * words.size()), size % 4));
   }
-
- private:
-  static bool isPlain(char16_t unit) { return unit == 0 || (unit >= u' ' && unit <= u'~'); }
 };
 
 inline Rows imageRows(const DrawPart& part) {

@@ -29,6 +29,18 @@ inline void expectFrozen(std::string_view name, const std::string& actual) {
   }
 }
 
+inline bool isPlain(char16_t unit) { return unit == 0 || (unit >= u' ' && unit <= u'~'); }
+
+/// "|" stands for a zero; a character that is not of ASCII is its number.
+inline std::string quoted(std::u16string_view text) {
+  std::string quoted = "\"";
+  for (const char16_t unit : text) {
+    const std::string plain(1, unit == 0 ? '|' : static_cast<char>(unit));
+    quoted += isPlain(unit) ? plain : "<" + std::to_string(unit) + ">";
+  }
+  return quoted + '"';
+}
+
 /// An object in lines, each of which starts with its name.
 using Rows = std::vector<std::string>;
 
