@@ -1,40 +1,112 @@
 #include "capture/RvfReader.h"
 
-#include <gtest/gtest.h>
+#include "compare/CompareFixture.h"
+#include "support/FrozenText.h"
 
-#include <string>
-#include <vector>
-
-#include "storage/MemFile.h"
-#include "support/Capture.h"
-#include "support/Reporting.h"
-
-namespace rvf {
+namespace rvf::test {
 namespace {
 
-using test::ByteWriter;
-using test::kNarrowMagic;
-using test::kNoTag;
-using test::kTrailerMagic;
-using test::kWideMagic;
 using namespace std::string_literals;
 
-/// A file in memory and what a reader makes of it.
-class Loaded {
- public:
-  explicit Loaded(std::string bytes, bool dbcsMode = false)
-      : reader(context, dbcsMode),
-        bytes_(std::move(bytes)),
-        file_(reinterpret_cast<std::byte*>(bytes_.data()), static_cast<i32>(bytes_.size()), 0) {
-    reader.load(file_);
+/// All that a reader has loaded.
+std::string shown(const LoadedCapture& file) {
+  const RvfReader& r = file.reader;
+  if (!r.valid()) return "  not valid\n";
+  std::ostringstream text;
+  text << "  version " << r.version << ", resolution " << r.resolution << ", wide "
+       << file.context.doubleByteText << ", pages " << r.pageCount << ", first "
+       << r.firstPagePosition << ", tables";
+  for (const i32 type : {21, 24, 23, 175}) {
+    i32 count = 0;
+    while (file.context.FindStatic(type, count) != nullptr) count += 1;
+    text << ' ' << count;
   }
-  CompareContext context;
-  RvfReader reader;
+  text << "\n  label " << quoted(r.fileLabel.view()) << ", dates " << r.firstDate.value << ' '
+       << r.firstDate.status << ' ' << r.secondDate.value << ' ' << r.secondDate.status << "\n";
+  for (const CustomerRecord& c : r.customers) {
+    text << "  customer " << quoted(c.id.view()) << ", lead " << c.leadValue << ", pages "
+         << c.pageCount << "\n";
+    for (const PageRecord& p : c.pages) {
+      text << "    page " << quoted(p.name.view()) << ", lead " << p.leadValue << ", at "
+           << p.filePosition << ", tail " << p.tailValue << "\n";
+    }
+  }
+  return text.str();
+}
 
- private:
-  std::string bytes_;
-  eMemFile file_;
+struct Case {
+  std::string name;
+  CaptureFields fields;
+  bool dbcsMode = false;
 };
+
+std::vector<Case> captures() {
+  std::vector<Case> cases;
+  for (const int magic : {kNarrowMagic, kWideMagic, kTrailerMagic, kNarrowMagic + 1, 0}) {
+    for (const int version : {-1, 0, 1, 2, 3, 4}) {
+      for (const bool dbcs : {false, true}) {
+        CaptureFields f{.magic = magic, .version = version, .resolution = 600};
+        f.wide = version < 3 ? dbcs : magic == kWideMagic;
+        f.statics23 = {{}};
+        f.statics175 = {{}, {}};
+        f.customers[0].id = u"Zo";
+        cases.push_back(
+            {"magic " + std::to_string(magic) + (dbcs ? ", double bytes" : ""), f, dbcs});
+      }
+    }
+  }
+  for (const int customerTag : {kNoTag, -101, -102, -103}) {
+    for (const int pageTag : {kNoTag, -101, -102, -104}) {
+      PageFields first{.tailValue = -100, .tag = pageTag};
+      if (pageTag == -104) first.sections = {"", "xyz"};
+      const PageFields second{.name = u"P2", .filePosition = 77, .leadValue = 6, .tailValue = 8};
+      CustomerFields customer{.pages = {first, second}, .leadValue = -100, .tag = customerTag};
+      if (customerTag == -103) customer.sections = {"four"};
+      CaptureFields f{.label = u"label", .firstDate = 1.5, .secondStatus = 0};
+      f.customers = {customer, {.id = u"", .pages = {}}};
+      cases.push_back({"tags " + std::to_string(customerTag) + ' ' + std::to_string(pageTag), f});
+    }
+  }
+  // Text of the other byte order is known by the low byte of the id's first character alone, which
+  // an empty id does not have and U+3000 has by chance.
+  for (const std::u16string& id :
+       {u"\u4300\u3100"s, u""s, u"\u3000a"s, u"C1"s, u"C\0D"s, u"\u4300\0\u3100"s}) {
+    CaptureFields f{.magic = kWideMagic};
+    f.customers[0].id = id;
+    f.customers[0].pages = {{.name = u"\u5000"}, {.name = u"P\0Q"s}, {.name = u""}};
+    cases.push_back({"byte order", f});
+  }
+  CaptureFields f;
+  for (const int count : {0x7FFFFFFF, -1}) {
+    f.customerCount = count;
+    cases.push_back({"customers " + std::to_string(count), f});
+  }
+  f.customerCount.reset();
+  for (const int count : {0x7FFFFFFF, 2}) {
+    f.customers[0].pageCount = count;
+    cases.push_back({"pages " + std::to_string(count), f});
+  }
+  // A customer without pages and with a negative count of them; one with a page makes it a file.
+  f.customers = {{.pages = {}}, {.pages = {}, .pageCount = -5}};
+  cases.push_back({"no page", f});
+  f.customers.push_back({});
+  cases.push_back({"one page", f});
+  return cases;
+}
+
+TEST(RvfReader, LoadsWhatTheFilesHold) {
+  std::string text;
+  for (const Case& c : captures()) {
+    HeldMessages messages;
+    LoadedCapture file(writeCapture(c.fields).bytes, c.dbcsMode);
+    text += c.name + ", version " + std::to_string(c.fields.version) + "\n" + shown(file);
+    for (const CustomerRecord& customer : file.reader.customers) {
+      EXPECT_LE(customer.pages.size(), 3U);  // no room is made for a count alone
+    }
+    if (c.name == "one page") file.reader.loadCurrentPage();  // of the first customer: none
+  }
+  expectFrozen("captures.txt", text);
+}
 
 // The complete file of the format's description, byte by byte.
 const std::string kWorkedExample =
@@ -46,198 +118,57 @@ const std::string kWorkedExample =
     "\x02P1\xFF\xFF\xFF\xFF\x9A\xFF\xFF\xFF\0\0\0\0\x57"
     "\x07\xF0\x42\x57\x07\xF0\x42"s;
 
-TEST(RvfReader, WorkedExample) {
-  ASSERT_EQ(kWorkedExample.size(), 104U - 1);
+TEST(RvfReader, WorkedExampleAndItsDamage) {
+  EXPECT_EQ(smallestCapture(false), kWorkedExample);
   std::string withTrailer = kWorkedExample + "\x20\0\0\0\x4F\x61\xBC\0"s;
   withTrailer.replace(0, 8, "\0\0\0\0\xB1\x7F\x39\x05"s);
-  EXPECT_EQ(test::smallestCapture(false), kWorkedExample);
-  EXPECT_EQ(test::smallestCapture(true), withTrailer);
-  for (const std::string& bytes : {kWorkedExample, withTrailer}) {
-    const Loaded file(bytes);
-    const RvfReader& reader = file.reader;
-    ASSERT_TRUE(reader.valid());
-    EXPECT_EQ(reader.version, 3);
-    EXPECT_EQ(reader.resolution, 300);
-    EXPECT_FALSE(file.context.doubleByteText);
-    EXPECT_TRUE(reader.fileLabel.isEmpty());
-    EXPECT_EQ(reader.firstDate.status, 2);
-    ASSERT_EQ(reader.customerCount, 1);
-    EXPECT_EQ(reader.pageCount, 1);
-    EXPECT_EQ(reader.firstPagePosition, -1);
-    EXPECT_EQ(reader.customers[0].id, eString(u"C1"));
-    ASSERT_EQ(reader.customers[0].pages.size(), 1U);
-    EXPECT_EQ(reader.customers[0].pages[0].name, eString(u"P1"));
-    EXPECT_EQ(reader.customers[0].pages[0].leadValue, 1);
-    EXPECT_EQ(reader.customers[0].pages[0].filePosition, -1);
-  }
-}
-
-TEST(RvfReader, MagicsAndVersions) {
-  struct Row {
-    int magic, version;
-    bool isValid, dbcsMode, isWide;
+  EXPECT_EQ(smallestCapture(true), withTrailer);
+  EXPECT_EQ(shown(LoadedCapture(withTrailer)), shown(LoadedCapture(kWorkedExample)));
+  withTrailer.back() = 1;
+  EXPECT_FALSE(LoadedCapture(withTrailer).reader.valid());
+  const auto isValid = [](std::size_t offset, int word) {
+    std::string bytes = kWorkedExample;
+    bytes.replace(offset, 4, ByteWriter().i32(word).bytes);
+    return LoadedCapture(bytes).reader.valid();
   };
-  const std::vector<Row> rows = {
-      {kNarrowMagic, 3, true, false, false},  {kNarrowMagic, 3, true, true, false},
-      {kWideMagic, 3, true, false, true},     {kTrailerMagic, 3, true, true, false},
-      {kNarrowMagic, 1, true, false, false},  {kNarrowMagic, 2, true, true, true},
-      {kWideMagic, 2, true, false, false},    {kWideMagic, 1, true, true, true},
-      {kTrailerMagic, 2, true, true, true},   {12345678, 3, false, false, false},
-      {12345680, 3, false, false, false},     {0, 3, false, false, false},
-      {0x4F61BC00, 3, false, false, false},   {kNarrowMagic, 0, false, false, false},
-      {kNarrowMagic, 4, false, false, false}, {kTrailerMagic, -1, false, false, false},
-  };
-  for (const Row& row : rows) {
-    test::CaptureFields fields{.magic = row.magic, .version = row.version, .resolution = 600};
-    fields.wide = row.isWide;
-    fields.statics23 = {{}};
-    fields.statics175 = {{}, {}};
-    fields.customers[0].id = u"Zo\u00EB";
-    test::HeldMessages messages;
-    const Loaded file(writeCapture(fields).bytes, row.dbcsMode);
-    ASSERT_EQ(file.reader.valid(), row.isValid) << row.magic << ' ' << row.version;
-    EXPECT_TRUE(messages.take().empty());  // a refusal is the run's to tell
-    if (!row.isValid) continue;
-    EXPECT_EQ(file.context.doubleByteText, row.isWide);
-    EXPECT_EQ(file.reader.resolution, 600);
-    EXPECT_EQ(file.reader.customers[0].id, eString(u"Zo\u00EB"));
-    EXPECT_EQ(file.context.FindStatic(175, 1) != nullptr, row.version >= 2);
+  for (const std::size_t tableCount : {16U, 20U, 24U, 28U}) {
+    EXPECT_FALSE(isValid(tableCount, 0x7FFFFFFF)) << tableCount;
+    EXPECT_TRUE(isValid(tableCount, -1)) << tableCount;  // counts as none
   }
-  std::string wrongTrailer = test::smallestCapture(true);
-  wrongTrailer.replace(wrongTrailer.size() - 4, 4, ByteWriter().i32(kWideMagic).bytes);
-  EXPECT_FALSE(Loaded(wrongTrailer).reader.valid());
-}
-
-TEST(RvfReader, RecordsOfTheIndexInEveryForm) {
-  for (const int customerTag : {kNoTag, -101, -102, -103}) {
-    for (const int pageTag : {kNoTag, -101, -102, -104}) {
-      test::CustomerFields customer{.leadValue = -100, .tag = customerTag};
-      if (customerTag == -103) customer.sections = {"four"};
-      customer.pages[0].tailValue = -100;
-      customer.pages[0].tag = pageTag;
-      if (pageTag == -104) customer.pages[0].sections = {"", "xyz"};
-      customer.pages.push_back({.name = u"P2", .filePosition = 77, .tailValue = 8});
-      const test::CaptureFields fields{.label = u"label",
-                                       .firstDate = 1.5,
-                                       .secondStatus = 0,
-                                       .customers = {customer, {.id = u"", .pages = {}}}};
-      const Loaded file(writeCapture(fields).bytes);
-      ASSERT_TRUE(file.reader.valid()) << customerTag << ' ' << pageTag;
-      EXPECT_EQ(file.reader.fileLabel, eString(u"label"));
-      EXPECT_EQ(file.reader.firstDate.value, 1.5);
-      EXPECT_EQ(file.reader.secondDate.status, 0);
-      EXPECT_EQ(file.reader.customerCount, 2);
-      EXPECT_EQ(file.reader.pageCount, 2);
-      EXPECT_EQ(file.reader.firstPagePosition, -1);
-      const CustomerRecord& found = file.reader.customers[0];
-      EXPECT_EQ(found.leadValue, -100);
-      EXPECT_EQ(found.pages[0].tailValue, -100);
-      EXPECT_EQ(found.pages[1].filePosition, 77);
-      EXPECT_EQ(found.pages[1].tailValue, 8);
-    }
+  for (const int position : {-1, -0x7FFFFFFF, 0x7FFFFFFF, 103, 102}) {
+    EXPECT_FALSE(isValid(0, position)) << position;
   }
-}
-
-TEST(RvfReader, TextOfTheOtherByteOrder) {
-  struct Row {
-    std::u16string id, page, expectedId, expectedPage;
-  };
-  const std::vector<Row> rows = {
-      {u"\u4300\u3100", u"\u5000", u"C1", u"P"},  // swapped in the file
-      {u"", u"\u5000", u"", u"P"},                // quirk: an empty id counts as swapped
-      {u"\u3000a", u"P", u"0\u6100", u"\u5000"},  // quirk: so does a low byte of 0
-      {u"C1", u"\u5000", u"C1", u"\u5000"},
-      {u"C1", u"P\0Q"s, u"C1", u"P"},  // a name ends at its first zero character
-      {u"\u4300\0\u3100"s, u"", u"C", u""},
-  };
-  for (const Row& row : rows) {
-    test::CaptureFields fields{.magic = kWideMagic};
-    fields.customers[0].id = row.id;
-    fields.customers[0].pages[0].name = row.page;
-    const Loaded file(writeCapture(fields).bytes);
-    ASSERT_TRUE(file.reader.valid());
-    EXPECT_EQ(file.reader.customers[0].id.view(), row.expectedId);
-    EXPECT_EQ(file.reader.customers[0].pages[0].name.view(), row.expectedPage);
-  }
-  // An id that was not swapped keeps what is behind a zero character.
-  test::CaptureFields fields{.magic = kWideMagic};
-  fields.customers[0].id = u"C\0D"s;
-  EXPECT_EQ(Loaded(writeCapture(fields).bytes).reader.customers[0].id.length(), 3);
+  EXPECT_FALSE(isValid(kWorkedExample.size() - 4, 0));  // the end mark
 }
 
 TEST(RvfReader, EveryShorterFileIsInvalid) {
-  test::CaptureFields fields = test::captureOf({test::page({test::text(), test::rect()})});
-  fields.statics21 = {{.second = test::ListFields{.parts = {test::line()}}}};
+  CaptureFields fields = captureOf({page({text(), rect()})});
+  fields.statics21 = {{.second = ListFields{.parts = {line()}}}};
   for (const int magic : {kNarrowMagic, kWideMagic, kTrailerMagic}) {
     fields.magic = magic;
     const std::string bytes = writeCapture(fields).bytes;
-    ASSERT_TRUE(Loaded(bytes).reader.valid());
+    ASSERT_TRUE(LoadedCapture(bytes).reader.valid());
     for (std::size_t length = 0; length < bytes.size(); ++length) {
-      ASSERT_FALSE(Loaded(bytes.substr(0, length)).reader.valid()) << length;
+      ASSERT_FALSE(LoadedCapture(bytes.substr(0, length)).reader.valid()) << length;
     }
-  }
-}
-
-TEST(RvfReader, DamagedIndexes) {
-  test::CaptureFields fields;
-  fields.customerCount = 0x7FFFFFFF;
-  EXPECT_FALSE(Loaded(writeCapture(fields).bytes).reader.valid());
-  fields.customerCount = -1;
-  EXPECT_FALSE(Loaded(writeCapture(fields).bytes).reader.valid());
-  fields.customerCount.reset();
-  for (const int pageCount : {0x7FFFFFFF, 2}) {
-    fields.customers[0].pageCount = pageCount;
-    const Loaded file(writeCapture(fields).bytes);
-    EXPECT_FALSE(file.reader.valid());
-    EXPECT_LE(file.reader.customers[0].pages.size(), 2U);  // no room is made for a count alone
-  }
-  const std::string tables = "\xFF\xFF\xFF\x7F"s;
-  for (const std::size_t offset : {16U, 20U, 24U, 28U}) {
-    std::string bytes = test::smallestCapture(false);
-    bytes.replace(offset, 4, tables);
-    EXPECT_FALSE(Loaded(bytes).reader.valid()) << offset;
-    bytes.replace(offset, 4, "\xFF\xFF\xFF\xFF");  // a negative count counts as none
-    EXPECT_TRUE(Loaded(bytes).reader.valid()) << offset;
-  }
-  for (const int position : {-1, -0x7FFFFFFF, 0x7FFFFFFF, 103, 102}) {
-    std::string bytes = test::smallestCapture(false);
-    bytes.replace(0, 4, ByteWriter().i32(position).bytes);
-    EXPECT_FALSE(Loaded(bytes).reader.valid()) << position;
-  }
-  std::string wrongMark = test::smallestCapture(false);
-  wrongMark.back() = 0;
-  EXPECT_FALSE(Loaded(wrongMark).reader.valid());
-  // A customer without pages and with a negative count of them; one with a page makes it a file.
-  fields.customers = {{.pages = {}}, {.pages = {}, .pageCount = -5}};
-  EXPECT_FALSE(Loaded(writeCapture(fields).bytes).reader.valid());
-  fields.customers.push_back({});
-  Loaded file(writeCapture(fields).bytes);
-  ASSERT_TRUE(file.reader.valid());
-  EXPECT_EQ(file.reader.customers[1].pageCount, -5);
-  for (const i32 customer : {0, 1}) {
-    file.reader.currentCustomer = customer;
-    file.reader.loadCurrentPage();  // no page
-    EXPECT_EQ(file.context.pageList.count, 0);
   }
 }
 
 TEST(CustomerRecord, StoredBytesComeBack) {
-  const test::CustomerFields fields{.pages = {{.tailValue = 3}, {.name = u"P2"}}, .leadValue = 9};
+  const CustomerFields fields{.pages = {{.tailValue = 3}, {.name = u"P2"}}, .leadValue = 9};
   ByteWriter expected(true);
   writeCustomer(expected, fields, {-1, 500});
-  eMemFile source(reinterpret_cast<std::byte*>(expected.bytes.data()), expected.size(), 0);
-  eArchive loading(source, eArchive::Mode::kLoad, 64);
+  LoadedBytes loading(expected.bytes);
   CustomerRecord customer;
-  customer.read(loading);
-  EXPECT_FALSE(loading.failed());
+  customer.read(loading.archive);
+  EXPECT_FALSE(loading.archive.failed());
   eMemFile target(16);
   eArchive storing(target, eArchive::Mode::kStore, 64);
   customer.read(storing);
   storing.Close();
-  EXPECT_EQ(std::string(reinterpret_cast<const char*>(target.data()),
-                        static_cast<std::size_t>(target.Tell())),
-            expected.bytes);
+  const auto* start = reinterpret_cast<const char*>(target.data());
+  EXPECT_EQ(std::string(start, static_cast<std::size_t>(target.Tell())), expected.bytes);
 }
 
 }  // namespace
-}  // namespace rvf
+}  // namespace rvf::test

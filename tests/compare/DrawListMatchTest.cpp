@@ -1,94 +1,90 @@
 #include "compare/DrawListMatch.h"
 
-#include <gtest/gtest.h>
-
 #include <map>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "compare/CompareFixture.h"
 #include "pagemodel/TextParts.h"
 #include "pagemodel/VectorParts.h"
+#include "support/FrozenText.h"
 
-namespace rvf {
+namespace rvf::test {
 namespace {
 
-using namespace test;
 using Parts = std::vector<Part>;
 
-Part named(std::u16string name, int x = 10) {
-  return text({.text = std::move(name), .runs = {{.x = x}}});
-}
-const Part kA = named(u"A"), kB = named(u"B"), kC = named(u"C");
+/// A list as one file has it, which may begin with a group.
+struct List {
+  List(std::string listName, const Parts& parts) : name(std::move(listName)) {
+    list = side.list(parts);
+  }
+  List(std::string listName, const Parts& children, Parts behind, int x = 10)
+      : name(std::move(listName)) {
+    behind.insert(behind.begin(), side.group(children, x));
+    list = side.list(behind);
+  }
+  std::string name;
+  Side side;
+  DrawList list;
+};
 
 DiffFlags matched(const DrawList& a, const DrawList& b) {
   DrawList overlay;
   return matchDrawLists(overlay, a, b, false, 0, 0);
 }
 
-TEST(DrawListMatch, ListsAreEqualItemByItem) {
-  Side side;
-  const auto equal = [&side](const Parts& a, const Parts& b) {
-    return listsEqual(side.list(a), side.list(b));
-  };
-  EXPECT_TRUE(equal({}, {}));
-  EXPECT_TRUE(equal({kA, kB}, {kA, kB}));
-  EXPECT_FALSE(equal({kA, kB}, {kB, kA}));
-  EXPECT_FALSE(equal({kA}, {kA, kB}));
-  EXPECT_FALSE(equal({kA, startEnd()}, {kA, startEnd()}));
-  // A group against what equals it without being one: there are no children to compare.
-  Side other;
-  EXPECT_TRUE(listsEqual(side.list({side.group({kA})}), other.list({empty(0)})));
-  EXPECT_FALSE(listsEqual(side.list({side.group({kA})}), other.list({other.group({kB})})));
+TEST(DrawListMatch, ListsAgainstEachOther) {
+  const Part a = text({.text = u"A"}), b = text({.text = u"B"}), c = text({.text = u"C"});
+  const Part filled = rect(), hollow = rect({.noFill = 1, .fillTint = 1});
+  std::deque<List> lists;
+  const auto add = [&lists](const auto&... fields) { lists.emplace_back(fields...); };
+  add("nothing", Parts());
+  add("ABC", Parts{a, b, c});
+  add("BA", Parts{b, a});
+  add("BC", Parts{b, c});
+  add("A, image", Parts{a, image()});
+  add("image, A", Parts{image(), a});
+  add("text, line", Parts{text(), line()});
+  add("other font, other tint", Parts{text({.fontId = 1}), line({.tint = 0})});
+  // The item of the shorter list stands on the left, so with equal counts the order counts.
+  add("filled", Parts{filled});
+  add("hollow", Parts{hollow});
+  add("filled, A", Parts{filled, a});
+  // The second A finds the one that an earlier search has taken, as it stands at its place.
+  add("AA", Parts{a, a});
+  add("CAA", Parts{c, a, a});
+  add("A with flags, CA", Parts{text({.text = u"A", .textFlags = 1}), c, a});
+  // An absorbing part takes what is searched for, which hides that it is another text.
+  add("STARTEND", Parts{startEnd()});
+  add("C, STARTEND, B", Parts{c, startEnd(), b});
+  add("UNKNOWN", Parts{empty(0)});
+  add("reference to nothing", Parts{staticRef({.staticIndex = 9, .x = 99})});
+  // Groups find each other at their place, and within tolerance. The children of the first list
+  // stay first, also if it is the longer one.
+  add("(A)", Parts{a}, Parts());
+  add("(B)", Parts{b}, Parts());
+  add("(B) elsewhere", Parts{b}, Parts(), 11);
+  add("(filled), A", Parts{filled}, Parts{a});
+  add("(hollow)", Parts{hollow}, Parts());
+  // A click area ends the accounting of left-overs and drops what was found before it.
+  add("(A, line, CLICKAREA, rectangle)", Parts{a, line(), clickArea(), filled}, Parts());
+  add("(A, line), C", Parts{a, line()}, Parts{c});
+  std::string text;
+  for (const List& first : lists) {
+    Deltas deltas;
+    for (const List& second : lists) {
+      const std::string bits = std::to_string(matched(first.list, second.list));
+      deltas.add(second.name, {bits + (listsEqual(first.list, second.list) ? " =" : "")});
+    }
+    text += first.name + "\n" + deltas.text();
+  }
+  expectFrozen("lists-matched.txt", text);
 }
 
-/// Two lists and what they earn; `reversed` with the arguments exchanged.
-struct Pair {
-  const char* what;
-  Parts a, b;
-  DiffFlags bits, reversed;
-};
-
-TEST(DrawListMatch, PairsByPlaceThenByFirstFind) {
-  const Part flagged = text({.text = u"A", .textFlags = 1});
-  const Part filled = rect(), hollow = rect({.noFill = 1, .fillTint = 1});
-  const Pair pairs[] = {
-      {"nothing", {}, {}, 0, 0},
-      {"equal", {kA, kB, kC}, {kA, kB, kC}, 0, 0},
-      {"exchanged", {kA, kB}, {kB, kA}, 129, 129},
-      {"an image exchanged", {kA, image()}, {image(), kA}, 129, 129},
-      {"two changes", {text(), line()}, {text({.fontId = 1}), line({.tint = 0})}, 8576, 8576},
-      {"a text more", {kA}, {kA, kB}, 128, 128},
-      {"an image more", {kA}, {kA, image()}, 128 + 4096, 128 + 4096},
-      {"other types more", {}, {kA, line(), rect()}, 128, 128},
-      {"the front removed", {kA, kB, kC}, {kB, kC}, 129, 129},
-      {"changed", {kA, kB}, {kA, kC}, 2176, 2176},
-      {"changed without Content", {text()}, {text({.fontId = 1})}, 8192 + 128, 8192 + 128},
-      {"within tolerance", {text()}, {text({.textFlags = 1})}, 129, 129},
-      // The item of the shorter list stands on the left, so with equal counts the order counts.
-      {"not symmetric", {filled}, {hollow}, 256 + 32768 + 128, 32768 + 128},
-      {"swapped or not", {filled, kA}, {hollow}, 32768 + 128, 32768 + 128},
-      // The second A finds the one that an earlier search has taken, as it stands at its place.
-      {"taken twice", {kA, kA}, {kB, kA}, 129, 2176},
-      {"first one wins", {kC, kA, kA}, {flagged, kC, kA}, 129, 129},
-      // An absorbing part takes what is searched for, which hides that it is another text.
-      {"absorbed", {kA, kB}, {kC, startEnd(), kB}, 129, 129},
-      {"absorbing on the left", {startEnd()}, {kA}, 128, 129},
-      {"identical with an absorbing one", {kA, startEnd()}, {kA, startEnd()}, 129, 129},
-      {"unknown on the right", {kA}, {empty(0)}, 0, 128},
-  };
-  for (const Pair& pair : pairs) {
-    Side side;
-    const DrawList a = side.list(pair.a), b = side.list(pair.b);
-    EXPECT_EQ(matched(a, b), pair.bits) << pair.what;
-    EXPECT_EQ(matched(b, a), pair.reversed) << pair.what;
-  }
-  // As many searches as an index is made for.
-  Parts many, reversed, changed;
-  for (int i = 0; i < 100; ++i) many.push_back(named(u"many", 100 * i));
-  reversed.assign(many.rbegin(), many.rend());
-  changed = reversed;
+TEST(DrawListMatch, ManyPartsAreSearchedThroughAnIndex) {
+  Parts many;
+  for (int i = 0; i < 100; ++i) many.push_back(text({.runs = {{.x = 100 * i}}}));
+  const Parts reversed(many.rbegin(), many.rend());
+  Parts changed = reversed;
   changed[50] = image();
   Side side;
   EXPECT_EQ(matched(side.list(many), side.list(reversed)), 129U);
@@ -96,113 +92,56 @@ TEST(DrawListMatch, PairsByPlaceThenByFirstFind) {
   EXPECT_EQ(matched(side.list(changed), side.list(many)), 129U);
 }
 
-TEST(DrawListMatch, GroupsAreMatchedInside) {
-  const auto group = [](Side& side, Parts children, int x = 10) {
-    return side.group(children, {.x = x});
-  };
-  const Part filled = rect(), hollow = rect({.noFill = 1, .fillTint = 1});
-  const auto expectBits = [](const DrawList& a, const DrawList& b, DiffFlags bits,
-                             DiffFlags reversed) {
-    EXPECT_EQ(matched(a, b), bits);
-    EXPECT_EQ(matched(b, a), reversed);
-  };
-  {  // A changed child: the groups find each other at their place.
-    Side s, t;
-    expectBits(s.list({group(s, {kA})}), t.list({group(t, {kB})}), 129 + 2048, 129 + 2048);
-  }
-  {  // Out of tolerance they do not, so the children of the second are left over too.
-    Side s, t;
-    expectBits(s.list({group(s, {line()})}), t.list({group(t, {line()}, 11)}), 16384 + 128,
-               16384 + 128);
-  }
-  {  // The children of the first list stay first, also if it is the longer one.
-    Side s, t;
-    const DrawList a = s.list({group(s, {filled}), kA}), b = t.list({group(t, {hollow})});
-    expectBits(a, b, 129 + 256 + 32768, 129 + 32768);
-    Side u, v;
-    expectBits(u.list({group(u, {filled})}), v.list({group(v, {hollow})}), 129 + 256 + 32768,
-               129 + 32768);
-  }
-  {  // A group against something else, which in its turn is left over.
-    Side s;
-    expectBits(s.list({group(s, {rect()})}), s.list({image()}), 129 + 4096, 128 + 32768);
-  }
-  {  // Without a list on one side nothing is matched inside.
-    Side s, t;
-    const DrawList without = s.list({line(), staticRef({.x = 99})});
-    const DrawList with = t.list({line({.tint = 0}), group(t, {kA})});
-    expectBits(without, with, 256 + 129 + 2048, 256 + 129);
-  }
-}
-
 TEST(DrawListMatch, ChildrenThatAreLeftOverEarnTheirKind) {
   const std::map<int, DiffFlags> earned = {{1, 2048}, {2, 16384}, {3, 32768}, {4, 32768},
                                            {5, 4096}, {7, 4096},  {30, 1024}, {31, 1024}};
   for (const Part& child : allParts()) {
-    Side side;
     const auto found = earned.find(child.type);
     const DiffFlags bits = 128 | (found == earned.end() ? 0 : found->second);
-    EXPECT_EQ(matched(side.list({}), side.list({side.group({child})})), bits) << child.type;
+    EXPECT_EQ(matched({}, List("", {child}, {}).list), bits) << child.type;
   }
-  Side side;
-  const Parts children = {kA, line(), clickArea(), rect()};
-  DrawList overlay;
-  const DrawList list = side.list({side.group(children), side.group({kA, line()}), staticRef()});
-  EXPECT_EQ(spillChildList(overlay, nullptr, 0, 0, true), 0U);
-  EXPECT_EQ(overlay.contentTally, 0);
-  // A click area ends the accounting and drops what was found before it.
-  EXPECT_EQ(matchDrawLists(overlay, side.list({}), side.list({side.group(children)}), false, 0, 0),
-            128U);
-  EXPECT_EQ(overlay.count, 1 + 3);
-  EXPECT_EQ(overlay.contentTally, 0);
-  EXPECT_EQ(matched(side.list({}), list), 128U + 2048 + 16384);
 }
 
-/// Type and first text position of each part of an overlay: "1@10" or "0".
-std::vector<std::string> contentOf(const DrawList& overlay) {
-  std::vector<std::string> lines;
+/// Type and first position of each part of an overlay: "1@10,20 ", or "0 ".
+std::string contentOf(const DrawList& overlay) {
+  std::string text;
   for (const DrawPart& part : overlay.parts()) {
-    std::string line = std::to_string(static_cast<int>(part.type));
+    text += std::to_string(static_cast<int>(part.type));
     if (part.type == PartType::kText) {
-      line += "@" + std::to_string(textRuns(part)[0].x) + "," + std::to_string(textRuns(part)[0].y);
+      text += "@" + std::to_string(textRuns(part)[0].x) + "," + std::to_string(textRuns(part)[0].y);
     }
-    if (part.type == PartType::kLine) line += "@" + std::to_string(linePoints(part)[0].x);
-    if (part.type == PartType::kStaticRef) line += "@" + std::to_string(part.fields.staticRef.x);
-    lines.push_back(line);
+    if (part.type == PartType::kLine) text += "@" + std::to_string(linePoints(part)[0].x);
+    if (part.type == PartType::kStaticRef) text += "@" + std::to_string(part.fields.staticRef.x);
+    text += " ";
   }
-  return lines;
+  return text;
 }
-using Content = std::vector<std::string>;
 
 TEST(DrawListMatch, OverlayHoldsTheLeftOversOfTheFirstList) {
   Side side;
-  const DrawList a = side.list({kA, kB, side.group({kA})});
-  const DrawList b = side.list({kA, kC, side.group({line(), clickArea(), kB}), line(), image()});
-  const auto overlayOf = [](const DrawList& first, const DrawList& second, bool build) {
+  const Part partA = text(), partB = text({.fontId = 1}), partC = text({.fontId = 2});
+  const DrawList a = side.list({partA, partB, side.group({partA})});
+  const DrawList b =
+      side.list({partA, partC, side.group({line(), clickArea(), partB}), line(), image()});
+  const auto expectOverlay = [](const DrawList& first, const DrawList& second, bool build,
+                                const std::string& content, i32 tally) {
     DrawList overlay;
     const DiffFlags bits = matchDrawLists(overlay, first, second, build, 3, 4);
     // The bit of an image that is left over is not earned by one that is copied.
     EXPECT_EQ((bits & 4096) != 0, !build || first.count < second.count);
-    return overlay;
+    EXPECT_EQ(contentOf(overlay), content);
+    EXPECT_EQ(overlay.contentTally, tally);
   };
   // Of the first list B is left over, and inside its group A. Then come the slots of what is left
   // over of the second, first inside its group. The group that is left over has its children copied
   // although they are the second list's, unmoved and up to the click area.
-  const DrawList forward = overlayOf(a, b, true);
-  EXPECT_EQ(contentOf(forward),
-            (Content{"1@13,24", "1@13,24", "0", "0", "0", "0", "0", "2@10", "8", "0", "0"}));
-  EXPECT_EQ(forward.contentTally, 1);
+  expectOverlay(a, b, true, "1@13,24 1@13,24 0 0 0 0 0 2@10 8 0 0 ", 1);
   // Swapped: two slots for B and A; inside the group line, click area and B; then C, the group
   // unmoved with its children moved, line and image.
-  const DrawList backward = overlayOf(b, a, true);
-  EXPECT_EQ(contentOf(backward), (Content{"0", "0", "2@13", "8", "1@13,24", "1@13,24", "9@10",
-                                          "2@13", "8", "2@13", "5"}));
-  EXPECT_EQ(backward.contentTally, 1);
+  expectOverlay(b, a, true, "0 0 2@13 8 1@13,24 1@13,24 9@10 2@13 8 2@13 5 ", 1);
   // Without an overlay blank slots come all the same for what is left over of the longer list.
-  const DrawList off = overlayOf(a, b, false);
-  EXPECT_EQ(contentOf(off), Content(3 + 6, "0"));
-  EXPECT_EQ(off.contentTally, 0);
+  expectOverlay(a, b, false, "0 0 0 0 0 0 0 0 0 ", 0);
 }
 
 }  // namespace
-}  // namespace rvf
+}  // namespace rvf::test

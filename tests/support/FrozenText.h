@@ -1,0 +1,78 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace rvf::test {
+
+// Values that are many and regular stand in a text file of data/ that was reviewed, instead of in a
+// test. With RVF_WRITE_DATA set in the environment the tests write these files anew, from what the
+// program does: then every line that changed is to be looked at.
+
+inline void expectFrozen(std::string_view name, const std::string& actual) {
+  const std::string path = RVF_DATA_DIR "/" + std::string(name);
+  if (std::getenv("RVF_WRITE_DATA") != nullptr) std::ofstream(path) << actual;
+  std::ifstream file(path);
+  std::istringstream found(actual);
+  std::string expectedLine, foundLine;
+  for (int number = 1; file || found; ++number) {
+    if (!std::getline(file, expectedLine)) expectedLine = "(end)";
+    if (!std::getline(found, foundLine)) foundLine = "(end)";
+    ASSERT_EQ(foundLine, expectedLine) << path << ", line " << number;
+  }
+}
+
+inline bool isPlain(char16_t unit) { return unit == 0 || (unit >= u' ' && unit <= u'~'); }
+
+/// "|" stands for a zero; a character that is not of ASCII is its number.
+inline std::string quoted(std::u16string_view text) {
+  std::string quoted = "\"";
+  for (const char16_t unit : text) {
+    const std::string plain(1, unit == 0 ? '|' : static_cast<char>(unit));
+    quoted += isPlain(unit) ? plain : "<" + std::to_string(unit) + ">";
+  }
+  return quoted + '"';
+}
+
+/// An object in lines, each of which starts with its name.
+using Rows = std::vector<std::string>;
+
+/// Objects one after the other, each by the rows that the one before does not have. Those that are
+/// alike share an entry: "100 to 105". All have rows of the same names, so that none goes unseen.
+class Deltas {
+ public:
+  void add(const std::string& name, const Rows& rows) {
+    if (rows != before_) {
+      finish();
+      first_ = name;
+      for (const std::string& row : rows) {
+        if (std::ranges::find(before_, row) == before_.end()) changes_ += "    " + row + "\n";
+      }
+      before_ = rows;
+    }
+    last_ = name;
+  }
+  std::string text() {
+    finish();
+    return text_;
+  }
+
+ private:
+  void finish() {
+    if (first_.empty()) return;
+    text_ += "  " + first_ + (last_ == first_ ? "" : " to " + last_) + "\n" + changes_;
+    changes_.clear();
+  }
+
+  Rows before_;
+  std::string first_, last_, changes_, text_;
+};
+
+}  // namespace rvf::test
