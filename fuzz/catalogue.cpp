@@ -40,6 +40,7 @@ void checkInput(FuzzInput input) {
   MessageOutput output(messageReporter);
   messageReporter.attachBackEnd(&output);
   MemorySink report, structured;
+  report.setXmlMode((flags & 2) != 0);
   messageReporter.AttachReportSink((flags & 1) != 0 ? &report : nullptr);
   messageReporter.structuredSink = &structured;
   messageReporter.structuredForm = (flags & 2) != 0;

@@ -92,7 +92,7 @@ CaptureFields richCapture(int magic, int version, bool wide) {
   return f;
 }
 
-void addPair(Inputs& pairs, int flags, std::size_t tolerance, const std::string& first,
+void addPair(Inputs& pairs, int flags, int tolerance, const std::string& first,
              const std::string& second = "") {
   const std::string head = ByteWriter().u8(flags).i32(tolerance, tolerance).u8(0).bytes;
   pairs.add(head + first + (second.empty() ? "" : "=PAIR=" + second));
@@ -121,6 +121,7 @@ void addGroups(Inputs& pairs) {
   const std::vector<Part> parts = allParts();
   const Part first = staticRef(), second = staticRef({.staticIndex = 1, .useSecond = 1});
   for (std::size_t i = 0; i + 1 < parts.size(); ++i) {
+    const int tolerance = static_cast<int>(i % 3);
     CaptureFields a = captureOf({page({first, text(), first})});
     const ListFields own{.originX = 3}, other{.parts = {parts[i], rect(), line()}};
     a.statics21 = {{.first = {.parts = {parts[i], rect()}}}, {.first = own, .second = other}};
@@ -129,8 +130,27 @@ void addGroups(Inputs& pairs) {
     b.customers[0].pages[0] = page({first, second, first, line(), second});
     a.customers[0].pages[0].body->placed = {{.list = other}, {.list = own}};
     b.customers[0].pages[0].body->placed = {{.list = own, .x = 4}};
-    addPair(pairs, 4, i % 3, bytesOf(a), bytesOf(b));
-    addPair(pairs, 4, i % 3, bytesOf(b), bytesOf(a));
+    addPair(pairs, 4, tolerance, bytesOf(a), bytesOf(b));
+    addPair(pairs, 4, tolerance, bytesOf(b), bytesOf(a));
+  }
+}
+
+// More parts out of their order than are looked for one by one: they go through an index.
+void addShuffled(Inputs& pairs) {
+  std::vector<Part> lines, texts, shapes, all = allParts();
+  for (int i = 0; i < 24; ++i) {
+    const Part kinds[] = {rect({.lineWidth = i}), justOneLine({.x1 = i}), lineSet({.start = i}),
+                          poly({.lineWidth = i}), signatureField({.fieldId = i})};
+    shapes.push_back(kinds[i % 5]);
+    lines.push_back(line({.points = {{7 * i % 24, 20}, {30, i / 2}}}));
+    texts.push_back(text({.runs = {{.x = 5 * i % 24 - 9}}}));
+  }
+  const auto middle = all.begin() + static_cast<std::ptrdiff_t>(all.size()) / 2;
+  for (const auto& parts : {lines, texts, shapes, {all.begin(), middle}, {middle, all.end()}}) {
+    const std::vector<Part> reversed(parts.rbegin(), parts.rend());
+    for (const int tolerance : {0, 1, -1}) {
+      addPair(pairs, 4, tolerance, onePage(parts), onePage(reversed));
+    }
   }
 }
 
@@ -138,11 +158,12 @@ void addPairs(Inputs& pairs) {
   // Each type against itself, against its neighbour and in another order.
   const std::vector<Part> parts = allParts();
   for (std::size_t i = 0; i < parts.size(); ++i) {
+    const int tolerance = static_cast<int>(i % 3);
     const Part& part = parts[i];
     const Part& next = parts[(i + 1) % parts.size()];
-    addPair(pairs, 4, i % 3, onePage({part}));
-    addPair(pairs, 4, i % 3, onePage({part, rect()}), onePage({next, rect()}));
-    addPair(pairs, 4, i % 3, onePage({part, next}), onePage({next, part, part}));
+    addPair(pairs, 4, tolerance, onePage({part}));
+    addPair(pairs, 4, tolerance, onePage({part, rect()}), onePage({next, rect()}));
+    addPair(pairs, 4, tolerance, onePage({part, next}), onePage({next, part, part}));
   }
   // Images that own a link, or names, or nothing.
   for (const Part& part : {image({.link = LinkFields{}}), image({.nameValues = {{}}}), image()}) {
@@ -163,6 +184,7 @@ void addAll(const std::filesystem::path& folder) {
   addCaptures(captures, pairs);
   addPairs(pairs);
   addGroups(pairs);
+  addShuffled(pairs);
 }
 
 }  // namespace
