@@ -1,52 +1,44 @@
 #include "compare/DrawListMatch.h"
 
-#include <map>
+#include <deque>
 
 #include "compare/CompareFixture.h"
-#include "pagemodel/TextParts.h"
-#include "pagemodel/VectorParts.h"
-#include "support/FrozenText.h"
+#include "compare/PageOverlay.h"
 
 namespace rvf::test {
 namespace {
 
 using Parts = std::vector<Part>;
 
-/// A list as one file has it, which may begin with a group.
+/// A list as a file has it. The groups in it have these children.
 struct List {
-  List(std::string listName, const Parts& parts) : name(std::move(listName)) {
-    list = side.list(parts);
+  List(std::string listName, const Parts& parts, const Parts& children = {})
+      : name(std::move(listName)), file(fieldsOf(parts, children)) {
+    file.reader.loadCurrentPage();
   }
-  List(std::string listName, const Parts& children, Parts behind, int x = 10)
-      : name(std::move(listName)) {
-    behind.insert(behind.begin(), side.group(children, x));
-    list = side.list(behind);
+  static CaptureFields fieldsOf(const Parts& parts, const Parts& children) {
+    CaptureFields fields = captureOf({page(parts)});
+    if (!children.empty()) fields.statics21 = {{.first = {.parts = children}}};
+    return fields;
   }
+  const DrawList& list() const { return file.context.pageList; }
+
   std::string name;
-  Side side;
-  DrawList list;
+  LoadedCapture file;
 };
 
-DiffFlags matched(const DrawList& a, const DrawList& b) {
-  DrawList overlay;
-  return matchDrawLists(overlay, a, b, false, 0, 0);
-}
-
-TEST(DrawListMatch, ListsAgainstEachOther) {
+std::deque<List> comparedLists() {
   const Part a = text({.text = u"A"}), b = text({.text = u"B"}), c = text({.text = u"C"});
-  const Part filled = rect(), hollow = rect({.noFill = 1, .fillTint = 1});
+  const Part filled = rect(), hollow = rect({.noFill = 1, .fillTint = 1}), group = staticRef();
   std::deque<List> lists;
   const auto add = [&lists](const auto&... fields) { lists.emplace_back(fields...); };
   add("nothing", Parts());
   add("ABC", Parts{a, b, c});
   add("BA", Parts{b, a});
-  add("BC", Parts{b, c});
   add("A, image", Parts{a, image()});
-  add("image, A", Parts{image(), a});
   add("text, line", Parts{text(), line()});
   add("other font, other tint", Parts{text({.fontId = 1}), line({.tint = 0})});
   // The item of the shorter list stands on the left, so with equal counts the order counts.
-  add("filled", Parts{filled});
   add("hollow", Parts{hollow});
   add("filled, A", Parts{filled, a});
   // The second A finds the one that an earlier search has taken, as it stands at its place.
@@ -56,91 +48,108 @@ TEST(DrawListMatch, ListsAgainstEachOther) {
   // An absorbing part takes what is searched for, which hides that it is another text.
   add("STARTEND", Parts{startEnd()});
   add("C, STARTEND, B", Parts{c, startEnd(), b});
-  add("UNKNOWN", Parts{empty(0)});
-  add("reference to nothing", Parts{staticRef({.staticIndex = 9, .x = 99})});
+  add("reference to nothing", Parts{group});
+  add("another reference to nothing", Parts{staticRef({.staticIndex = 9, .x = 99})});
   // Groups find each other at their place, and within tolerance. The children of the first list
   // stay first, also if it is the longer one.
-  add("(A)", Parts{a}, Parts());
-  add("(B)", Parts{b}, Parts());
-  add("(B) elsewhere", Parts{b}, Parts(), 11);
-  add("(filled), A", Parts{filled}, Parts{a});
-  add("(hollow)", Parts{hollow}, Parts());
+  add("(A)", Parts{group}, Parts{a});
+  add("(B)", Parts{group}, Parts{b});
+  add("(B) elsewhere", Parts{staticRef({.x = 11})}, Parts{b});
+  add("(filled), A", Parts{group, a}, Parts{filled});
+  add("(hollow)", Parts{group}, Parts{hollow});
   // A click area ends the accounting of left-overs and drops what was found before it.
-  add("(A, line, CLICKAREA, rectangle)", Parts{a, line(), clickArea(), filled}, Parts());
-  add("(A, line), C", Parts{a, line()}, Parts{c});
+  add("(A, line, CLICKAREA, rectangle)", Parts{group}, Parts{a, line(), clickArea(), filled});
+  add("(A, line), C", Parts{group, c}, Parts{a, line()});
+  return lists;
+}
+
+/// The overlay holds what is left over of the first list, and slots for the second one's.
+TEST(DrawListMatch, ListsAgainstEachOther) {
   std::string text;
+  const std::deque<List> lists = comparedLists();
   for (const List& first : lists) {
     Deltas deltas;
     for (const List& second : lists) {
-      const std::string bits = std::to_string(matched(first.list, second.list));
-      deltas.add(second.name, {bits + (listsEqual(first.list, second.list) ? " =" : "")});
+      DrawList blank, overlay;
+      const DiffFlags bits = matchDrawLists(blank, first.list(), second.list(), false, 0, 0);
+      const DiffFlags built = matchDrawLists(overlay, first.list(), second.list(), true, 3, 4);
+      const bool isEqual = listsEqual(first.list(), second.list());
+      deltas.add(second.name, {Shown::row("bits", bits, built) + (isEqual ? " =" : "") + ", blank" +
+                               contentOf(blank) + ", overlay" + contentOf(overlay)});
     }
     text += first.name + "\n" + deltas.text();
+  }
+  text += "children that are left over\n";
+  for (const Part& child : allParts()) {
+    DrawList overlay;
+    const List group("", {staticRef()}, {child});
+    const DiffFlags bits = matchDrawLists(overlay, {}, group.list(), false, 0, 0);
+    text += Shown::row(" ", child.type, bits) + "\n";
   }
   expectFrozen("lists-matched.txt", text);
 }
 
-TEST(DrawListMatch, ManyPartsAreSearchedThroughAnIndex) {
-  Parts many;
-  for (int i = 0; i < 100; ++i) many.push_back(text({.runs = {{.x = 100 * i}}}));
-  const Parts reversed(many.rbegin(), many.rend());
-  Parts changed = reversed;
-  changed[50] = image();
-  Side side;
-  EXPECT_EQ(matched(side.list(many), side.list(reversed)), 129U);
-  EXPECT_EQ(matched(side.list(many), side.list(changed)), 129U + 2080 + 4096);
-  EXPECT_EQ(matched(side.list(changed), side.list(many)), 129U);
-}
+struct RecordingPen final : OverlayPen {
+  std::string numbers = "pens";
+  void select(i32 number) override { numbers += Shown::row("", number); }
+};
 
-TEST(DrawListMatch, ChildrenThatAreLeftOverEarnTheirKind) {
-  const std::map<int, DiffFlags> earned = {{1, 2048}, {2, 16384}, {3, 32768}, {4, 32768},
-                                           {5, 4096}, {7, 4096},  {30, 1024}, {31, 1024}};
-  for (const Part& child : allParts()) {
-    const auto found = earned.find(child.type);
-    const DiffFlags bits = 128 | (found == earned.end() ? 0 : found->second);
-    EXPECT_EQ(matched({}, List("", {child}, {}).list), bits) << child.type;
+/// The page's parts, then each static list with origin and placement.
+std::string shown(const PageOverlayLists& view) {
+  std::string line = "\n   " + contentOf(view.list);
+  for (std::size_t i = 0; i < view.statics.size(); ++i) {
+    const DrawList& list = *view.statics[i];
+    line +=
+        Shown::row(" |", list.originX, list.originY, view.placementX.at(i), view.placementY.at(i)) +
+        contentOf(list);
   }
+  return line;
 }
 
-/// Type and first position of each part of an overlay: "1@10,20 ", or "0 ".
-std::string contentOf(const DrawList& overlay) {
-  std::string text;
-  for (const DrawPart& part : overlay.parts()) {
-    text += std::to_string(static_cast<int>(part.type));
-    if (part.type == PartType::kText) {
-      text += "@" + std::to_string(textRuns(part)[0].x) + "," + std::to_string(textRuns(part)[0].y);
-    }
-    if (part.type == PartType::kLine) text += "@" + std::to_string(linePoints(part)[0].x);
-    if (part.type == PartType::kStaticRef) text += "@" + std::to_string(part.fields.staticRef.x);
-    text += " ";
-  }
-  return text;
-}
-
-TEST(DrawListMatch, OverlayHoldsTheLeftOversOfTheFirstList) {
-  Side side;
-  const Part partA = text(), partB = text({.fontId = 1}), partC = text({.fontId = 2});
-  const DrawList a = side.list({partA, partB, side.group({partA})});
-  const DrawList b =
-      side.list({partA, partC, side.group({line(), clickArea(), partB}), line(), image()});
-  const auto expectOverlay = [](const DrawList& first, const DrawList& second, bool build,
-                                const std::string& content, i32 tally) {
-    DrawList overlay;
-    const DiffFlags bits = matchDrawLists(overlay, first, second, build, 3, 4);
-    // The bit of an image that is left over is not earned by one that is copied.
-    EXPECT_EQ((bits & 4096) != 0, !build || first.count < second.count);
-    EXPECT_EQ(contentOf(overlay), content);
-    EXPECT_EQ(overlay.contentTally, tally);
+std::vector<PageFields> comparedPages() {
+  std::vector<PageFields> pages;
+  const auto add = [&pages](Parts parts, std::vector<PlacedList> placed = {}) {
+    pages.push_back(page(std::move(parts)));
+    pages.back().body->placed = std::move(placed);
   };
-  // Of the first list B is left over, and inside its group A. Then come the slots of what is left
-  // over of the second, first inside its group. The group that is left over has its children copied
-  // although they are the second list's, unmoved and up to the click area.
-  expectOverlay(a, b, true, "1@13,24 1@13,24 0 0 0 0 0 2@10 8 0 0 ", 1);
-  // Swapped: two slots for B and A; inside the group line, click area and B; then C, the group
-  // unmoved with its children moved, line and image.
-  expectOverlay(b, a, true, "0 0 2@13 8 1@13,24 1@13,24 9@10 2@13 8 2@13 5 ", 1);
-  // Without an overlay blank slots come all the same for what is left over of the longer list.
-  expectOverlay(a, b, false, "0 0 0 0 0 0 0 0 0 ", 0);
+  const auto placed = [](Parts parts, int originX, int originY, int x, int y) {
+    const ListFields list{.parts = std::move(parts), .originX = originX, .originY = originY};
+    return PlacedList{.list = list, .x = x, .y = y};
+  };
+  const Part one = text({.text = u"1"}), two = text({.text = u"2", .runs = {{.x = 2}}});
+  const PlacedList base = placed({one, two}, 100, 200, 10, 20);
+  add({});
+  add({one, two, bookmark()});
+  add({one, line()});
+  add({}, {base});
+  add({}, {placed({one, two}, 100, 201, 10, 20)});
+  add({}, {placed({one, two}, 10, 20, 100, 200)});
+  add({}, {placed({one, two}, 2147483647, 220, -2147483537, 0)});
+  add({}, {placed({one, image()}, 90, 201, 20, 19), base});
+  // A place with a 0 in it is not another place.
+  add({}, {placed({one}, 0, 5, 0, 20)});
+  add({}, {placed({two}, 30, 0, 4, 0)});
+  return pages;
+}
+
+TEST(PageOverlay, PagesAgainstEachOther) {
+  const std::vector<PageFields> pages = comparedPages();
+  const WithTolerances tolerances(1000, 1000);  // play no part for the places of lists
+  std::string text;
+  for (std::size_t i = 0; i < pages.size(); ++i) {
+    for (std::size_t j = 0; j < pages.size(); ++j) {
+      LoadedCapture a(captureOf({pages[i]})), b(captureOf({pages[j]}));
+      const DiffFlags walked = Walk(a.reader, b.reader, true, true).status;
+      a.reader.loadCurrentPage();
+      b.reader.loadCurrentPage();
+      RecordingPen pen;
+      const DiffFlags bits = buildPageOverlay(a.context, b.context, pen);
+      a.context.FetchPage(0, -1);  // the views outlive the page that they were made from
+      text += Shown::row("pages", i, j) + Shown::row(", bits", walked, bits) + ", " + pen.numbers +
+              shown(a.context.overlayFirst) + shown(a.context.overlaySecond) + "\n";
+    }
+  }
+  expectFrozen("pages.txt", text);
 }
 
 }  // namespace

@@ -50,7 +50,6 @@ TEST(EqualBodies, ShortCutKnowsWhatEqualBytesDoNotTell) {
   std::vector<std::string> files;
   for (const Part& part : allParts()) files.push_back(onePage({part, text()}, 125));
   // Pages that may refer to one object; the window cuts those of the large image.
-  const Part large = image({.bytes = std::string(100000, 'x')});
   const auto add = [&files](int magic, const Part& shared, const Part& part, std::size_t pages) {
     CaptureFields fields = captureOf(std::vector(pages, page({part, text()})));
     fields.magic = magic;
@@ -62,17 +61,15 @@ TEST(EqualBodies, ShortCutKnowsWhatEqualBytesDoNotTell) {
   add(kWideMagic, startEnd(), staticRef(), 2);
   add(kNarrowMagic, line(), staticRef(), 3);
   add(kWideMagic, line(), image({.link = LinkFields()}), 2);
-  add(kWideMagic, line(), large, 12);
+  add(kWideMagic, line(), image({.bytes = std::string(100000, 'x')}), 12);
   for (std::size_t i = 0; i < files.size(); ++i) {
     const std::string& file = files[i];
     expectSameEitherWay(file, file, std::to_string(i));
     expectSameEitherWay(file, files[i == 0 ? 0 : i - 1], std::to_string(i));
-    for (const std::size_t at : {file.size() / 3, file.size() / 2}) {
-      std::string damaged = file;
-      damaged.replace(at, 40, std::string(40, '\xEE'));
-      expectSameEitherWay(damaged, damaged, std::to_string(i));
-      expectSameEitherWay(file, damaged, std::to_string(i));
-    }
+    std::string damaged = file;
+    damaged.replace(file.size() / 2, 40, std::string(40, '\xEE'));
+    expectSameEitherWay(damaged, damaged, std::to_string(i));
+    expectSameEitherWay(file, damaged, std::to_string(i));
   }
 }
 

@@ -19,18 +19,29 @@
 
 namespace rvf::test {
 
-/// Reads one record over what the slot holds; it has to be taken up to its last byte.
-inline void readOver(DrawPart& slot, const Part& part, int v = kNewestPart, bool wide = false) {
+inline std::string bytesOf(auto write, const auto&... fields) {
+  ByteWriter w;
+  write(w, fields...);
+  return w.bytes;
+}
+inline std::string recordOf(const Part& part, int v = kNewestPart, bool wide = true) {
   ByteWriter w(wide);
   writePart(w, part, v);
-  LoadedBytes file(w.bytes, wide);
-  readDrawPart(slot, file.archive);
-  EXPECT_FALSE(file.archive.failed()) << "type " << part.type << ", version " << v;
-  EXPECT_EQ(file.archive.GetPosition(), w.size());
+  return w.bytes;
+}
+
+/// Reads a record over what there is; it has to be taken up to its last byte.
+template <class Record>
+void readWhole(Record& record, void (*read)(Record&, eArchive&), const std::string& bytes,
+               bool wide = false) {
+  LoadedBytes file(bytes, wide);
+  read(record, file.archive);
+  EXPECT_FALSE(file.archive.failed());
+  EXPECT_EQ(file.archive.GetPosition(), static_cast<i32>(bytes.size()));
 }
 inline DrawPart readFresh(const Part& part) {
   DrawPart slot;
-  readOver(slot, part);
+  readWhole(slot, readDrawPart, recordOf(part), true);
   return slot;
 }
 
@@ -78,7 +89,7 @@ struct Shown {
                g.stopPositions);
   }
   /// What lies in a payload from an offset on: a text, or words and the bytes behind the last one.
-  static std::string payload(const DrawPart& part, std::size_t offset) {
+  static std::string payload(const DrawPart& part, std::size_t offset = 0) {
     const PayloadBlock& block = part.payload;
     const std::size_t size = block.size() - offset;
     const std::u16string_view units(block.at<char16_t>(offset), size / 2);
@@ -95,8 +106,8 @@ inline Rows imageRows(const DrawPart& part) {
           Shown::row("values", i.kindValue, i.valueA, i.valueB, i.valueC, i.valueD, i.valueE,
                      i.valueF, i.valueG, i.reservedA, i.reservedB),
           Shown::row("colours", i.colourA, i.colourB, i.colourC, i.colourD, i.colourE),
-          Shown::row("owned", i.wideNameLength, i.narrowNameLength, i.nameValueCount, i.nameValues),
-          Shown::row("link", i.hyperlink),
+          Shown::row("owned", i.wideName != nullptr, i.wideNameLength, i.narrowName != nullptr,
+                     i.narrowNameLength, i.nameValueCount, i.nameValues, i.hyperlink),
           Shown::payload(part, sizeof(ImageInfo))};
 }
 
@@ -129,7 +140,7 @@ inline Rows payloadRows(const DrawPart& part) {
     return {Shown::row("language", std::u16string_view(taggedTexts(part).language)),
             Shown::payload(part, sizeof(TaggedTexts))};
   }
-  return {Shown::payload(part, 0)};
+  return {Shown::payload(part)};
 }
 
 /// All that a part holds. Words that are set pointers are a "*".
@@ -140,9 +151,10 @@ inline Rows rowsOf(const DrawPart& part) {
     line += " " + (words.isSetPointer(i) ? "*" : Shown::of(words.words[i]));
   }
   Rows rows = payloadRows(part);
-  rows.insert(rows.begin(), {Shown::row("type, pool, extra, owner", static_cast<int>(part.type),
-                                        part.poolKind, part.extraId, part.ownerTag),
-                             line});
+  const int type = static_cast<int>(part.type);
+  rows.push_back(
+      Shown::row("type, pool, extra, owner", type, part.poolKind, part.extraId, part.ownerTag));
+  rows.push_back(line);
   return rows;
 }
 
