@@ -92,7 +92,7 @@ TEST(MessageCatalogue, FindsEveryNumberAndNoOther) {
       {9000, 9042, 9045, 9048, 9999},
       {5, 1000, 1999, 2000, 9998, 9999, 10000, 18999, 19000, 19999, 20000, 20001, 99999},
       {-2000, -5, 7, 3500, 3501, 3502, 3503, 3504, 3600, 12000},
-      {5, 7, 7, 7, 7, 7}};
+      {1, 2, 3, 4, 70, 70, 70}};
   const test::TempFolder folder;
   for (const std::vector<int>& numbers : catalogues) {
     std::string bytes = kHead;
@@ -105,7 +105,7 @@ TEST(MessageCatalogue, FindsEveryNumberAndNoOther) {
       const auto found = std::ranges::find(numbers, number);
       const auto index = found == numbers.end() ? -1 : static_cast<i32>(found - numbers.begin());
       const bool isRepeated = std::ranges::count(numbers, number) > 1;
-      ASSERT_EQ(catalogue.FindMessage(number), isRepeated ? 3 : index) << number;
+      ASSERT_EQ(catalogue.FindMessage(number), isRepeated ? 5 : index) << number;
     };
     for (int number = -3; number < 21000; ++number) check(number);
     for (const int number : {-2147483647 - 1, 30000, 99998, 99999, 2147483647}) check(number);

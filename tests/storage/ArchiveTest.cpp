@@ -44,7 +44,8 @@ TEST(Archive, ValuesAcrossTheEndOfEveryBufferAndOfTheFile) {
     }
   }
   HeldMessages messages;
-  LoadedBytes cut("\x11\x22");
+  LoadedBytes cut("\x11\x22"), whole("\x11\x22");
+  EXPECT_TRUE(!whole.archive.ReadWhole(bytes.data(), 3) && whole.archive.failed());
   EXPECT_EQ(cut.archive.ReadI32() & 0xFFFF, 0x2211);
   EXPECT_EQ(messages.take(), std::vector{"9042 Exception in eArchive class."s});
 }
@@ -58,14 +59,25 @@ std::u16string readText(const std::string& bytes, bool isWide) {
   return std::u16string(text.view()) + (file.archive.failed() ? u" failed" : u"|" + behind);
 }
 
+std::string stored(std::u16string_view text, bool isWide) {
+  eMemFile file(16);
+  eArchive archive(file, eArchive::Mode::kStore, 64);
+  archive.setWideStrings(isWide);
+  archive.WriteString(eString(text));
+  archive.Close();
+  return {reinterpret_cast<const char*>(file.data()), static_cast<std::size_t>(file.GetLength())};
+}
+
 TEST(Archive, StringForms) {
   for (const std::size_t length : {0U, 1U, 254U, 255U, 65533U, 65534U, 70000U}) {
     const std::u16string text(length, u'a');
     const std::string marked = ByteWriter(true).string(text).bytes + "w";
+    EXPECT_EQ(stored(text, true) + "w", marked);
     EXPECT_TRUE(readText(marked, true) == text + u"|w") << length;
     EXPECT_TRUE(readText(marked, false) == text + u"|w") << length;
     EXPECT_TRUE(readText(ByteWriter().string(text).bytes + "w", false) == text + u"|w") << length;
   }
+  EXPECT_EQ(stored(u"a", false), "\1a\0"s);  // quirk: two bytes a character, without a mark
   const std::array<std::u16string, 2> bothFail = {u"before failed", u"before failed"};
   const std::pair<std::string, std::array<std::u16string, 2>> rows[] = {
       // bytes, text of a narrow and of a wide file
@@ -81,16 +93,6 @@ TEST(Archive, StringForms) {
     EXPECT_EQ(readText(bytes, false), texts[0]);
     EXPECT_EQ(readText(bytes, true), texts[1]);
   }
-}
-
-TEST(Archive, NarrowTextsAreStoredWide) {
-  eMemFile file(16);
-  eArchive archive(file, eArchive::Mode::kStore, 64);
-  archive.setWideStrings(false);
-  archive.WriteString(u"a");  // two bytes a character all the same, without a mark
-  archive.Close();
-  EXPECT_EQ(file.GetLength(), 3);
-  EXPECT_EQ(std::memcmp(file.data(), "\1a\0", 3), 0);
 }
 
 TEST(Archive, SeekForthAndBack) {
