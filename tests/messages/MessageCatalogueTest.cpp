@@ -3,27 +3,39 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <map>
+#include <sstream>
 #include <vector>
 
-#include "messages/CatalogueFixture.h"
 #include "messages/CatalogueSearch.h"
+#include "messages/MessageLine.h"
+#include "support/FrozenText.h"
+#include "support/TempFolder.h"
+#include "text/NativeText.h"
 
 namespace rvf {
 namespace {
 
 namespace fs = std::filesystem;
-using test::kHead;
+const std::string kHead = "// test\n#define MESS_SYMB_VER 1602008\n";
+
+/// Loads the catalogue of a path and returns what it prints.
+std::string printedByLoad(MessageCatalogue& catalogue, const std::string& path) {
+  catalogue.SetMessageFile(fromNative(path));
+  ::testing::internal::CaptureStdout();
+  catalogue.LoadCatalogue(stdout);
+  return ::testing::internal::GetCapturedStdout();
+}
 
 /// The loaded messages as number, letter and text, a line each; in front what the load prints.
 std::string loaded(std::string_view bytes, i32 encoding = 30) {
   const test::TempFolder folder;
+  const std::string path = folder.write("catalogue.dat", bytes);
   MessageCatalogue catalogue;
   catalogue.setEncoding(encoding);
-  test::useCatalogue(catalogue, folder, bytes);
-  std::string list = test::printedByLoad(catalogue);
-  if (const auto path = list.find(folder.path().string()); path != list.npos) {
-    list.replace(path, folder.path("catalogue.dat").size(), "FILE");
-  }
+  std::string list = printedByLoad(catalogue, path);
+  if (const auto at = list.find(path); at != list.npos) list.replace(at, path.size(), "FILE");
   for (const MessageRecord& record : catalogue.records()) {
     list += std::to_string(record.number) + static_cast<char>(record.severity) + " " +
             toNative(record.text.view()) + "\n";
@@ -36,31 +48,26 @@ TEST(MessageCatalogue, LinesThatCountAndLinesThatDoNot) {
   const std::string start = "#define A 90 // W|0|0|", longest(4095 - start.size(), 'x');
   const std::string lines =
       "#define A 20 // W|0|0|a\n"
-      "  \t#define B\t 30\t//  E|1|2| b c  \r\n"
-      "\n"
+      "  \t#define B\t 30\t//  E|1|2| b c  \r\n\n"
       "#define C 5 //W|0|0\n"  // 19 characters
       "// #define D 40 // W|0|0|d\n"
       "#defined E 50 // W|0|0|e\n"
-      "#define F_has_no_text 60\n"
       "#define     \t           \n"
       "#define G and/an address // S|0|0|g\n"  // the first slash counts
-      "#define H 70 // W|0|0|gr\xFC\xDF\n"
-      "#define I 20 // I|0|0|second of its number\n";
+      "#define H 70 // W|0|0|gr\xFC\xDF\n";
   const std::string zero("#define Z 80 // W|0|0|z\0y\n", 26), last = "#define J -7 // W|0|0|no end";
-  EXPECT_EQ(loaded(std::string(kHead) + lines + start + longest + "\n" + start + longest + "y\n" +
-                   zero + last),
-            "-7W no end\n0n g\n20W a\n20I second of its number\n30E b c\n70W gr\xC3\xBC\xC3\x9F\n"
-            "80W z\n90W " +
-                longest + "\n");
+  EXPECT_EQ(
+      loaded(kHead + lines + start + longest + "\n" + start + longest + "y\n" + zero + last),
+      "-7W no end\n0n g\n20W a\n30E b c\n70W gr\xC3\xBC\xC3\x9F\n80W z\n90W " + longest + "\n");
   for (const std::string line :  // a malformed one ends the load
        {"#define B 30 // W|0 text", "#define B 30 /          ", "#define Bbbbb 30 //        "}) {
-    EXPECT_EQ(loaded(std::string(kHead) + "#define A 20 // W|0|0|a\n" + line + "\n" + lines),
+    EXPECT_EQ(loaded(kHead + "#define A 20 // W|0|0|a\n" + line + "\n" + lines),
               "20W a\nno fallback\n");
   }
 }
 
 TEST(MessageCatalogue, RetriesOnceInTheOtherEncoding) {
-  const std::string ascii = std::string(kHead) + "#define A 20 // W|0|0|a\r\n\r\n";
+  const std::string ascii = kHead + "#define A 20 // W|0|0|a\r\n\r\n";
   std::string little, big;
   for (const char c : ascii) {
     little += {c, '\0'};
@@ -70,65 +77,136 @@ TEST(MessageCatalogue, RetriesOnceInTheOtherEncoding) {
     for (const std::string& good : {ascii, little, "\xFF\xFE" + little, "\xFE\xFF" + big}) {
       EXPECT_EQ(loaded(good, encoding), "20W a\n");
     }
-    for (const std::string& bad : {big, "\xEF\xBB\xBF" + ascii, " " + ascii, "\n" + ascii,
-                                   std::string(), std::string("/")}) {
+    for (const std::string& bad : {big, "\xEF\xBB\xBF" + ascii, "\n" + ascii, std::string("/")}) {
       EXPECT_EQ(loaded(bad, encoding),
                 "The error message file - FILE - was opened but could not be read.\n");
     }
   }
 }
 
-/// All lookups against a plain search, over catalogues of different density.
+/// All lookups against a plain search, but for which one is found of several: that is frozen.
 TEST(MessageCatalogue, FindsEveryNumberAndNoOther) {
   const std::vector<std::vector<int>> catalogues = {
       {},
-      {0},
-      {999, 1000, 1001},
       {20000, 30000},
       {9000, 9042, 9045, 9048, 9999},
       {5, 1000, 1999, 2000, 9998, 9999, 10000, 18999, 19000, 19999, 20000, 20001, 99999},
-      {-2000, -5, 7, 3500, 3501, 3502, 3503, 3504, 3600, 12000}};
+      {-2000, -5, 7, 3500, 3501, 3502, 3503, 3504, 3600, 12000},
+      {1, 2, 3, 4, 70, 70, 70}};
+  const test::TempFolder folder;
   for (const std::vector<int>& numbers : catalogues) {
-    const test::TempFolder folder;
-    std::string bytes(kHead);
+    std::string bytes = kHead;
     for (auto number = numbers.rbegin(); number != numbers.rend(); ++number) {
       bytes += "#define SYMBOL " + std::to_string(*number) + " // W|0|0|x\n";
     }
     MessageCatalogue catalogue;
-    test::useCatalogue(catalogue, folder, bytes);
-    EXPECT_EQ(test::printedByLoad(catalogue), "");
+    EXPECT_EQ(printedByLoad(catalogue, folder.write("catalogue.dat", bytes)), "");
     const auto check = [&](int number) {
       const auto found = std::ranges::find(numbers, number);
       const auto index = found == numbers.end() ? -1 : static_cast<i32>(found - numbers.begin());
-      ASSERT_EQ(catalogue.FindMessage(number), index) << number;
+      const bool isRepeated = std::ranges::count(numbers, number) > 1;
+      ASSERT_EQ(catalogue.FindMessage(number), isRepeated ? 5 : index) << number;
     };
     for (int number = -3; number < 21000; ++number) check(number);
-    for (const int number : {-2147483647 - 1, 30000, 99998, 99999, 99999, 2147483647})
-      check(number);
+    for (const int number : {-2147483647 - 1, 30000, 99998, 99999, 2147483647}) check(number);
   }
 }
 
 TEST(MessageCatalogue, LiesInTheWorkingDirectoryBesideTheProgramOrInItsShareFolder) {
   const test::TempFolder folder;
   const fs::path before = fs::current_path();
-  for (const char* name : {"work", "bin", "share/rvfcompare"}) {
-    fs::create_directories(folder.path() / name);
-  }
-  fs::current_path(folder.path() / "work");
   const std::string name = "a name that no installation has.dat";
+  fs::create_directories(folder.path() / "work" / name);  // a folder is no catalogue
+  fs::create_directories(folder.path() / "bin");
+  fs::create_directories(folder.path() / "share/rvfcompare");
+  fs::current_path(folder.path() / "work");
   const auto found = [&] {
     return toNative(findCatalogue(fromNative(name), folder.path() / "bin/program").view());
   };
   EXPECT_EQ(found(), name) << "nowhere: the name itself";
-  fs::create_directories(name);
-  folder.write("share/rvfcompare/" + name, "//");
-  EXPECT_EQ(found(), folder.path("share/rvfcompare/" + name)) << "a folder is no catalogue";
-  folder.write("bin/" + name, "//");
-  EXPECT_EQ(found(), folder.path("bin/" + name));
+  for (const std::string place : {"share/rvfcompare/", "bin/"}) {
+    const std::string path = folder.write(place + name, "//");
+    EXPECT_EQ(found(), path);
+  }
   fs::remove(name);
   folder.write("work/" + name, "//");
   EXPECT_EQ(found(), name);
   fs::current_path(before);
+}
+
+// Lines of "x" with a blank at one place, or without: the lengths of their pieces.
+TEST(MessageLine, CutsBehindTheLastBlankThatFits) {
+  std::string lines;
+  for (const std::size_t length : {129U, 130U, 131U, 245U, 246U, 247U, 362U}) {
+    for (const std::size_t blank : {9U, 128U, 129U, 130U, 244U, 245U, 246U, 999U}) {
+      std::u16string text(length, u'x');
+      if (blank < length) text[blank] = u' ';
+      lines += std::to_string(length) + ", " + std::to_string(blank) + ":";
+      for (const auto& [piece, indent] : cutLine(text)) {
+        lines += " " + std::to_string(indent) + "+" + std::to_string(piece.size());
+      }
+      lines += "\n";
+    }
+  }
+  test::expectFrozen("cut-lines.txt", lines);
+}
+
+// The first placeholders of a text are replaced, whichever arguments they name, each at its last
+// place. Three characters are stepped over; neither of the two behind a backslash opens one. Eight
+// are remembered; a number of 8 and above vanishes, one below 1 hides its three characters.
+TEST(MessageLine, SubstitutesTheFirstPlaceholdersOfTheText) {
+  MessageEntry entry;
+  entry.arguments = {u"a", u"b", u"c", u"d", u"e", u"f"};
+  std::string lines;
+  for (const std::string text :
+       {"|2| and |1|", "|6||5|", "x|7|y|9|z", "|0|, |1|", "|0|1|", "|x||-4|2|", "|12|3", "\\|1|2|",
+        "\\x|1|", "\\xy|1|", "\\\\|1|", "|1| x |1|.", "|2| |1| |2|.", "ends in |1", "x|",
+        "|1||2||3||4||5||6||7||8||1|"}) {
+    const auto record = parseMessageRecord(1, fromNative("W|||" + text).view(), u'|');
+    lines += text + "\n";
+    for (const int count : {1, 2, 3, 8}) {
+      lines += "  " + std::to_string(count) + ": " +
+               toNative(substituteArguments(*record, entry, count)) + "\n";
+    }
+  }
+  test::expectFrozen("placeholders.txt", lines);
+}
+
+/// The numbers of the enum with the count of their arguments, from the list that people read:
+/// "= NUMBER, // LETTERS meaning", where a letter is t or i.
+std::map<i32, int> argumentCounts() {
+  std::ifstream header(RVF_SHARE_DIR "/../src/messages/MessageNumbers.h");
+  std::map<i32, int> counts;
+  for (std::string line; std::getline(header, line);) {
+    const std::size_t number = line.find(" = "), comment = line.find("// ");
+    if (comment == line.npos || number > comment || line.find("kFallback") != line.npos) continue;
+    int& letters = counts[std::stoi(line.substr(number + 3))];
+    std::istringstream words(line.substr(comment + 3));
+    for (std::string word; words >> word && (word == "t" || word == "i");) ++letters;
+  }
+  return counts;
+}
+
+/// Every number once, severe where it counts without any catalogue too, with no limit and a text in
+/// which each argument stands exactly once.
+TEST(ShippedCatalogue, FitsTheProgram) {
+  MessageCatalogue catalogue;
+  ASSERT_EQ(printedByLoad(catalogue, RVF_SHARE_DIR "/MsgResource_en-us.dat"), "");
+  const std::map<i32, int> counts = argumentCounts();
+  EXPECT_GE(counts.size(), 18U);
+  EXPECT_EQ(catalogue.records().size(), counts.size());
+  for (const MessageRecord& record : catalogue.records()) {
+    const i32 number = record.number;
+    const bool isSevere = tellsOfLoss(static_cast<MessageNumber>(number));
+    EXPECT_TRUE(isSevere == (record.severity == u'S') && record.limit == 0) << number;
+    std::string text = toNative(record.text.view());
+    for (int i = 1; i <= counts.at(number); ++i) {
+      const std::size_t place = text.find("|" + std::to_string(i) + "|");
+      ASSERT_NE(place, text.npos) << number;
+      text.erase(place, 3);
+    }
+    EXPECT_EQ(text.find('|'), text.npos) << number;
+  }
 }
 
 }  // namespace

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "storage/DiskFile.h"
+#include <array>
+
 #include "storage/MemFile.h"
-#include "support/Reporting.h"
-#include "support/TempFolder.h"
+#include "text/NativeText.h"
 
 namespace rvf {
 namespace {
@@ -13,31 +13,22 @@ namespace {
 using namespace std::string_literals;
 
 using Records = std::vector<std::u16string>;
-constexpr i32 kWrongMark = record_error::kWrongMark, kTooLong = record_error::kRecordTooLong;
+const Records kWrongMark = {u"wrong mark"}, kTooLong = {u"too long"};
 
-struct Result {
-  Records records{};
-  i32 error = 0, encoding = 0;
-};
-
-Result readAll(FileObject& file, i32 encoding, i32 limit = 32767) {
+/// The records, and behind them the error that ended the reading.
+Records readAll(std::string bytes, i32 encoding, i32 limit = 32767) {
+  eMemFile file(reinterpret_cast<std::byte*>(bytes.data()), static_cast<i32>(bytes.size()), 0);
   RecordReader reader;
   reader.Attach(&file);
   EXPECT_TRUE(reader.Open(u"", encoding, limit));
-  Result result;
+  Records records;
   const char16_t* text = nullptr;
   for (i32 length = 0; reader.ReadRecord(text, length) >= 0;) {
-    result.records.emplace_back(text, static_cast<std::size_t>(length));
+    records.emplace_back(text, static_cast<std::size_t>(length));
   }
-  result.error = reader.GetErrorCode();
-  result.encoding = reader.encoding();
-  EXPECT_TRUE(reader.AtEnd() || result.error >= record_error::kFirstFatal);
-  return result;
-}
-
-Result readBytes(std::string bytes, i32 encoding, i32 limit = 32767) {
-  eMemFile file(reinterpret_cast<std::byte*>(bytes.data()), static_cast<i32>(bytes.size()), 0);
-  return readAll(file, encoding, limit);
+  if (reader.GetErrorCode() == record_error::kWrongMark) records.push_back(kWrongMark[0]);
+  if (reader.GetErrorCode() == record_error::kRecordTooLong) records.push_back(kTooLong[0]);
+  return records;
 }
 
 /// The text as an encoding of these has it: 20, 21 or UTF-8.
@@ -50,114 +41,87 @@ std::string encoded(std::u16string_view text, i32 encoding) {
   return encoding == 20 || encoding == 21 ? bytes : toNative(text);
 }
 
-TEST(RecordReader, Endings) {
-  const std::pair<std::u16string, Records> rows[] = {
-      {u"", {}},
-      {u"\n", {u""}},
-      {u"a\nb\n", {u"a", u"b"}},
-      {u"a\r\n\r\n\nb", {u"a", u"", u"", u"b"}},
-      {u"a\rb\r\r\nc\r", {u"a\rb\r", u"c\r"}},  // a carriage return alone is a character
-      {u"\0\n\0"s, {u"\0"s, u"\0"s}},
-      // Each holds the bytes of a line end, in one order or the other, without being one.
-      {u"\u0A0A\u0D0A\u010A\u0A01\u0D0D\n\u0A00\u0D00",
-       {u"\u0A0A\u0D0A\u010A\u0A01\u0D0D", u"\u0A00\u0D00"}},
-  };
-  for (const auto& [text, records] : rows) {
-    for (const i32 encoding : {11, 20, 21}) {
-      EXPECT_EQ(readBytes(encoded(text, encoding), encoding).records, records) << toNative(text);
-    }
+/// The records of a text that is there as a whole.
+Records recordsOf(std::u16string text) {
+  Records records;
+  while (!text.empty()) {
+    const std::size_t end = text.find(u'\n');
+    records.push_back(text.substr(0, end));
+    if (end != text.npos && records.back().ends_with(u'\r')) records.back().pop_back();
+    text.erase(0, end == text.npos ? end : end + 1);
   }
-  // Half a character at the end is made whole.
-  EXPECT_EQ(readBytes("a\0b"s, 20).records, (Records{u"ab"}));
-  EXPECT_EQ(readBytes("a\0\n"s, 20).records, (Records{u"a"}));
-  EXPECT_EQ(readBytes("\xFE\xFF\0a\1"s, 20).records, (Records{u"a\u0100"}));
+  return records;
 }
 
-// Wherever a line end falls within the chunks of the buffer, and wherever the file ends.
-TEST(RecordReader, LineEndsAtEveryPlaceOfTheBuffer) {
-  for (const std::size_t base : {6U, 2048U, 4096U, 8192U, 16384U}) {
-    for (std::size_t length = base - 6; length < base + 6; ++length) {
-      const std::u16string text(length, u'x');
-      for (const i32 encoding : {11, 20, 21}) {
-        EXPECT_EQ(readBytes(encoded(text + u"\r\n\r\n\u00E9\r", encoding), encoding).records,
-                  (Records{text, u"", u"\u00E9\r"}));
-        EXPECT_EQ(readBytes(encoded(text + u"\n", encoding), encoding).records, Records{text});
+TEST(RecordReader, EveryEndAtEveryPlaceOfTheBuffer) {
+  const std::u16string ends[] = {
+      u"", u"\n", u"\r\n\r\n\n\u00E9\r", u"a\rb\r\r\nc\r", u"\0\n\0"s,
+      // Each holds the bytes of a line end, in one order or the other, without being one.
+      u"\u0A0A\u0D0A\u010A\u0A01\u0D0D\n\u0A00\u0D00"};
+  for (const std::size_t start : {0U, 2042U, 4090U, 16378U}) {
+    for (std::size_t length = start; length < start + 12; ++length) {
+      for (const std::u16string& end : ends) {
+        const std::u16string text = std::u16string(length, u'x') + end;
+        for (const i32 encoding : {11, 20, 21}) {
+          EXPECT_EQ(readAll(encoded(text, encoding), encoding), recordsOf(text)) << length;
+        }
       }
     }
   }
+  // Half a character at the end is made whole.
+  EXPECT_EQ(readAll("a\0\n"s, 20), Records{u"a"});
+  EXPECT_EQ(readAll("\xFE\xFF\0a\1"s, 20), Records{u"a\u0100"});
 }
 
 TEST(RecordReader, Marks) {
-  const auto check = [](const std::string& mark, i32 selected, i32 encoding, i32 error = 0) {
-    // A mark in the middle is a character.
-    const Result result = readBytes(mark + encoded(u"a\r\n\uFEFFb", encoding), selected);
-    EXPECT_EQ(result.encoding, encoding);
-    EXPECT_EQ(result.records, error == 0 ? (Records{u"a", u"\uFEFFb"}) : Records{});
-    EXPECT_TRUE(result.error == error || result.error == record_error::kShortRead);
-    EXPECT_EQ(readBytes(mark, selected).records, Records{});
-    EXPECT_EQ(readBytes(mark, 30).records.size(), mark.empty() ? 0U : 1U);  // none there
-  };
-  const std::string little = "\xFF\xFE", big = "\xFE\xFF", utf8 = "\xEF\xBB\xBF";
-  for (const i32 selected : {12, 20, 21}) {
-    const i32 unmarked = selected == 12 ? 20 : selected;
-    check("", selected, unmarked);
-    check(little, selected, 20);
-    check(big, selected, 21);
-    check(utf8, selected, unmarked, kWrongMark);
+  const std::string marks[] = {"", "\xFF\xFE", "\xFE\xFF", "\xEF\xBB\xBF"};
+  const std::pair<i32, std::array<i32, 4>> rows[] = {
+      // the encoding selected, and the one of the file by its mark; 0: none
+      {12, {20, 20, 21, 0}},
+      {20, {20, 20, 21, 0}},
+      {21, {21, 20, 21, 0}},
+      {11, {11, 0, 0, 11}}};
+  for (const auto& [selected, found] : rows) {
+    for (std::size_t i = 0; i < std::size(marks); ++i) {
+      // A mark in the middle is a character.
+      EXPECT_EQ(readAll(marks[i] + encoded(u"a\r\n\uFEFFb", found[i]), selected),
+                found[i] == 0 ? kWrongMark : (Records{u"a", u"\uFEFFb"}));
+      EXPECT_EQ(readAll(marks[i], selected), found[i] == 0 ? kWrongMark : Records{});
+    }
   }
-  check("", 11, 11);
-  check(utf8, 11, 11);
-  check(little, 11, 11, kWrongMark);
-  check(big, 11, 11, kWrongMark);
+  EXPECT_EQ(readAll("\xFF\xFE", 30), Records{u"\u00FF\u00FE"});
 }
 
 TEST(RecordReader, RecordsUpToTheLimit) {
-  const std::pair<i32, std::u16string> rows[] = {
-      {30, u"x"}, {11, u"\u20AC"}, {20, u"\u20AC"}, {-2, u"x"}};
-  for (const auto& [encoding, character] : rows) {
-    for (const std::size_t limit : {1U, 5000U, 32767U}) {
-      const std::u16string longest(limit, character[0]);
-      const auto result = [&, id = encoding](const std::u16string& text) {
-        return readBytes(encoded(text, id), id, static_cast<i32>(limit));
-      };
-      EXPECT_EQ(result(longest).records, Records{longest});
-      EXPECT_EQ(result(longest + u"\r\n").records, Records{longest});
-      EXPECT_EQ(result(longest + character).error, kTooLong);
-      EXPECT_EQ(result(longest + character + u"\r\n").error, kTooLong);
+  for (const auto& [encoding, character] :
+       {std::pair{30, u"x"}, {11, u"\u20AC"}, {20, u"\u20AC"}, {-2, u"x"}}) {
+    for (const i32 limit : {1, 5000, 32767}) {
+      const std::u16string longest(static_cast<std::size_t>(limit), character[0]);
+      for (const std::u16string end : {u"", u"\r\n"}) {
+        EXPECT_EQ(readAll(encoded(longest + end, encoding), encoding, limit), Records{longest});
+        EXPECT_EQ(readAll(encoded(longest + character + end, encoding), encoding, limit), kTooLong);
+      }
     }
   }
-  EXPECT_EQ(readBytes("\n\n", 30, 0).records, (Records{u"", u""}));
-  EXPECT_EQ(readBytes("a\n", 30, -1000).error, kTooLong);
-  EXPECT_EQ(readBytes(std::string(1000000, 'x'), 30).error, kTooLong);
-}
-
-TEST(RecordReader, FailingReadIsNotTheEndOfTheFile) {
-  const test::TempFolder folder;
-  test::HeldMessages messages;
-  eDiskFile file;
-  ASSERT_TRUE(file.Open(fromNative(folder.path("w")), open_flags::kWrite, false));
-  EXPECT_EQ(readAll(file, 11).error, record_error::kCorruptData);  // it is open for writing only
-  EXPECT_EQ(messages.takeNumbers(), std::vector{1822});
+  EXPECT_EQ(readAll(std::string(1000000, 'x'), 30), kTooLong);
 }
 
 TEST(RecordReader, JefCleaning) {
-  const std::pair<std::string, std::string> rows[] = {
-      {"\x38 ab", "\x28 ab"},
-      {"\x30\xF4x\x30\xF5x\x30\xF8y\x30\xF9", "\x30\xF4xxy\x30\xF9"},
-      {"\x30\xE3\x30\xE7\x30\xE0\x30\xB0\x30\xB5\x30\xB3", "\x30\xE3\x30\xB3"},
-      {"\x30\xC0\x30\xC2\x30\xC4\x30\xC8", "\x30\xC2\x30\xC8"},
-      {"\x30\xFE\xA2x\x30\xFE\xFEy\x30\xFE\xA1", "xy\x30\xFE\xA1"},
-      {"\x30\xFE", "\x30\xFE"},
-      {"\x30\x30\xF5\xF5\x30", "\x30\xF5\x30"},  // a removal does not bring the walk back
-      // In double-byte text the walk takes every second byte, from the shift on.
-      {"\x28z\x30\xF5z\x30", "\x28zz\x30"},
-      {"\x28\x30\xF5z", "\x28\x30\xF5z"},
-      {"\x28\x29\x38z\x29\x30\xF5z", "\x28\x29\x28z\x29z"}};
-  for (const auto& [bytes, cleaned] : rows) {
-    std::string record = bytes;
+  const auto cleaned = [](std::string record) {
     cleanJefRecord(record);
-    EXPECT_EQ(record, cleaned);
+    return record;
+  };
+  EXPECT_EQ(cleaned("\x30\xFE\xA2x\x30\xFE\xFEy\x30\xFE\xA1"), "xy\x30\xFE\xA1");
+  EXPECT_EQ(cleaned("\x30\x30\xF5\xF5\x30"), "\x30\xF5\x30");  // the walk does not go back
+  // In double-byte text the walk takes every second byte, from the shift on.
+  EXPECT_EQ(cleaned("\x38z\x30\xF5z\x30\x28\x29\x38z\x29\x30\xF5z\x28\x30\xF5z"),
+            "\x28zz\x30\x28\x29\x28z\x29z\x28\x30\xF5z");
+  std::string removed;  // what makes a control sequence behind 0x30
+  for (int byte = 0; byte < 256; ++byte) {
+    if (cleaned({'\x30', static_cast<char>(byte)}).empty()) removed += static_cast<char>(byte);
   }
+  EXPECT_EQ(removed,
+            "\xB0\xB1\xB2\xB5\xC0\xC1\xC4\xC5\xC6\xC7\xE0\xE1\xE2\xE4\xE5\xE6\xE7\xF5\xF6\xF7\xF8");
 }
 
 }  // namespace

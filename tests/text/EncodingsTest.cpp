@@ -1,0 +1,78 @@
+#include <gtest/gtest.h>
+
+#include "storage/DiskFile.h"
+#include "support/FrozenText.h"
+#include "support/Reporting.h"
+#include "support/TempFolder.h"
+#include "text/RecordReader.h"
+#include "text/TextSink.h"
+
+namespace rvf {
+namespace {
+
+TEST(NativeText, EveryByteStringComesBack) {
+  for (int pair = 0; pair < 0x10000; ++pair) {
+    for (const std::string rest : {"", "\x80", "\xBF\xBF", "a"}) {
+      const std::string bytes{static_cast<char>(pair >> 8), static_cast<char>(pair)};
+      ASSERT_EQ(toNative(fromNative(bytes + rest).view()), bytes + rest);
+    }
+  }
+}
+
+/// Bytes as they stand, but for those that are no ASCII.
+std::string quotedBytes(std::string_view bytes) {
+  std::u16string text;
+  for (const char byte : bytes) text += static_cast<u8>(byte);
+  return test::quoted(text);
+}
+
+/// What stands in a file that was written in one encoding, and what is read from it.
+std::string writtenAndRead(i32 id, bool wantsMark) {
+  const test::TempFolder folder;
+  eDiskFile file;
+  FileSink sink(file, fromNative(folder.write("report", "what was there before")));
+  if (!sink.openFile(id, wantsMark) || !sink.connect()) return " no converter";
+  sink.WriteLine(u"Az09[]\u00E9\u0141\u20AC\u00A5\u2014\u65E5\uFF71\U0001F600", true);
+  sink.WriteLine(u"\u65E5", false);
+  sink.Close();
+  RecordReader reader;
+  EXPECT_TRUE(file.Open(fromNative(folder.path("report")), open_flags::kRead, false));
+  reader.Attach(&file);
+  EXPECT_TRUE(reader.Open(u"", id, 100));
+  std::string text = " " + quotedBytes(folder.read("report"));
+  const char16_t* record = nullptr;
+  for (i32 length = 0; reader.ReadRecord(record, length) >= 0;) text += " " + test::quoted(record);
+  return text;
+}
+
+// Each encoding with its names, the id that its name has, and the bytes of a text, read again.
+TEST(FileSink, WritesAndReadsEveryEncoding) {
+  std::string text;
+  for (i32 id = 0; id <= 40; ++id) {
+    eString name, shown;
+    GetEncodingName(id, false, name);
+    GetEncodingName(id, true, shown);
+    i32 idOfName = 7;
+    GetEncodingId(name, idOfName);
+    text += std::to_string(id) + " " + toNative(name.view()) + ", " + toNative(shown.view()) +
+            ", " + std::to_string(idOfName) + ":" + writtenAndRead(id, true) + "\n";
+  }
+  for (const i32 id : {20, 21}) text += "no mark:" + writtenAndRead(id, false) + "\n";
+  test::expectFrozen("encodings.txt", text);
+  i32 id = 7;
+  EXPECT_TRUE(GetEncodingId(u"Utf-16", id) == 0 && id == 20);
+}
+
+TEST(TextConverter, FailedOpenIsReportedAndNotFinal) {
+  test::HeldMessages messages;
+  TextConverter converter;
+  EXPECT_FALSE(converter.SetEncoding(11) && converter.SetEncodingByName(u"none"));
+  EXPECT_EQ(messages.take(), std::vector<std::string>{
+                                 "9045 Could not open Unicode Converter with \"none\" encoding."});
+  EXPECT_TRUE(converter.ConvertFromWide(u"a").empty() && converter.ConvertToWide("a").empty());
+  EXPECT_TRUE(converter.SetEncoding(11));
+  EXPECT_EQ(converter.ConvertToWide("a\xFFz\xE2\x82"), u"a\uFFFDz\uFFFD");
+}
+
+}  // namespace
+}  // namespace rvf
