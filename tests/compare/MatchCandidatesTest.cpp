@@ -15,7 +15,7 @@ std::vector<std::string> variedRecords() {
                              poly({.points = {{10, 20}, {30, 40}}}),
                              staticRef({.layerByteA = 128})};
   const std::vector<Part> all = allParts();
-  for (const std::size_t i : {1, 2, 3, 4, 7, 8, 9, 30, 31, 44, 0, 6, 14, 40})
+  for (const std::size_t i : {1U, 2U, 3U, 4U, 7U, 8U, 9U, 30U, 31U, 44U, 0U, 6U, 14U, 40U})
     parts.push_back(all[i]);
   std::vector<std::string> records;
   for (const Part& part : parts) records.push_back(recordOf(part));
