@@ -29,7 +29,7 @@ void makeInto(DrawPart& part, const std::string& record, std::mt19937& random) {
   char& byte = changed[kFirstField + random() % (record.size() - kFirstField)];
   if (random() % 3 > 0) byte = static_cast<char>(byte ^ 1 << random() % 4);
   EXPECT_TRUE(readRecord(part, changed) || readRecord(part, record));
-  shiftPart(part, -12, -22);
+  shiftPart(part, -11, -21);
 }
 
 i32 plainSearch(const DrawPart& part, const DrawList& list, const std::pmr::vector<bool>& isTaken) {
