@@ -1,0 +1,57 @@
+#include "pagemodel/MarkerParts.h"
+
+#include "pagemodel/PartRows.h"
+#include "pagemodel/colour/UsedColourList.h"
+#include "support/Reporting.h"
+
+namespace rvf::test {
+namespace {
+
+TEST(MarkerParts, MoreNameValuesThanAPartCounts) {
+  for (const int count : {65535, 65536, 70000}) {
+    HeldMessages messages;
+    const std::vector<NameValueFields> entries(static_cast<std::size_t>(count), {.name = u"n"});
+    const DrawPart part = readFresh(startEnd({.nameValues = entries, .pairs = {{7, 8}}}));
+    const MarkerInfo& info = markerInfo(part);
+    EXPECT_EQ(info.nameValueCount, count % 65536);
+    EXPECT_EQ(info.nameValues == nullptr ? 0 : info.nameValues->size(), info.nameValueCount);
+    EXPECT_EQ(info.pairs.size(), 1U);  // the entries that are dropped are read all the same
+    const std::string warning =
+        "9048 You have more than 65535 metadata objects saved. The last 2147418112 will be ignored";
+    EXPECT_EQ(messages.take(), std::vector(count > 65535 ? 1U : 0U, warning));
+  }
+}
+
+TEST(MarkerParts, TagIdsFoldIntoTheirBand) {
+  for (const auto& [id, middle, top] : {std::array{9999, 19999, 49999},
+                                        {10000, 10000, 40000},
+                                        {39999, 39999, 4463},
+                                        {40001, 10001, 40001}}) {
+    EXPECT_EQ(foldedTagId(static_cast<u16>(id), 1), middle);
+    EXPECT_EQ(foldedTagId(static_cast<u16>(id), 2), top);
+    EXPECT_EQ(foldedTagId(static_cast<u16>(id), 3), id);
+  }
+}
+
+TEST(UsedColours, NamedColoursAreEnteredOnce) {
+  const NamedColour rows[] = {{7, u"Process Yellow"}, {9, u"HEXACHROME Cyan"}};
+  NamedColourTables tables;
+  tables.lists[2] = tables.lists[3] = rows;
+  setNamedColourTables(&tables);
+  hexachromeCase = true;
+  const ColourFields newer{.kind = 2, .value = 0x02000007, .version = 102, .sections = {"x"}};
+  const ColourFields other{.kind = 2, .value = 0x03000009},
+      unknownCode{.kind = 2, .value = 0x02000000};
+  const Part part = image({.colourA = newer, .colourB = other, .droppedColour = unknownCode});
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(imageInfo(readFresh(part)).colourA.value, 0x02000007U);
+  ASSERT_EQ(usedColours().size(), 2U);  // unique by row
+  EXPECT_EQ(usedColours()[0].plainName, "PANTONE Process Yellow U");
+  EXPECT_EQ(usedColours()[0].encodedName, "PANTONE#20Process#20Yellow#20U");
+  EXPECT_EQ(usedColours()[1].plainName, "PANTONE Hexachrome Cyan C");
+  EXPECT_EQ(findNamedColour(4, 7), nullptr);
+  setNamedColourTables(nullptr);
+  hexachromeCase = false;
+}
+
+}  // namespace
+}  // namespace rvf::test
