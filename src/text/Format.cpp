@@ -63,8 +63,10 @@ struct Conversion {
 
 bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 
+/// A width or a precision. A format may come out of a catalogue, so what it can ask for stays in
+/// proportion to its length; no line is as wide as the largest one.
 int readNumber(const char16_t*& p) {
-  constexpr int kLargestNumber = 100000;
+  constexpr int kLargestNumber = 4096;
   int number = 0;
   for (; isDigit(*p); ++p) {
     number = std::min(number * 10 + (*p - u'0'), kLargestNumber);
@@ -219,7 +221,8 @@ i32 printBounded(std::span<char16_t> out, const char16_t* format,
                  std::span<const FormatArgument> arguments) {
   ArgumentCursor cursor(arguments);
   std::u16string text;
-  for (const char16_t* p = format; *p != 0;) {
+  // What stands behind the end of the room is lost either way, however wide it is to be printed.
+  for (const char16_t* p = format; *p != 0 && text.size() < out.size();) {
     if (*p != u'%' || p[1] == u'%') {
       text += *p;
       p += *p == u'%' ? 2 : 1;
