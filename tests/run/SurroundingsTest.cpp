@@ -1,66 +1,17 @@
+#include "run/Surroundings.h"
+
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
-
-#include "run/RunFolder.h"
-#include "support/Capture.h"
-#include "support/FaultRun.h"
 
 namespace rvf::test {
 namespace {
 
 // What a run does among things that are not as they should be: files that cannot be used, outputs
-// that would destroy what the run reads, streams that are closed, a system that is slow, short and
-// full. What counts: the exit status, what the message file tells, and what the operator reads on
-// standard error.
-
-/// A folder with a catalogue of these tests, a control file, and a pair that differs in one text.
-class Surroundings : public testing::Test, protected RunFolder {
- protected:
-  Surroundings() {
-    write("MsgResource_en-us.dat", kCatalogue);
-    write("c.ctl", "-POS_TOLERANCE=5\n");
-    std::vector<PageFields> pages(40, page({text({.text = u"a"}), line()}));
-    write("RVF1.rvf", writeCapture(captureOf(pages)).bytes);
-    pages[30] = page({text({.text = u"b"}), line()});
-    write("RVF2.rvf", writeCapture(captureOf(pages)).bytes);
-    std::filesystem::create_directory(path() / "folder");
-  }
-
-  /// Runs with the outputs of the run before removed.
-  ProgramResult runAnew(const std::string& arguments) const {
-    shell("rm -f Differenced.dat PlenarixMessages.dat");
-    return run(arguments);
-  }
-  ProgramResult runUnder(const Faults& faults, std::vector<std::string> arguments = {}) const {
-    arguments.insert(arguments.begin(), RVF_PROGRAM);
-    return runWithFaults(faults, arguments, path());
-  }
-
-  void expectTrueResult(const ProgramResult& result) const {
-    EXPECT_EQ(result.status, kTrueStatus) << result.err;
-    EXPECT_EQ(report(), "2176") << "Text and Content";
-    EXPECT_TRUE(differenceIsComplete());
-  }
-
-  static constexpr int kTrueStatus = 128;
-  static constexpr const char* kMessageFileLine =
-      " ****** There was an error opening the Message File named ";
-  static constexpr const char* kCatalogue =
-      "// messages of these tests\n"
-      "#define MESS_SYMB_VER 1602008\n"
-      "#define OPTION 1019 // E|0|0|Option |1|\n"
-      "#define SINK 1806 // S|0|0|Report |1|: |2|\n"
-      "#define ARCHIVE 1811 // S|0|0|Output |1|: |2|\n"
-      "#define READ 1822 // S|0|0|Reading |2|: |3|\n"
-      "#define CLOSE 1848 // S|0|0|Closing |1|: |2|\n"
-      "#define UNUSABLE 1903 // S|0|0|File |1|: |2|\n"
-      "#define TOO_NEW 2564 // S|0|0|Record |1| |2|, known |3|\n"
-      "#define DAMAGED 9042 // S|0|0|Damage: |1|\n";
-};
+// that would destroy what the run reads, streams that are closed, disks that are full. What counts:
+// the exit status, what the message file tells, and what the operator reads on standard error.
 
 std::string filledIn(std::string text, const std::string& path) {
   const std::size_t at = text.find('@');
@@ -277,44 +228,6 @@ TEST_F(Surroundings, FullDisk) {
   EXPECT_EQ(noResult.err, "");
   EXPECT_EQ(report(), "QZ001811S (1) Output Differenced.dat: File too large\n0");
   EXPECT_FALSE(differenceIsComplete());
-}
-
-TEST_F(Surroundings, ShortAndInterruptedCallsGoOn) {
-  if (!canInjectFaults()) GTEST_SKIP() << "a build with sanitizers";
-  const Faults rows[] = {
-      {{"PIECE", "1"}},
-      {{"PIECE", "7"}},
-      {{"BREAK", "2"}},
-      {{"BREAK", "3"}},
-      {{"PIECE", "5"}, {"BREAK", "2"}},
-  };
-  for (const Faults& faults : rows) expectTrueResult(runUnder(faults));
-  EXPECT_EQ(runUnder({{"CALL", "read"}, {"AT", "3"}, {"FOR", "on"}, {"ERROR", "4"}}).status, 255);
-}
-
-// What a network drive keeps back comes out when the file is closed.
-TEST_F(Surroundings, BytesLostAtTheCloseFailTheRun) {
-  if (!canInjectFaults()) GTEST_SKIP() << "a build with sanitizers";
-  EXPECT_EQ(runUnder({{"CALL", "close"}, {"AT", "1"}, {"FOR", "on"}}).status, 255);
-  EXPECT_NE(report().find("QZ001848S (2) Closing Differenced.dat: "), std::string::npos);
-}
-
-// Every byte of these files counts, so a run that misses one has no result. Two files that have
-// lost the same are not identical.
-TEST_F(Surroundings, InputThatShrinksIsDamage) {
-  if (!canInjectFaults()) GTEST_SKIP() << "a build with sanitizers";
-  const auto size = static_cast<int>(read("RVF1.rvf").size());
-  ASSERT_EQ(read("RVF2.rvf").size(), read("RVF1.rvf").size());
-  for (int length = 0; length <= size;
-       length += length < size - 1 ? std::min(211, size - 1 - length) : 1) {
-    for (const std::string file : {"RVF1.rvf", "RVF2.rvf", ".rvf"}) {
-      SCOPED_TRACE(file + " " + std::to_string(length));
-      const Faults faults = {{"SHRINK", std::to_string(length)}, {"FILE", file}};
-      EXPECT_EQ(runUnder(faults).status, length < size ? 255 : kTrueStatus);
-      EXPECT_EQ(runUnder(faults, {"-COMPARE=RVF1.rvf,RVF1.rvf"}).status,
-                length < size && file != "RVF2.rvf" ? 255 : 0);
-    }
-  }
 }
 
 }  // namespace

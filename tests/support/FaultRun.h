@@ -13,9 +13,6 @@ namespace rvf::test {
 /// behind RVF_FAULT_, and its value.
 using Faults = std::vector<std::pair<std::string, std::string>>;
 
-/// False in a build with sanitizers, whose own allocator has to come first.
-inline bool canInjectFaults() { return *RVF_FAULT_SHIM != '\0'; }
-
 /// runProgram under a system that fails. A run of more than ten seconds is killed.
 inline ProgramResult runWithFaults(const Faults& faults, const std::vector<std::string>& arguments,
                                    const std::filesystem::path& workingFolder) {

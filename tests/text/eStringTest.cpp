@@ -87,6 +87,7 @@ TEST(eString, LongFormattedTextsAreCut) {
   }
   const std::u16string format = std::u16string(1023, u'y') + u"%ls";
   EXPECT_EQ(formatted(format.c_str(), eString(u'x', 9000)).length(), 5119);
+  EXPECT_EQ(formatted(u"%100000s|", u"x").length(), 4097);  // the widest that a format can ask for
 }
 
 }  // namespace
