@@ -47,7 +47,7 @@ class DrawListMatcher {
 
  private:
   static constexpr i32 kNotFound = MatchCandidates::kNotFound;
-  // As many bits as the longer list of almost every page has items.
+  // In bytes: a bit for each of 8,192 items, more than almost every page has.
   static constexpr std::size_t kUsualSize = 1024;
 
   [[nodiscard]] bool isConsumed(i32 index) const {
