@@ -6,10 +6,10 @@
 
 #include <string>
 
-#include "messages/MessageOutput.h"
+#include "messages/catalogue/MessageOutput.h"
 #include "support/Fuzz.h"
 #include "text/NativeText.h"
-#include "text/TextSink.h"
+#include "text/encoding/TextSink.h"
 
 namespace rvf::fuzz {
 namespace {

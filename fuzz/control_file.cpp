@@ -5,7 +5,7 @@
 #include "compare/Tolerances.h"
 #include "run/OptionTable.h"
 #include "support/Fuzz.h"
-#include "text/RecordReader.h"
+#include "text/encoding/RecordReader.h"
 
 namespace rvf::fuzz {
 namespace {

@@ -6,8 +6,8 @@
 #include "base/Integers.h"
 #include "run/RunOptions.h"
 #include "storage/DiskFile.h"
-#include "text/TextSink.h"
 #include "text/eString.h"
+#include "text/encoding/TextSink.h"
 
 namespace rvf {
 

@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "messages/MessageOutput.h"
 #include "messages/MessageReporter.h"
 #include "messages/ProcessEnd.h"
+#include "messages/catalogue/MessageOutput.h"
 #include "run/CompareRun.h"
 #include "run/ExitStatus.h"
 #include "run/OperatorNotes.h"

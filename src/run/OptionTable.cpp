@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "compare/Tolerances.h"
-#include "messages/MessageRecord.h"
-#include "text/CodePages.h"
+#include "messages/catalogue/MessageRecord.h"
+#include "text/encoding/CodePages.h"
 
 namespace rvf {
 

@@ -10,8 +10,8 @@
 #include <system_error>
 #include <vector>
 
-#include "messages/CatalogueSearch.h"
-#include "messages/MessageCatalogue.h"
+#include "messages/catalogue/CatalogueSearch.h"
+#include "messages/catalogue/MessageCatalogue.h"
 #include "run/RunOptions.h"
 #include "text/NativeText.h"
 

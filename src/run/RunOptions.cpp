@@ -5,7 +5,7 @@
 #include "messages/MessageReporter.h"
 #include "run/OptionTable.h"
 #include "storage/DiskFile.h"
-#include "text/RecordReader.h"
+#include "text/encoding/RecordReader.h"
 
 namespace rvf {
 

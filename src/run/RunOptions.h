@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "base/Integers.h"
-#include "text/CodePages.h"
 #include "text/eString.h"
+#include "text/encoding/CodePages.h"
 
 namespace rvf {
 

@@ -3,8 +3,8 @@
 #include "compare/DiffFlags.h"
 #include "compare/Tolerances.h"
 #include "datetime/DateTime.h"
-#include "text/TextSink.h"
 #include "text/eString.h"
+#include "text/encoding/TextSink.h"
 
 namespace rvf {
 

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "run/RunReport.h"
-#include "text/TextSink.h"
+#include "text/encoding/TextSink.h"
 
 namespace rvf {
 namespace {

@@ -4,8 +4,8 @@
 #include <deque>
 
 #include "base/Integers.h"
-#include "messages/MessageCatalogue.h"
 #include "messages/MessageReporter.h"
+#include "messages/catalogue/MessageCatalogue.h"
 #include "text/eString.h"
 
 namespace rvf {

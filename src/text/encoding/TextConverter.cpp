@@ -1,4 +1,4 @@
-#include "text/TextConverter.h"
+#include "text/encoding/TextConverter.h"
 
 #include <unicode/ucnv_cb.h>
 #include <unicode/ucnv_err.h>

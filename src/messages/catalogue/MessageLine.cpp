@@ -1,4 +1,4 @@
-#include "messages/MessageLine.h"
+#include "messages/catalogue/MessageLine.h"
 
 #include <algorithm>
 

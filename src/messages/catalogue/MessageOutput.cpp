@@ -1,12 +1,12 @@
-#include "messages/MessageOutput.h"
+#include "messages/catalogue/MessageOutput.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <string>
 #include <utility>
 
-#include "messages/MessageLine.h"
-#include "text/TextSink.h"
+#include "messages/catalogue/MessageLine.h"
+#include "text/encoding/TextSink.h"
 
 namespace rvf {
 

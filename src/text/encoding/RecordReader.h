@@ -6,8 +6,8 @@
 
 #include "base/Integers.h"
 #include "storage/FileObject.h"
-#include "text/TextConverter.h"
 #include "text/eString.h"
+#include "text/encoding/TextConverter.h"
 
 namespace rvf {
 

@@ -4,8 +4,8 @@
 #include "support/FrozenText.h"
 #include "support/Reporting.h"
 #include "support/TempFolder.h"
-#include "text/RecordReader.h"
-#include "text/TextSink.h"
+#include "text/encoding/RecordReader.h"
+#include "text/encoding/TextSink.h"
 
 namespace rvf {
 namespace {

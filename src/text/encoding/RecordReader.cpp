@@ -1,4 +1,4 @@
-#include "text/RecordReader.h"
+#include "text/encoding/RecordReader.h"
 
 #include <algorithm>
 #include <new>

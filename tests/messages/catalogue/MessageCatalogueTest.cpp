@@ -1,4 +1,4 @@
-#include "messages/MessageCatalogue.h"
+#include "messages/catalogue/MessageCatalogue.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 #include <sstream>
 #include <vector>
 
-#include "messages/CatalogueSearch.h"
-#include "messages/MessageLine.h"
+#include "messages/catalogue/CatalogueSearch.h"
+#include "messages/catalogue/MessageLine.h"
 #include "support/FrozenText.h"
 #include "support/TempFolder.h"
 #include "text/NativeText.h"

@@ -1,4 +1,4 @@
-#include "text/TextSink.h"
+#include "text/encoding/TextSink.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "messages/MessageOutput.h"
+#include "messages/catalogue/MessageOutput.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 
 #include "support/TempFolder.h"
 #include "text/NativeText.h"
-#include "text/TextSink.h"
+#include "text/encoding/TextSink.h"
 
 namespace rvf {
 namespace {

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "base/Integers.h"
-#include "messages/MessageRecord.h"
 #include "messages/MessageReporter.h"
+#include "messages/catalogue/MessageRecord.h"
 
 namespace rvf {
 

@@ -1,4 +1,4 @@
-#include "text/CodePages.h"
+#include "text/encoding/CodePages.h"
 
 #include <algorithm>
 #include <array>

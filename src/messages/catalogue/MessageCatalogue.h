@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "base/Integers.h"
-#include "messages/MessageRecord.h"
-#include "text/CodePages.h"
+#include "messages/catalogue/MessageRecord.h"
 #include "text/eString.h"
+#include "text/encoding/CodePages.h"
 
 namespace rvf {
 

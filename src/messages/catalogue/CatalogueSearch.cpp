@@ -1,4 +1,4 @@
-#include "messages/CatalogueSearch.h"
+#include "messages/catalogue/CatalogueSearch.h"
 
 #include <unistd.h>
 

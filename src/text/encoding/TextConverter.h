@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "base/Integers.h"
-#include "text/CodePages.h"
 #include "text/eString.h"
+#include "text/encoding/CodePages.h"
 
 namespace rvf {
 

@@ -1,13 +1,13 @@
-#include "messages/MessageCatalogue.h"
+#include "messages/catalogue/MessageCatalogue.h"
 
 #include <algorithm>
 #include <memory>
 #include <utility>
 
-#include "messages/CatalogueSearch.h"
-#include "messages/MessageLine.h"
+#include "messages/catalogue/CatalogueSearch.h"
+#include "messages/catalogue/MessageLine.h"
 #include "storage/DiskFile.h"
-#include "text/RecordReader.h"
+#include "text/encoding/RecordReader.h"
 
 namespace rvf {
 

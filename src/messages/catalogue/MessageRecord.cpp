@@ -1,4 +1,4 @@
-#include "messages/MessageRecord.h"
+#include "messages/catalogue/MessageRecord.h"
 
 #include <algorithm>
 #include <limits>
