@@ -11,62 +11,14 @@ namespace rvf {
 
 namespace {
 
-constexpr i64 kRunSize = sizeof(TextRun);
 constexpr u16 kExtensionMarker = 0xFEFE;
-constexpr i64 kExtensionHead = 2 * sizeof(u16);  // marker and count
-constexpr i64 kOutlineHead = sizeof(u16);        // count
-constexpr i64 kOutlineSize = 6 * sizeof(i32);
+constexpr std::size_t kExtensionHead = 2 * sizeof(u16);  // marker and count
+constexpr i32 kOutlineSize = 6 * sizeof(i32);
 constexpr u8 kDefaultRunClass = 255;
 constexpr u8 kDefaultExtensionClass = 5;
 
 constexpr i32 kSmallestRun = 6;  // two 16-bit positions and a count
 constexpr i32 kSmallestExtensionRun = 10;
-
-// Where the pieces of a payload lie, in bytes.
-struct TextLayout {
-  i64 extensions;
-  i64 outlines;
-  i64 text;
-  i64 end;
-};
-
-TextLayout layoutOf(i32 runCapacity, i32 textCapacity, i32 extensionCount, i32 outlineCount) {
-  TextLayout layout{};
-  layout.extensions = runCapacity * kRunSize;
-  layout.outlines = layout.extensions;
-  if (extensionCount > 0) {
-    layout.outlines += kExtensionHead + extensionCount * kRunSize;
-  }
-  layout.text = layout.outlines;
-  if (outlineCount > 0) {
-    layout.text += kOutlineHead + outlineCount * kOutlineSize;
-  }
-  layout.end = layout.text + 2 * i64{textCapacity};
-  return layout;
-}
-
-u16 load16(const DrawPart& part, i64 offset) {
-  u16 value = 0;
-  std::memcpy(&value, part.payload.data() + offset, sizeof(value));
-  return value;
-}
-
-void store16(DrawPart& part, i64 offset, u16 value) {
-  std::memcpy(part.payload.data() + offset, &value, sizeof(value));
-}
-
-TextLayout layoutOf(const DrawPart& part) {
-  const TextFields& fields = part.fields.text;
-  i32 extensionCount = 0;
-  i32 outlineCount = 0;
-  if ((fields.textFlags & text_flag::kExtensionRuns) != 0) {
-    extensionCount = load16(part, fields.runCapacity * kRunSize + i64{sizeof(u16)});
-  }
-  if ((fields.textFlags & text_flag::kOutlineRecords) != 0) {
-    outlineCount = load16(part, layoutOf(fields.runCapacity, 0, extensionCount, 0).outlines);
-  }
-  return layoutOf(fields.runCapacity, fields.textCapacity, extensionCount, outlineCount);
-}
 
 }  // namespace
 
@@ -95,47 +47,9 @@ std::span<TextRun> extensionRuns(DrawPart& part) {
   if ((part.fields.text.textFlags & text_flag::kExtensionRuns) == 0) {
     return {};
   }
-  const i64 start = part.fields.text.runCapacity * kRunSize;
-  const u16 count = load16(part, start + i64{sizeof(u16)});
-  return {part.payload.at<TextRun>(static_cast<std::size_t>(start + kExtensionHead)), count};
-}
-
-void reserveText(DrawPart& part, i32 runCapacity, i32 textCapacity, i32 spareRuns,
-                 i32 spareCharacters, i32 extensionCount, i32 outlineCount) {
-  TextFields& fields = part.fields.text;
-  if (fields.runCapacity >= runCapacity && fields.textCapacity >= textCapacity &&
-      extensionCount < 1 && outlineCount < 1) {
-    return;
-  }
-  const TextLayout before = layoutOf(part);
-  const i64 extensionBytes = std::min(before.text - before.extensions, before.end);
-  const u16 newRuns = fields.runCapacity < runCapacity ? static_cast<u16>(runCapacity + spareRuns)
-                                                       : fields.runCapacity;
-  const u16 newText = fields.textCapacity < textCapacity
-                          ? static_cast<u16>(textCapacity + spareCharacters)
-                          : fields.textCapacity;
-  const TextLayout after = layoutOf(newRuns, newText, extensionCount, outlineCount);
-  const i64 textBytes = 2 * i64{fields.textLength};
-
-  // Grown in place, then moved from the back to the front: every piece moves up or stays.
-  part.payload.resize(std::max(before.end, after.end));
-  std::byte* block = part.payload.data();
-  std::memmove(block + after.text, block + before.text, static_cast<std::size_t>(textBytes));
-  const i64 keptExtension = std::min(extensionBytes, after.text - after.extensions);
-  std::memmove(block + after.extensions, block + before.extensions,
-               static_cast<std::size_t>(keptExtension));
-  part.payload.resize(after.end);
-
-  fields.runCapacity = newRuns;
-  fields.textCapacity = newText;
-  constexpr u8 kBoth = text_flag::kExtensionRuns | text_flag::kOutlineRecords;
-  fields.textFlags = static_cast<u8>(fields.textFlags & ~kBoth);
-  if (extensionCount > 0) {
-    fields.textFlags |= text_flag::kExtensionRuns;
-  }
-  if (outlineCount > 0) {
-    fields.textFlags |= text_flag::kOutlineRecords;
-  }
+  const std::size_t area = textRuns(part).size_bytes();
+  const u16 count = *part.payload.at<u16>(area + sizeof(kExtensionMarker));
+  return {part.payload.at<TextRun>(area + kExtensionHead), count};
 }
 
 namespace {
@@ -173,17 +87,29 @@ void readRun(TextRun& run, eArchive& archive, i32 v) {
   run.runExtra = v >= kRunExtra ? archive.ReadU16() : u16{0};
 }
 
-// A count that needs more than its 16 bits keeps their value; the records beyond are passed over.
+// Makes room in front of the characters, which end the block.
+std::byte* insertBeforeCharacters(DrawPart& part, std::size_t size) {
+  const std::size_t textBytes = textCharacters(part).size_bytes();
+  const std::size_t start = part.payload.size() - textBytes;
+  part.payload.resize(static_cast<i64>(start + size + textBytes));
+  std::byte* room = part.payload.data() + start;
+  std::memmove(room + size, room, textBytes);
+  return room;
+}
+
+// A count of 32 bits decides whether there are records, but only its low 16 bits are kept, and as
+// many records; those beyond are passed over. So the head of an area can stand there alone.
+
 void readExtensionRuns(DrawPart& part, eArchive& archive, i32 v) {
-  TextFields& fields = part.fields.text;
   const i32 stored = archive.CheckedCount(archive.ReadI32(), kSmallestExtensionRun);
-  const u16 kept = static_cast<u16>(stored);
-  reserveText(part, fields.runCapacity, fields.textCapacity, 0, 0, kept, 0);
-  const i64 start = fields.runCapacity * kRunSize;
-  if (kept > 0) {
-    store16(part, start, kExtensionMarker);
-    store16(part, start + i64{sizeof(u16)}, kept);
+  if (stored == 0) {
+    return;
   }
+  const u16 head[] = {kExtensionMarker, static_cast<u16>(stored)};
+  const u16 kept = head[1];
+  std::byte* area = insertBeforeCharacters(part, sizeof(head) + kept * sizeof(TextRun));
+  std::memcpy(area, head, sizeof(head));
+  part.fields.text.textFlags |= text_flag::kExtensionRuns;
   const std::span<TextRun> runs = extensionRuns(part);
   for (i32 i = 0; i < stored && !archive.failed(); ++i) {
     TextRun run{};
@@ -198,18 +124,16 @@ void readExtensionRuns(DrawPart& part, eArchive& archive, i32 v) {
 }
 
 void readOutlineRecords(DrawPart& part, eArchive& archive) {
-  TextFields& fields = part.fields.text;
   const i32 stored = archive.CheckedCount(archive.ReadI32(), kOutlineSize);
-  const u16 kept = static_cast<u16>(stored);
-  const auto extensionCount = static_cast<i32>(extensionRuns(part).size());
-  reserveText(part, fields.runCapacity, fields.textCapacity, 0, 0, extensionCount, kept);
-  if (kept > 0) {
-    const i64 start = layoutOf(fields.runCapacity, 0, extensionCount, 0).outlines;
-    store16(part, start, kept);
-    archive.ReadWhole(part.payload.data() + start + kOutlineHead,
-                      static_cast<i32>(kept * kOutlineSize));
+  if (stored == 0) {
+    return;
   }
-  archive.Skip(static_cast<i32>((stored - kept) * kOutlineSize));
+  const u16 kept = static_cast<u16>(stored);
+  std::byte* area = insertBeforeCharacters(part, sizeof(kept) + std::size_t{kept} * kOutlineSize);
+  std::memcpy(area, &kept, sizeof(kept));
+  part.fields.text.textFlags |= text_flag::kOutlineRecords;
+  archive.ReadWhole(area + sizeof(kept), kept * kOutlineSize);
+  archive.Skip((stored - kept) * kOutlineSize);
 }
 
 }  // namespace
@@ -224,10 +148,11 @@ void readText(DrawPart& part, eArchive& archive, i32 v) {
   if (archive.failed()) {
     return;
   }
-  part.payload.clear();
-  reserveText(part, runCount, textLength, 0, 0, 0, 0);
+  part.payload.resize(runCount * i64{sizeof(TextRun)} + textLength * i64{sizeof(char16_t)});
   fields.runCount = runCount;
+  fields.runCapacity = runCount;
   fields.textLength = textLength;
+  fields.textCapacity = textLength;
   fields.runs = pointerWord(runCount > 0);
   fields.text = pointerWord(textLength > 0);
 

@@ -12,7 +12,8 @@ namespace rvf {
 // The payload of a TEXT part is one block: runCapacity runs, the extension area, the characters.
 // The extension area, behind the last of the runCapacity runs, holds the extension runs (marker
 // 0xFEFE, u16 count, that many runs) if textFlags has kExtensionRuns, and then the outline records
-// (u16 count, that many of six i32) if it has kOutlineRecords.
+// (u16 count, that many of six i32) if it has kOutlineRecords. On disk the counts have 32 bits, all
+// of which decide on the flags: a multiple of 65536 leaves a flag set, and a count of 0 behind it.
 
 namespace text_flag {
 constexpr u8 kExtensionRuns = 4;
@@ -36,12 +37,6 @@ static_assert(sizeof(TextRun) == 16);
 [[nodiscard]] std::span<char16_t> textCharacters(DrawPart& part);
 [[nodiscard]] std::span<const char16_t> textCharacters(const DrawPart& part);
 [[nodiscard]] std::span<TextRun> extensionRuns(DrawPart& part);
-
-/// Sizes the payload of a TEXT part for at least `runCapacity` runs and `textCapacity` characters,
-/// with the spare room added where one of them was too small, and for the extension area, whose
-/// flags it sets and clears. Runs, extension runs and characters move to their new places.
-void reserveText(DrawPart& part, i32 runCapacity, i32 textCapacity, i32 spareRuns,
-                 i32 spareCharacters, i32 extensionRuns, i32 outlineRecords);
 
 void readText(DrawPart& part, eArchive& archive, i32 v);
 void shiftText(DrawPart& part, i32 dx, i32 dy);

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "compare/CompareFixture.h"
+#include "pagemodel/TextParts.h"
 
 namespace rvf::test {
 namespace {
@@ -126,6 +127,34 @@ TEST(PartComparison, TypesMeet) {
     EXPECT_TRUE(partsEqual(read, read));  // the part itself, whatever its type
   }
   expectFrozen("meetings.txt", text);
+}
+
+// The flags follow counts of 32 bits, of which 16 are kept.
+TEST(PartComparison, TextsWithMoreRecordsThanTheyKeep) {
+  for (const int v : {118, 134, 157}) {
+    const auto read = [v](const TextFields& fields) {
+      DrawPart part;
+      readWhole(part, readDrawPart, recordOf(text(fields), v), true);
+      return part;
+    };
+    const DrawPart plain = read({.textFlags = 12});
+    for (const std::size_t count : {0, 1, 65535, 65536, 65537, 131072}) {
+      const std::vector<test::Run> runs(count);
+      const std::vector<std::array<int, 6>> outlines(count);
+      for (const TextFields& fields : {TextFields{.extensionRuns = runs}, {.outlines = outlines}}) {
+        DrawPart part = read(fields), copy;
+        EXPECT_EQ(partsEqual(part, plain), count == 0) << v << ' ' << count;
+        EXPECT_EQ(partsEqual(plain, part), count == 0) << v << ' ' << count;
+        copyPart(copy, part);
+        EXPECT_TRUE(partsEqual(part, copy));
+        shiftPart(copy, 1, 1);
+        const std::size_t kept = fields.outlines.empty() ? count % 65536 : 0;
+        ASSERT_EQ(extensionRuns(copy).size(), kept);
+        for (const TextRun& run : extensionRuns(copy)) ASSERT_EQ(run.x, runs[0].x + 1);
+        EXPECT_EQ(Shown::of(textCharacters(copy)), Shown::of(textCharacters(plain)));
+      }
+    }
+  }
 }
 
 constexpr i32 kLowest = std::numeric_limits<i32>::min(), kHighest = -(kLowest + 1);
