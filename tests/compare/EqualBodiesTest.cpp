@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "compare/CompareFixture.h"
+#include "support/Paths.h"
 
 namespace rvf::test {
 namespace {
@@ -32,7 +33,7 @@ void expectSameEitherWay(const std::string& a, const std::string& b, const std::
 }
 
 TEST(EqualBodies, ShortCutChangesNothingForTheReferencePairs) {
-  for (const auto& folder : std::filesystem::directory_iterator(RVF_REFERENCE_DIR)) {
+  for (const auto& folder : std::filesystem::directory_iterator(sourcePath("tests/reference"))) {
     if (!folder.is_directory()) continue;
     std::vector<std::string> files;
     for (const auto& file : std::filesystem::directory_iterator(folder)) {

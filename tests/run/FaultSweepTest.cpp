@@ -39,7 +39,7 @@ void writePair(const RunFolder& folder, CaptureFields fields, const PageFields& 
 class FaultSweep : public testing::TestWithParam<std::tuple<std::string, std::string>> {
  protected:
   FaultSweep() {
-    fs::copy(fs::path(RVF_SHARE_DIR) / kCatalogueFile, folder_.path(),
+    fs::copy(fs::path(sourcePath("share")) / kCatalogueFile, folder_.path(),
              fs::copy_options::overwrite_existing);
     if (pair_ == kLong) {
       CaptureFields fields;

@@ -11,7 +11,7 @@ namespace {
 class FaultySurroundings : public Surroundings {
  protected:
   ProgramResult runUnder(const Faults& faults, std::vector<std::string> arguments = {}) const {
-    arguments.insert(arguments.begin(), RVF_PROGRAM);
+    arguments.insert(arguments.begin(), builtPath("rvfcompare"));
     return runWithFaults(faults, arguments, path());
   }
 };

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 std::vector<std::string> referenceFolders() {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(RVF_REFERENCE_DIR)) {
+  for (const auto& entry : fs::directory_iterator(sourcePath("tests/reference"))) {
     if (entry.is_directory()) names.push_back(entry.path().filename());
   }
   std::ranges::sort(names);

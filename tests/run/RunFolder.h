@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/DifferenceBytes.h"
+#include "support/Paths.h"
 #include "support/RunProgram.h"
 #include "support/TempFolder.h"
 
@@ -19,7 +20,7 @@ class RunFolder : public TempFolder {
   /// Empty, or a copy of a folder of the reference.
   explicit RunFolder(const std::string& reference = "") {
     if (reference.empty()) return;
-    std::filesystem::copy(std::filesystem::path(RVF_REFERENCE_DIR) / reference, path());
+    std::filesystem::copy(sourcePath("tests/reference/" + reference), path());
     std::istringstream arguments(read("arguments"));
     for (std::string line; std::getline(arguments, line);) command.push_back(line);
     std::istringstream outputs(read("outputs"));
@@ -30,7 +31,8 @@ class RunFolder : public TempFolder {
 
   /// Runs shell text in which $P is the program. What takes ten seconds is killed.
   ProgramResult shell(const std::string& text) const {
-    return runProgram({"/bin/sh", "-c", "P='" RVF_PROGRAM "'; " + text}, path(), 10);
+    return runProgram({"/bin/sh", "-c", "P='" + builtPath("rvfcompare") + "'; " + text}, path(),
+                      10);
   }
   ProgramResult run(const std::string& arguments = "") const {
     return shell("exec \"$P\" " + arguments);
@@ -70,7 +72,7 @@ class RunFolder : public TempFolder {
 
   static constexpr const char* kNoReport = "no message file";
   static constexpr const char* kNoEnd = "no closing report";
-  std::vector<std::string> command = {RVF_PROGRAM};
+  std::vector<std::string> command = {builtPath("rvfcompare")};
   std::string differenceName = "Differenced.dat", messagesName = "PlenarixMessages.dat";
 };
 

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "support/Paths.h"
+
 namespace rvf::test {
 
 // Values that are many and regular stand in a text file of data/ that was reviewed, instead of in a
@@ -17,7 +19,7 @@ namespace rvf::test {
 // program does: then every line that changed is to be looked at.
 
 inline void expectFrozen(std::string_view name, const std::string& actual) {
-  const std::string path = RVF_DATA_DIR "/" + std::string(name);
+  const std::string path = sourcePath("tests/data/" + std::string(name));
   if (std::getenv("RVF_WRITE_DATA") != nullptr) std::ofstream(path) << actual;
   std::ifstream file(path);
   std::istringstream found(actual);

@@ -11,6 +11,7 @@
 #include "messages/catalogue/CatalogueSearch.h"
 #include "messages/catalogue/MessageLine.h"
 #include "support/FrozenText.h"
+#include "support/Paths.h"
 #include "support/TempFolder.h"
 #include "text/NativeText.h"
 
@@ -175,7 +176,7 @@ TEST(MessageLine, SubstitutesTheFirstPlaceholdersOfTheText) {
 /// The numbers of the enum with the count of their arguments, from the list that people read:
 /// "= NUMBER, // LETTERS meaning", where a letter is t or i.
 std::map<i32, int> argumentCounts() {
-  std::ifstream header(RVF_SHARE_DIR "/../src/messages/MessageNumbers.h");
+  std::ifstream header(test::sourcePath("src/messages/MessageNumbers.h"));
   std::map<i32, int> counts;
   for (std::string line; std::getline(header, line);) {
     const std::size_t number = line.find(" = "), comment = line.find("// ");
@@ -191,7 +192,7 @@ std::map<i32, int> argumentCounts() {
 /// which each argument stands exactly once.
 TEST(ShippedCatalogue, FitsTheProgram) {
   MessageCatalogue catalogue;
-  ASSERT_EQ(printedByLoad(catalogue, RVF_SHARE_DIR "/MsgResource_en-us.dat"), "");
+  ASSERT_EQ(printedByLoad(catalogue, test::sourcePath("share/MsgResource_en-us.dat")), "");
   const std::map<i32, int> counts = argumentCounts();
   EXPECT_GE(counts.size(), 18U);
   EXPECT_EQ(catalogue.records().size(), counts.size());
