@@ -22,13 +22,13 @@ void holdMessages(FuzzInput& input) {
     const u8 form = input.take();
     const eString text = fromNative(input.takeBytes(form >> 4));
     if (form % 4 == 0) {
-      Report(number);
+      messageReporter.reportUnchecked(number);
     } else if (form % 4 == 1) {
-      Report(number, text);
+      messageReporter.reportUnchecked(number, text);
     } else if (form % 4 == 2) {
-      Report(number, text, form, -1);
+      messageReporter.reportUnchecked(number, text, form, -1);
     } else {
-      Report(number, text, u"b", u"", u"d", text, u"|6|%n");
+      messageReporter.reportUnchecked(number, text, u"b", u"", u"d", text, u"|6|%n");
     }
   }
 }
@@ -66,7 +66,7 @@ void checkInput(FuzzInput input) {
             "a lookup finds the number");
   }
   close(file);
-  messageReporter = MessageReporter();
+  messageReporter.reset();
 }
 
 }  // namespace rvf::fuzz

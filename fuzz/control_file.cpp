@@ -16,9 +16,10 @@ constexpr u8 kFirstName = 48;  // below: the ids from -2 on
 
 void parseLine(RunOptions& options, const eString& line) {
   const RunOptions before = options;
-  const i32 position = positionTolerance, width = lineTolerance, simple = simpleReturn;
+  const i32 position = positionTolerance, width = lineTolerance;
   if (!options.parseOption(line)) {
-    require(positionTolerance == position && lineTolerance == width && simpleReturn == simple &&
+    require(positionTolerance == position && lineTolerance == width &&
+                options.simpleReturn == before.simpleReturn &&
                 options.firstFile == before.firstFile && options.secondFile == before.secondFile &&
                 options.controlFiles.size() == before.controlFiles.size(),
             "a line that is not understood changes nothing");

@@ -25,11 +25,11 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::bad_alloc&) {
-    rvf::tellUnexpectedEnd("out of memory");
+    rvf::reportFatalError("out of memory");
   } catch (const std::exception& failure) {
-    rvf::tellUnexpectedEnd(failure.what());
+    rvf::reportFatalError(failure.what());
   } catch (...) {
-    rvf::tellUnexpectedEnd("unexpected failure");
+    rvf::reportFatalError("unexpected failure");
   }
   return rvf::foldToProcessStatus(rvf::exit_status::kFailed);
 }

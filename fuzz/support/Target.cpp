@@ -2,7 +2,6 @@
 #include "messages/MessageReporter.h"
 #include "messages/ProcessEnd.h"
 #include "pagemodel/StaticLookup.h"
-#include "run/RunOptions.h"
 #include "support/Fuzz.h"
 
 namespace {
@@ -15,9 +14,8 @@ struct ProcessEnded {};
 extern "C" int LLVMFuzzerTestOneInput(const rvf::u8* data, std::size_t size) {
   using namespace rvf;
   setProcessEndHandler([] { throw ProcessEnded(); });
-  messageReporter = MessageReporter();
-  muteAllMessages = onlyFirstOccurrence = 0;
-  positionTolerance = lineTolerance = simpleReturn = 0;
+  messageReporter.reset();
+  positionTolerance = lineTolerance = 0;
   currentContext = nullptr;
   try {
     fuzz::checkInput(fuzz::FuzzInput({reinterpret_cast<const char*>(data), size}));

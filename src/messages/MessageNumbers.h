@@ -1,37 +1,57 @@
 #pragma once
 
+#include <string_view>
+
 #include "base/Integers.h"
 
 namespace rvf {
 
 /// The numbers of all messages that the program gives. Their texts stand in the catalogue file, so
-/// the numbers are frozen. Behind each: its arguments (t text, i integer) and what they are.
+/// the numbers are frozen. Behind each: what its arguments are.
 enum class MessageNumber : i32 {
-  kInformation = 1000,          // -      never given; the level filter knows it
-  kOptionNotUnderstood = 1019,  // t      the option or control-file line
-  kOverrideNotApplied = 1502,   // i      the number that the override names
-  kSinkWriteFailed = 1806,      // t t    file name, system text
-  kArchiveWriteFailed = 1811,   // t t i  file name, system text, bytes
-  kArchiveCloseFailed = 1814,   // t t    file name, system text
-  kFileReadFailed = 1822,       // i t t  bytes, file name, system text
-  kFileWriteFailed = 1823,      // i t t  bytes, file name, system text
-  kFileNotOpen = 1847,          // t      file name
-  kFileCloseFailed = 1848,      // t t    file name, system text
-  kFileUnusable = 1903,         // t t    file name, reason
-  kFileSeekFailed = 1911,       // t      file name
-  kPayloadValues = 2529,        // i i    two values of a draw part
-  kRecordTooNew = 2564,         // t i i  record label, version found, highest known
-  kInvalidPartType = 9000,      // t      "Invalid DrawPart Type"
-  kArchiveDamaged = 9042,       // t      "Exception in eArchive class."
-  kConverterNotOpened = 9045,   // t      a text that names the encoding
-  kTooManyNameValues = 9048,    // t      a text that names the limit
+  kInformation = 1000,          // none; never given, but the level filter knows it
+  kOptionNotUnderstood = 1019,  // the option or control-file line
+  kOverrideNotApplied = 1502,   // the number that the override names
+  kSinkWriteFailed = 1806,      // file name, system text
+  kArchiveWriteFailed = 1811,   // file name, system text, bytes
+  kArchiveCloseFailed = 1814,   // file name, system text
+  kFileReadFailed = 1822,       // bytes, file name, system text
+  kFileWriteFailed = 1823,      // bytes, file name, system text
+  kFileNotOpen = 1847,          // file name
+  kFileCloseFailed = 1848,      // file name, system text
+  kFileUnusable = 1903,         // file name, reason
+  kFileSeekFailed = 1911,       // file name
+  kPayloadValues = 2529,        // two values of a draw part
+  kRecordTooNew = 2564,         // record label, version found, highest known
+  kInvalidPartType = 9000,      // "Invalid DrawPart Type"
+  kArchiveDamaged = 9042,       // "Exception in eArchive class."
+  kConverterNotOpened = 9045,   // a text that names the encoding
+  kTooManyNameValues = 9048,    // a text that names the limit
   kFallback = 9999,             // what the catalogue answers for a number that it lacks
 };
 
-/// Whether a message tells of an input that was not read or a result that was not kept. Its
-/// severity is the catalogue's affair; where there is none, the run counts as failed after such a
-/// message.
-constexpr bool tellsOfLoss(MessageNumber number) {
+/// The form of one message's arguments: a letter for each, t text, i integer.
+struct MessageForm {
+  MessageNumber number;
+  std::string_view arguments;
+};
+
+/// All messages that code may report. A call with arguments of another form does not compile.
+constexpr MessageForm kMessageForms[] = {
+    {MessageNumber::kInformation, ""},           {MessageNumber::kOptionNotUnderstood, "t"},
+    {MessageNumber::kOverrideNotApplied, "i"},   {MessageNumber::kSinkWriteFailed, "tt"},
+    {MessageNumber::kArchiveWriteFailed, "tti"}, {MessageNumber::kArchiveCloseFailed, "tt"},
+    {MessageNumber::kFileReadFailed, "itt"},     {MessageNumber::kFileWriteFailed, "itt"},
+    {MessageNumber::kFileNotOpen, "t"},          {MessageNumber::kFileCloseFailed, "tt"},
+    {MessageNumber::kFileUnusable, "tt"},        {MessageNumber::kFileSeekFailed, "t"},
+    {MessageNumber::kPayloadValues, "ii"},       {MessageNumber::kRecordTooNew, "tii"},
+    {MessageNumber::kInvalidPartType, "t"},      {MessageNumber::kArchiveDamaged, "t"},
+    {MessageNumber::kConverterNotOpened, "t"},   {MessageNumber::kTooManyNameValues, "t"},
+};
+
+/// Whether a message means that an input was not read or a result was not kept. A run with such a
+/// message has failed, unless the catalogue gives the message another severity than S.
+constexpr bool meansDataLoss(MessageNumber number) {
   switch (number) {
     case MessageNumber::kSinkWriteFailed:
     case MessageNumber::kArchiveWriteFailed:

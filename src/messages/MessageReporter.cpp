@@ -38,18 +38,65 @@ MessageEntry MessageReporter::makeEntry(MessageNumber number,
   return entry;
 }
 
+std::u16string_view severityName(char16_t letter) {
+  constexpr char16_t kLetters[] = {severity::kInformation, severity::kWarning, severity::kError,
+                                   severity::kSevere};
+  const bool isLetter = std::ranges::find(kLetters, letter) != std::end(kLetters);
+  return isLetter ? severityDisplayName(severityDisplayNumber(letter)) : std::u16string_view();
+}
+
+i32 severityDisplayNumber(char16_t letter) {
+  switch (letter) {
+    case severity::kWarning:
+      return severity_display::kWarning;
+    case severity::kError:
+      return severity_display::kError;
+    case severity::kSevere:
+      return severity_display::kSevere;
+    default:
+      return severity_display::kInformation;
+  }
+}
+
+std::u16string_view severityDisplayName(i32 displayNumber) {
+  switch (displayNumber) {
+    case severity_display::kNoChange:
+      return u"No Change";
+    case severity_display::kInformation:
+      return u"Information";
+    case severity_display::kWarning:
+      return u"Warning";
+    case severity_display::kError:
+      return u"Error";
+    case severity_display::kSevere:
+      return u"Severe Error";
+    default:
+      return u"Unknown";
+  }
+}
+
+void MessageReporter::reset() {
+  *this = MessageReporter();
+  muteAllMessages = 0;
+  onlyFirstOccurrence = 0;
+}
+
 i32 MessageReporter::take(MessageNumber number, std::span<const MessageArgument> arguments) {
   if (muteAllMessages != 0) {
     return 0;
   }
   callCount_ += 1;
+  if (listener_ != nullptr) {
+    listener_->messageRaised(makeEntry(number, arguments));
+  }
   if (mustHold()) {
     pending_.push_back(makeEntry(number, arguments));
     messageCount_ += 1;
     return 1;
   }
-  // A call with a number among its arguments is filtered before the number is printed and again as
-  // a call of texts, so its occurrence counts twice. The counts in existing reports come from this.
+  // Quirk that stays: a call with a number among its arguments is filtered before the number is
+  // printed and again as a call of texts, so that its occurrence counts twice. The counts in
+  // existing reports come from this.
   const bool hasNumber = !std::ranges::all_of(arguments, &MessageArgument::isText);
   if (hasNumber && !backEnd_->passesFilter(number) && reportSink != nullptr) {
     return 1;

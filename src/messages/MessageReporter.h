@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -24,6 +25,23 @@ constexpr char16_t kWarning = u'W';
 constexpr char16_t kError = u'E';
 constexpr char16_t kSevere = u'S';
 }  // namespace severity
+
+/// What people call the severity of this letter; empty for any other character.
+[[nodiscard]] std::u16string_view severityName(char16_t letter);
+
+/// A second scale of severities, for displays, which starts with "nothing has changed".
+namespace severity_display {
+constexpr i32 kNoChange = 1;
+constexpr i32 kInformation = 2;
+constexpr i32 kWarning = 3;
+constexpr i32 kError = 4;
+constexpr i32 kSevere = 5;
+}  // namespace severity_display
+
+/// The display number of a severity letter; a character that is none counts as information.
+[[nodiscard]] i32 severityDisplayNumber(char16_t letter);
+/// The name of a display number, "Unknown" for one outside the scale.
+[[nodiscard]] std::u16string_view severityDisplayName(i32 displayNumber);
 
 /// The levels of the tally. From kSevere on the run has failed.
 namespace severity_level {
@@ -75,6 +93,12 @@ struct MessageTally {
   }
 };
 
+/// While nonzero every call returns 0 at once: set around a step whose failures do not count, such
+/// as a measuring pass.
+inline i32 muteAllMessages = 0;
+/// While nonzero only the first occurrence of each message is written.
+inline i32 onlyFirstOccurrence = 0;
+
 /// One argument of a call: a text or a number. Texts are borrowed for the call; a null text counts
 /// as absent.
 class MessageArgument {
@@ -123,38 +147,57 @@ constexpr char argumentLetter() {
   }
 }
 
-/// The argument forms that the messages of the catalogue are written for.
-constexpr std::string_view kReportForms[] = {
-    "",       "t",      "i",                                                      // none, one
-    "tt",     "ii",     "it",     "ti",                                           // two
-    "ttt",    "iii",    "iit",    "itt",    "iti",  "tti",  "tit", "tii", "tif",  // three
-    "tttt",   "iiii",   "ittt",   "ttii",   "tiit", "tiii",                       // four
-    "ttttt",  "itttt",  "tiiii",                                                  // five
-    "tttttt", "ittttt", "ittiii", "tiiiii",                                       // six
-};
-
-constexpr bool isReportForm(std::string_view form) {
-  for (const std::string_view known : kReportForms) {
-    if (known == form) {
-      return true;
-    }
-  }
-  return false;
-}
+/// The letters of a call's arguments.
+template <class... Arguments>
+constexpr char kCallForm[] = {argumentLetter<std::decay_t<Arguments>>()..., 0};
 
 }  // namespace detail
 
-/// The one road of every failure and notice: code anywhere gives a number and its arguments and
-/// goes on. Calls are held until a sink is attached and the catalogue is loaded, which
-/// FlushMessages does once, after the comparison.
+/// A message number together with the proof that a call has the arguments that kMessageForms asks
+/// for. The conversion takes place while compiling and fails there.
+template <class... Arguments>
+class CheckedNumber {
+ public:
+  consteval CheckedNumber(MessageNumber number) : number_(number) {
+    bool hasForm = false;
+    for (const MessageForm& form : kMessageForms) {
+      hasForm |= form.number == number && form.arguments == detail::kCallForm<Arguments...>;
+    }
+    if (!hasForm) {
+      throw "no message of this number has arguments of this form";
+    }
+  }
+  [[nodiscard]] constexpr MessageNumber number() const { return number_; }
+
+ private:
+  MessageNumber number_;
+};
+
+/// Hears of each message as soon as it is raised, long before the catalogue gives it a text.
+class MessageListener {
+ public:
+  virtual ~MessageListener() = default;
+  /// Must not report anything itself.
+  virtual void messageRaised(const MessageEntry& entry) = 0;
+};
+
+/// Every failure and every notice is reported here: code anywhere gives a number and its arguments
+/// and goes on. Calls are held until a sink is attached and the catalogue is loaded, which
+/// FlushMessages does once, after the comparison. Without a back end they stay held, for whoever
+/// takes them.
 class MessageReporter {
  public:
-  /// Reports a message; the forms of arguments are those of kReportForms, any other does not build.
-  /// Returns 1 when the call was taken (held, written or dropped by the filter), 0 when muted.
+  /// Reports a message with the arguments that kMessageForms states. Returns 1 when the call was
+  /// taken (held, written or dropped by the filter), 0 when muted.
   template <class... Arguments>
-  i32 Report(MessageNumber number, const Arguments&... arguments) {
-    constexpr char kForm[] = {detail::argumentLetter<std::decay_t<Arguments>>()..., 0};
-    static_assert(detail::isReportForm(kForm), "no message has arguments of this form");
+  i32 Report(std::type_identity_t<CheckedNumber<Arguments...>> number,
+             const Arguments&... arguments) {
+    return reportUnchecked(number.number(), arguments...);
+  }
+  /// The same for a number that is known at run time only: up to six arguments of any form.
+  template <class... Arguments>
+  i32 reportUnchecked(MessageNumber number, const Arguments&... arguments) {
+    static_assert(sizeof...(arguments) <= kMostCallArguments);
     if constexpr (sizeof...(arguments) == 0) {
       return take(number, {});
     } else {
@@ -175,6 +218,16 @@ class MessageReporter {
   /// `backEnd` stays the caller's; null detaches it.
   void attachBackEnd(MessageBackEnd* backEnd) { backEnd_ = backEnd; }
 
+  /// `listener` stays the caller's; null detaches it.
+  void attachListener(MessageListener* listener) { listener_ = listener; }
+
+  /// Takes the held messages away, as numbers and arguments: for a program that tells them in its
+  /// own way, without a catalogue.
+  [[nodiscard]] std::deque<MessageEntry> takePending() { return std::exchange(pending_, {}); }
+
+  /// Back to the state of a new process: nothing attached, held, tallied or muted.
+  void reset();
+
   /// The position that the following messages carry.
   void setLocation(i32 location, const eString& name);
   void clearLocation() { hasLocation_ = false; }
@@ -189,11 +242,11 @@ class MessageReporter {
   std::vector<MessageOverride> overrides;
   i32 levelFilter = 0;  // 1 drops I but for kInformation; 2 and up also W
   bool reportingDisabled = false;
-  bool directOutput = true;            // a finished line goes straight to the sink
-  bool heldOutput = true;              // until a sink is attached
-  bool timePrefix = false;             // no option sets it
-  bool structuredForm = false;         // no option sets it
-  TextSink* reportSink = nullptr;      // not owned
+  bool directOutput = true;        // a finished line goes straight to the sink
+  bool heldOutput = true;          // until a sink is attached
+  bool timePrefix = false;         // puts the time of day in front of each line; no option sets it
+  bool structuredForm = false;     // no option sets it
+  TextSink* reportSink = nullptr;  // not owned
   TextSink* structuredSink = nullptr;  // not owned
 
  private:
@@ -203,6 +256,7 @@ class MessageReporter {
                                        std::span<const MessageArgument> arguments) const;
 
   MessageBackEnd* backEnd_ = nullptr;
+  MessageListener* listener_ = nullptr;
   std::deque<MessageEntry> pending_;
   i32 callCount_ = 0;
   i32 messageCount_ = 0;
@@ -213,16 +267,11 @@ class MessageReporter {
 
 extern MessageReporter messageReporter;
 
-/// While nonzero every call returns 0 at once: set around a step whose failures do not count, such
-/// as a measuring pass.
-inline i32 muteAllMessages = 0;
-/// While nonzero only the first occurrence of each message is written.
-inline i32 onlyFirstOccurrence = 0;
-
 /// messageReporter.Report, for short.
 template <class... Arguments>
-i32 Report(MessageNumber number, const Arguments&... arguments) {
-  return messageReporter.Report(number, arguments...);
+i32 Report(std::type_identity_t<CheckedNumber<Arguments...>> number,
+           const Arguments&... arguments) {
+  return messageReporter.reportUnchecked(number.number(), arguments...);
 }
 
 }  // namespace rvf

@@ -22,7 +22,7 @@ namespace {
 constexpr const char16_t* kMessageFileLabel = u"Message File";
 
 void tellUnusable(const eString& path, const eString& reason) {
-  Report(MessageNumber::kFileUnusable, path, reason, u"", u"");
+  Report(MessageNumber::kFileUnusable, path, reason);
 }
 
 /// Opens a file of the comparison. Null, and a report, when that fails.

@@ -80,7 +80,8 @@ i32 takeSteps(CompareRun& run, MessageSession& session, std::span<const eString>
   messageReporter.FlushMessages();
   run.closeRun(status);
   session.printHeldMessages();
-  return failedSeverely() ? exit_status::kFailed : formExitStatus(status, simpleReturn != 0);
+  return failedSeverely() ? exit_status::kFailed
+                          : formExitStatus(status, run.options().simpleReturn);
 }
 
 }  // namespace

@@ -63,6 +63,6 @@ void tellMessageFileProblem(const eString& path, const eString& reason) {
   tellFileProblem("message file", path, reason);
 }
 
-void tellUnexpectedEnd(const char* reason) { std::fprintf(stderr, "rvfcompare: %s\n", reason); }
+void reportFatalError(const char* reason) { std::fprintf(stderr, "rvfcompare: %s\n", reason); }
 
 }  // namespace rvf

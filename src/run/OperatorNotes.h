@@ -15,6 +15,6 @@ void tellFailedOptions(const RunOptions& options);
 void tellMessageFileProblem(const eString& path, const eString& reason);
 
 /// A failure that no message stands for.
-void tellUnexpectedEnd(const char* reason);
+void reportFatalError(const char* reason);
 
 }  // namespace rvf

@@ -56,8 +56,8 @@ bool setFiles(RunOptions& options, const eString& value) {
   return true;
 }
 
-bool setSimpleReturn(RunOptions&, const eString&) {
-  simpleReturn = 1;
+bool setSimpleReturn(RunOptions& options, const eString&) {
+  options.simpleReturn = true;
   return true;
 }
 

@@ -10,10 +10,6 @@
 
 namespace rvf {
 
-/// Nonzero when the exit status is to be one of exit_status instead of the difference bits. The
-/// tolerances, which are process-wide as well, stand in compare/Tolerances.h.
-inline i32 simpleReturn = 0;
-
 /// The settings of one run, with their defaults. They come from the command line and then from the
 /// control files that it names, all in one syntax: an option line is a comment, or a dash or slash,
 /// a name and possibly "=value" (OptionTable.h). Of several lines with one name the last one holds.
@@ -34,7 +30,8 @@ struct RunOptions {
   eString firstFile{u"RVF1.rvf"};
   eString secondFile{u"RVF2.rvf"};
   eString differenceFile{u"Differenced.dat"};
-  bool dbcsMode = false;  // text of two bytes a character in files too old to tell it
+  bool simpleReturn = false;  // the exit status tells only whether the files differ
+  bool dbcsMode = false;      // text of two bytes a character in files too old to tell it
   eString controlFileEncoding{u"ISO88591"};
 
   /// Takes the arguments behind the first one, which names the program. Words that begin neither

@@ -26,7 +26,7 @@ Result compare(FailingFile& first, FailingFile& second, FailingFile& difference)
   if (!firstReader.valid() || !secondReader.valid()) return {};
   const DiffFlags bits = walkCustomers(firstReader, secondReader, true, {difference, u"a", u"b"});
   const bool isSound = std::ranges::none_of(messages.takeNumbers(), [](int number) {
-    return tellsOfLoss(static_cast<MessageNumber>(number));
+    return meansDataLoss(static_cast<MessageNumber>(number));
   });
   return {isSound, bits};
 }

@@ -16,8 +16,8 @@ namespace {
 /// Starts each test with the process-wide settings of a new process.
 class Options : public testing::Test {
  protected:
-  Options() { positionTolerance = lineTolerance = simpleReturn = 0; }
-  ~Options() override { positionTolerance = lineTolerance = simpleReturn = 0; }
+  Options() { positionTolerance = lineTolerance = 0; }
+  ~Options() override { positionTolerance = lineTolerance = 0; }
 
   bool parseLine(const std::string& line) { return options.parseOption(fromNative(line)); }
 

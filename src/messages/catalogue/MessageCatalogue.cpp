@@ -66,11 +66,12 @@ class FileLines {
 
 }  // namespace
 
-bool MessageCatalogue::LoadCatalogue(std::FILE* console) {
+bool MessageCatalogue::LoadCatalogue(std::FILE* console, Comments comments) {
   if (state_ != State::kNotLoaded) {
     return false;
   }
   state_ = State::kStarted;
+  commentsWanted_ = comments;
   eDiskFile file;
   if (!file.Open(findCatalogue(fileName_), open_flags::kRead, false)) {
     print(console, u"The error message file - %ls - could not be found.\n", fileName_);
@@ -80,7 +81,7 @@ bool MessageCatalogue::LoadCatalogue(std::FILE* console) {
   if (!readLines(file)) {
     print(console, u"The error message file - %ls - was opened but could not be read.\n",
           fileName_);
-    records_.clear();
+    dropContent();
     return false;
   }
   if (!versionMatched_) {
@@ -128,8 +129,9 @@ void MessageCatalogue::parseLine(std::u16string_view line) {
     }
     return;
   }
-  // A comment begins otherwise, so it ends here too.
-  if (line.starts_with(kDefine)) {
+  if (line.starts_with(kComment) && commentsWanted_ == Comments::kKeep) {
+    comments_.emplace_back(line);
+  } else if (line.starts_with(kDefine)) {
     parseMessageLine(line.substr(kDefine.size()));
   }
 }
@@ -147,6 +149,7 @@ void MessageCatalogue::parseMessageLine(std::u16string_view definition) {
   std::optional<MessageRecord> record =
       parseMessageRecord(leadingDecimal(definition), skipFieldBlanks(recordText), separator_);
   if (record) {
+    currentNumber_ = record->number;
     records_.push_back(*std::move(record));
   } else {
     loadFailed_ = true;
@@ -240,11 +243,23 @@ MessageRecord* MessageCatalogue::findRecord(i32 number) {
   return fallbackRecord_ ? &*fallbackRecord_ : nullptr;
 }
 
+const MessageRecord* MessageCatalogue::currentRecord() const {
+  // Among those of its number it stands last, since they keep the order of the file.
+  const auto behind =
+      std::ranges::upper_bound(records_, currentNumber_, {}, &MessageRecord::number);
+  return records_.empty() ? nullptr : &*(behind - 1);
+}
+
+void MessageCatalogue::dropContent() {
+  records_.clear();
+  comments_.clear();
+}
+
 void MessageCatalogue::SetMessageFile(const eString& name) {
   if (name == fileName_) {
     return;
   }
-  records_.clear();
+  dropContent();
   fallbackRecord_.reset();
   versionMatched_ = false;
   lastIndex_ = -1;

@@ -27,12 +27,15 @@ constexpr const char16_t* kCatalogueFile = u"MsgResource_en-us.dat";
 ///     #define MSG_FILE_NOT_OPEN 1847 // W|0|0|The file |1| was not open.
 class MessageCatalogue {
  public:
-  /// Loads the file unless that was tried before. The catalogue cannot tell its own troubles as
+  /// What becomes of the comments of the file.
+  enum class Comments { kDrop, kKeep };
+
+  /// Loads the file unless that was tried before. The catalogue cannot report its own troubles as
   /// messages, so it prints them on `console`: the file is not found, is not readable in any
   /// encoding, or is of another version (which does not stop the load). Returns whether the
   /// catalogue was loaded now. A malformed message line ends the load, and what stands in front of
   /// it counts.
-  bool LoadCatalogue(std::FILE* console);
+  bool LoadCatalogue(std::FILE* console, Comments comments = Comments::kDrop);
   [[nodiscard]] bool isLoaded() const { return state_ == State::kLoaded; }
 
   /// The index of the number's record, or -1.
@@ -41,6 +44,13 @@ class MessageCatalogue {
   /// not loaded; one that a malformed line cut off has no answer for missing numbers either. The
   /// record stays the catalogue's and valid until another file is set.
   [[nodiscard]] MessageRecord* findRecord(i32 number);
+
+  /// The comments of a catalogue that was loaded with Comments::kKeep, in the order of the file,
+  /// without blanks and tabs in front. Like other lines, those under 20 characters do not count.
+  [[nodiscard]] const std::vector<eString>& comments() const { return comments_; }
+  /// The message that the load took last, which is the last one in the file or the one in front of
+  /// a malformed line. Null when there is none. Valid until another file is set.
+  [[nodiscard]] const MessageRecord* currentRecord() const;
 
   /// Another file than the usual one. A name that differs drops what was loaded.
   void SetMessageFile(const eString& name);
@@ -58,12 +68,16 @@ class MessageCatalogue {
 
   bool readLines(FileObject& file);
   void parseLine(std::u16string_view line);
+  void dropContent();
   void parseMessageLine(std::u16string_view definition);
   void buildBuckets();
   [[nodiscard]] i32 bisect(i32 number, i32 low, i32 high) const;
 
   State state_ = State::kNotLoaded;
   std::vector<MessageRecord> records_;
+  Comments commentsWanted_ = Comments::kDrop;
+  std::vector<eString> comments_;
+  i32 currentNumber_ = 0;  // of the message that was taken last
   /// For each thousand the index of the first record at or above it.
   std::array<i32, kBucketCount> buckets_{};
   i32 lastNumber_ = -1;  // the last number found and where, for a message that repeats

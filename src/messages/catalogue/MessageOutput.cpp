@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "datetime/DateTime.h"
 #include "messages/catalogue/MessageLine.h"
 #include "text/encoding/TextSink.h"
 
@@ -53,9 +54,14 @@ i32 lowestStoppingLevel(i32 stopLevel) {
 }  // namespace
 
 bool MessageOutput::passesFilter(MessageNumber number) {
-  if (reporter_.reportingDisabled) {
-    return false;
+  const bool passes = !reporter_.reportingDisabled && passesLimits(number);
+  if (!passes) {
+    countLoss(number);
   }
+  return passes;
+}
+
+bool MessageOutput::passesLimits(MessageNumber number) {
   MessageRecord* record = catalogue_.findRecord(static_cast<i32>(number));
   if (record == nullptr) {
     return false;
@@ -91,7 +97,10 @@ bool MessageOutput::flush(std::deque<MessageEntry>& pending) {
     pending.pop_front();
     const int argumentCount = countArguments(entry);
     if (!passesFilter(entry.number)) {
-      return true;  // the end of the flush, not of this entry only: reports that exist end here
+      // Quirk that stays: a message that is held back ends the flush, not only its own writing.
+      // Existing reports end here. What is lost stays lost, though.
+      std::ranges::for_each(pending, [this](const MessageEntry& left) { countLoss(left.number); });
+      return true;
     }
     const MessageRecord* record = catalogue_.findRecord(static_cast<i32>(entry.number));
     result = buildLine(entry, record, argumentCount);
@@ -115,8 +124,8 @@ void MessageOutput::printHeld(MessageEntry entry) {
   MessageRecord* record = catalogue_.findRecord(static_cast<i32>(entry.number));
   if (record == nullptr) {
     printLine(stderr, eString(numberAndArguments(entry)));
-    if (flushed_ && tellsOfLoss(entry.number)) {
-      raiseSeverity(severity_level::kSevere);
+    if (flushed_) {
+      countLoss(entry.number);
     }
     return;
   }
@@ -142,6 +151,16 @@ bool MessageOutput::applyOverrides() {
   return true;
 }
 
+/// The local time of day, "06:12:09 ", if lines are to begin with it.
+eString MessageOutput::timePrefix() const {
+  eString prefix;
+  if (reporter_.timePrefix) {
+    const DateTime now;
+    prefix.Format(u"%.2d:%.2d:%.2d ", now.GetHour(), now.GetMinute(), now.GetSecond());
+  }
+  return prefix;
+}
+
 bool MessageOutput::buildLine(MessageEntry& entry, const MessageRecord* record,
                               int argumentCount) const {
   if (record == nullptr) {
@@ -155,7 +174,8 @@ bool MessageOutput::buildLine(MessageEntry& entry, const MessageRecord* record,
   }
   entry.severity = record->severity;
   // The record's number, which is that of the fallback record for a number without a text.
-  entry.text.Format(u"QZ%06ld%lc (%ld) ", record->number, record->severity, record->useCount);
+  entry.text.Format(u"%lsQZ%06ld%lc (%ld) ", timePrefix(), record->number, record->severity,
+                    record->useCount);
   entry.text.Append(eString(substituteArguments(*record, entry, argumentCount)));
   return true;
 }
@@ -167,6 +187,7 @@ void MessageOutput::deliver(const MessageEntry& entry, const MessageRecord* reco
     reporter_.storedMessages.push_back(entry);
   }
   tally(record);
+  countLoss(entry.number);
 }
 
 void MessageOutput::EmitLine(const MessageEntry& entry, const MessageRecord* record) {
@@ -246,6 +267,16 @@ void MessageOutput::tally(const MessageRecord* record) {
     }
   }
   raiseSeverity(level);
+}
+
+void MessageOutput::countLoss(MessageNumber number) {
+  const i32 index = catalogue_.isLoaded() ? catalogue_.FindMessage(static_cast<i32>(number)) : -1;
+  const bool catalogueDecides =
+      index >= 0 &&
+      catalogue_.records()[static_cast<std::size_t>(index)].severity != severity::kSevere;
+  if (meansDataLoss(number) && !catalogueDecides) {
+    raiseSeverity(severity_level::kSevere);
+  }
 }
 
 void MessageOutput::raiseSeverity(i32 level) {

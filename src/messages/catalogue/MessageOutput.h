@@ -26,19 +26,24 @@ class MessageOutput final : public MessageBackEnd {
   void write(MessageEntry& entry, int argumentCount) override;
   /// Without a catalogue the pending messages go the way of printHeldMessages. A message that the
   /// filter holds back ends the flush, and those behind it are never written.
+  ///
+  /// A message that means a loss (meansDataLoss) makes the run a failed one even if the catalogue
+  /// lacks its number, if it is held back, or if it stands behind one that is. A catalogue that has
+  /// the number with another severity than S decides otherwise.
   bool flush(std::deque<MessageEntry>& pending) override;
 
   /// For a run that ends before the flush: prints each held message on standard error, as the line
   /// that the catalogue gives for it, uncut, or without a catalogue as number and arguments. No
   /// message is printed twice, and what a flush left behind stays unwritten. Nothing is tallied,
-  /// except after a flush that found no catalogue: there a message that tells of a loss
-  /// (tellsOfLoss) makes the run a failed one, as no catalogue can.
+  /// except after a flush that found no catalogue, where a message that means a loss counts.
   void printHeldMessages();
 
   /// For tests and for another catalogue than the usual one.
   [[nodiscard]] MessageCatalogue& catalogue() { return catalogue_; }
 
  private:
+  [[nodiscard]] bool passesLimits(MessageNumber number);
+  [[nodiscard]] eString timePrefix() const;
   bool buildLine(MessageEntry& entry, const MessageRecord* record, int argumentCount) const;
   void deliver(const MessageEntry& entry, const MessageRecord* record);
   void EmitLine(const MessageEntry& entry, const MessageRecord* record);
@@ -46,6 +51,7 @@ class MessageOutput final : public MessageBackEnd {
   [[nodiscard]] bool isAboutReportSink(const MessageEntry& entry) const;
   void tally(const MessageRecord* record);
   void raiseSeverity(i32 level);
+  void countLoss(MessageNumber number);
   bool applyOverrides();
   void printHeld(MessageEntry entry);
 

@@ -61,12 +61,12 @@ class MessageOutputTest : public ::testing::Test {
 };
 
 TEST_F(MessageOutputTest, FlushWritesTheHeldMessagesInTheirOrder) {
-  reporter.Report(kSevere, u"first");
-  reporter.Report(kWarn, u"a", 2);
-  reporter.Report(kWarn, u"only one");
-  reporter.Report(kWarn, u"", u"b");
-  reporter.Report(kInform);
-  reporter.Report(kUnknown, u"a", u"b");
+  reporter.reportUnchecked(kSevere, u"first");
+  reporter.reportUnchecked(kWarn, u"a", 2);
+  reporter.reportUnchecked(kWarn, u"only one");
+  reporter.reportUnchecked(kWarn, u"", u"b");
+  reporter.reportUnchecked(kInform);
+  reporter.reportUnchecked(kUnknown, u"a", u"b");
   EXPECT_EQ(takeLines(), "");
   reporter.FlushMessages();
   EXPECT_EQ(takeLines(),
@@ -77,10 +77,10 @@ TEST_F(MessageOutputTest, FlushWritesTheHeldMessagesInTheirOrder) {
             "QZ000050I (1) information\n"
             "QZ009999W (1) Message a not found. b |3| |4| |5|\n");
   // Behind the flush calls go out at once, and there an empty argument is an argument.
-  reporter.Report(kWarn, u"a", 2);  // quirk: an integer form counts its occurrence twice
-  reporter.Report(kWarn, u"", u"b");
-  reporter.Report(kWarn, static_cast<const char16_t*>(nullptr), u"b");
-  reporter.Report(kWarn);
+  reporter.reportUnchecked(kWarn, u"a", 2);  // quirk: an integer form counts its occurrence twice
+  reporter.reportUnchecked(kWarn, u"", u"b");
+  reporter.reportUnchecked(kWarn, static_cast<const char16_t*>(nullptr), u"b");
+  reporter.reportUnchecked(kWarn);
   EXPECT_EQ(takeLines(),
             "QZ000020W (5) warning a and 2\n"
             "QZ000020W (6) warning  and b\n"
@@ -90,11 +90,11 @@ TEST_F(MessageOutputTest, FlushWritesTheHeldMessagesInTheirOrder) {
 }
 
 TEST_F(MessageOutputTest, TheFirstMessageHeldBackEndsTheFlush) {
-  for (const char16_t* argument : {u"1", u"2", u"3"}) reporter.Report(kSevere, argument);
-  reporter.Report(kError, u"never written");
+  for (const char16_t* argument : {u"1", u"2", u"3"}) reporter.reportUnchecked(kSevere, argument);
+  reporter.reportUnchecked(kError, u"never written");
   reporter.FlushMessages();
   EXPECT_EQ(printedBy([this] { output.printHeldMessages(); }), "");
-  reporter.Report(kError, u"later");
+  reporter.reportUnchecked(kError, u"later");
   EXPECT_EQ(takeLines(),
             "QZ000040S (1) severe 1\nQZ000040S (2) severe 2\nQZ000030E (1) error later\n");
   const MessageTally& t = reporter.tally;
@@ -105,7 +105,7 @@ TEST_F(MessageOutputTest, FailingSinkIsToldOnStandardErrorOnly) {
   reporter.FlushMessages();
   // Raised while a line is being written: no endless recursion, and the line is not lost.
   sink.failsTo = &reporter;
-  EXPECT_EQ(printedBy([this] { reporter.Report(kError, u"x"); }),
+  EXPECT_EQ(printedBy([this] { reporter.reportUnchecked(kError, u"x"); }),
             "QZ001806S (1) sink other.dat: full\nQZ000030E (1) error x\n");
   sink.failsTo = nullptr;
   const auto tell = [this] { reporter.Report(MessageNumber::kSinkWriteFailed, sink.name(), u""); };
@@ -114,11 +114,11 @@ TEST_F(MessageOutputTest, FailingSinkIsToldOnStandardErrorOnly) {
 
 TEST_F(MessageOutputTest, MessagesOfARunWithoutFlushOrCatalogue) {
   const auto print = [this] { output.printHeldMessages(); };
-  reporter.Report(kWarn, fromNative(std::string(200, 'x')), u"b");
+  reporter.reportUnchecked(kWarn, fromNative(std::string(200, 'x')), u"b");
   EXPECT_EQ(printedBy(print), "QZ000020W (1) warning " + std::string(200, 'x') + " and b\n");
   EXPECT_EQ(printedBy(print), "");
   output.catalogue().SetMessageFile(fromNative(folder.path("none.dat")));
-  reporter.Report(kSevere, u"a", 2);
+  reporter.reportUnchecked(kSevere, u"a", 2);
   EXPECT_EQ(printedBy(print), "The error message file - " + folder.path("none.dat") +
                                   " - could not be found.\nQZ000040: \"a\", \"2\"\n");
 }
