@@ -59,7 +59,7 @@ TEST_P(Reference, RunLeavesWhatItMust) {
   std::optional<std::string> messages = fileIn(folder, folder.messagesName);
   if (messages) messages = withoutTime(*messages);
   EXPECT_EQ(messages, fileIn(folder, "expected-messages"));
-  // Too long and too binary to be printed: show_difference tells two of them apart.
+  // Too long and too binary to be printed: rvfinspect list tells two of them apart.
   EXPECT_TRUE(fileIn(folder, folder.differenceName) == fileIn(folder, "expected-difference"));
   if (result.status != 255) {
     EXPECT_EQ(result.err, "");

@@ -1,0 +1,249 @@
+#include "inspect/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <numeric>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "inspect/Commands.h"
+#include "inspect/model/BitNames.h"
+#include "inspect/model/Trouble.h"
+#include "inspect/output/ShownText.h"
+
+namespace rvf::inspect {
+
+namespace {
+
+constexpr const char* kVersionLine = "rvfinspect 16.2.0";
+
+/// The words of an option that takes one of a few.
+template <class Value>
+using Choices = std::vector<std::pair<std::string, Value>>;
+
+const Choices<Format> kReportFormats = {
+    {"text", Format::kText}, {"jsonl", Format::kJsonLines}, {"junit", Format::kJUnit}};
+const Choices<When> kWhens = {
+    {"auto", When::kAuto}, {"always", When::kAlways}, {"never", When::kNever}};
+
+template <class Value>
+CLI::Option* addChoice(CLI::App* command, const std::string& name, Value& target,
+                       const Choices<Value>& choices, const std::string& purpose) {
+  std::string names;
+  for (const auto& choice : choices) {
+    names += (names.empty() ? "" : ", ") + choice.first;
+  }
+  const auto choose = [&target, choices, name, names](const std::string& word) {
+    for (const auto& [choiceName, value] : choices) {
+      if (choiceName == word) {
+        target = value;
+        return;
+      }
+    }
+    throw CLI::ValidationError(name, word + " is none of " + names);
+  };
+  return command->add_option_function<std::string>(name, choose, purpose + ": " + names);
+}
+
+const CLI::Validator kFromOne(
+    [](const std::string& word) {
+      const bool isNumber = !word.empty() && word.size() < 10 &&
+                            word.find_first_not_of("0123456789") == std::string::npos;
+      return isNumber && std::stoi(word) > 0 ? "" : word + " is no number from 1";
+    },
+    "");
+
+/// A command and what runs it once its options are known.
+using Action = std::function<int()>;
+
+int editDistance(std::string_view a, std::string_view b) {
+  std::vector<int> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), 0);
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    int diagonal = row[0]++;
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const int replaced = diagonal + (a[i] == b[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+    }
+  }
+  return row.back();
+}
+
+/// ", did you mean NAME?" for the name most like a word; nothing if none is.
+std::string suggestion(std::string_view word, const std::vector<std::string>& names) {
+  int least = std::max(2, static_cast<int>(word.size()) / 3) + 1;
+  std::string nearest;
+  for (const std::string& name : names) {
+    const int distance = editDistance(word, name);
+    if (distance < least) {
+      least = distance;
+      nearest = name;
+    }
+  }
+  return nearest.empty() ? "" : "; did you mean " + nearest + "?";
+}
+
+/// The declarations of all commands on one CLI::App.
+class CommandLine {
+ public:
+  CommandLine() {
+    app_.name("rvfinspect");
+    app_.set_version_flag("--version", kVersionLine);
+    app_.set_help_flag("--help", "Show this help");
+    app_.require_subcommand(1);
+    app_.footer(
+        "Exit status: 0 no differences, or the file is sound; 1 differences; 2 trouble; 3 check "
+        "found "
+        "warnings only.\nrvfinspect COMMAND --help tells the options of a command.");
+    addList();
+  }
+
+  int run(int argc, char** argv) {
+    app_.parse(argc, argv);
+    return action_();
+  }
+
+  /// One line about a command line that is not understood; the help when that was asked for.
+  int explain(const CLI::ParseError& error, int argc, char** argv) {
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+      return app_.exit(error);
+    }
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    const CLI::App* command = commandOf(words);
+    std::string line = std::string("rvfinspect") +
+                       (command == &app_ ? "" : " " + command->get_name()) + ": " + error.what();
+    const std::string unknown = unknownWord(*command, words);
+    if (words.empty()) {
+      line = "rvfinspect: a command is missing: " + joined(commandNames());
+    } else if (command == &app_) {
+      line = "rvfinspect: unknown command " + words.front() +
+             suggestion(words.front(), commandNames());
+    } else if (!unknown.empty()) {
+      line = "rvfinspect " + command->get_name() + ": unknown option " + unknown +
+             suggestion(unknown, optionNames(*command));
+    }
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    std::fprintf(stderr, "%s (see rvfinspect %s--help)\n",
+                 shownText(std::string_view(line)).c_str(),
+                 command == &app_ ? "" : (command->get_name() + " ").c_str());
+    return status::kTrouble;
+  }
+
+ private:
+  CLI::App* addCommand(const std::string& name, const std::string& purpose,
+                       const std::string& example, Action action) {
+    CLI::App* command = app_.add_subcommand(name, purpose);
+    command->footer("Example:\n  " + example);
+    command->set_help_flag("--help", "Show this help");
+    command->callback([this, action = std::move(action)] { action_ = action; });
+    return command;
+  }
+
+  static void addOutput(CLI::App* command, OutputOptions& output, const Choices<Format>& formats) {
+    addChoice(command, "--format", output.format, formats, "How to write")->type_name("FORMAT");
+    command->add_option("--output", output.path, "Write to FILE instead of standard output")
+        ->type_name("FILE");
+    addChoice(command, "--color", output.color, kWhens, "Colours")->type_name("WHEN");
+    command->add_flag("--redact", redactsTexts,
+                      "Show every letter as x and every digit as 9 in texts, names and paths");
+  }
+
+  static void addSelection(CLI::App* command, Selection& selection) {
+    command
+        ->add_option("--customer", selection.customer,
+                     "This customer alone: its id, or # and its number from 1")
+        ->type_name("ID|#N");
+    command->add_option("--page", selection.page, "This page of each customer alone, from 1")
+        ->check(kFromOne)
+        ->type_name("N");
+  }
+
+  void addList() {
+    CLI::App* command = addCommand("list", "Show difference files without their inputs",
+                                   "rvfinspect list --differing Differenced.dat",
+                                   [this] { return runList(list_); });
+    command->add_option("FILE", list_.files, "Difference files")->required();
+    addSelection(command, list_.selection);
+    command->add_flag("--differing", list_.onlyDiffering, "Only pages that differ");
+    command->add_option("--bit", list_.bitName, "Only pages with this bit: " + allBitNames())
+        ->check([](const std::string& name) {
+          return bitOfName(name) != 0 ? "" : name + " is none of " + allBitNames();
+        })
+        ->type_name("NAME");
+    addOutput(command, list_.output, kReportFormats);
+  }
+
+  [[nodiscard]] const CLI::App* commandOf(const std::vector<std::string>& words) const {
+    for (const CLI::App* command : app_.get_subcommands({})) {
+      if (!words.empty() && command->get_name() == words.front()) {
+        return command;
+      }
+    }
+    return &app_;
+  }
+
+  [[nodiscard]] std::vector<std::string> commandNames() const {
+    std::vector<std::string> names;
+    for (const CLI::App* command : app_.get_subcommands({})) {
+      names.push_back(command->get_name());
+    }
+    return names;
+  }
+
+  static std::vector<std::string> optionNames(const CLI::App& command) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : command.get_options()) {
+      if (!option->get_lnames().empty()) {
+        names.push_back("--" + option->get_lnames().front());
+      }
+    }
+    return names;
+  }
+
+  // The first word that looks like an option and is none.
+  static std::string unknownWord(const CLI::App& command, const std::vector<std::string>& words) {
+    const std::vector<std::string> names = optionNames(command);
+    for (const std::string& word : words) {
+      const std::string name = word.substr(0, word.find('='));
+      if (name.size() > 1 && name.front() == '-' && std::ranges::count(names, name) == 0) {
+        return name;
+      }
+    }
+    return "";
+  }
+
+  static std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+      text += (text.empty() ? "" : ", ") + name;
+    }
+    return text;
+  }
+
+  CLI::App app_{
+      "Shows what changed between two page-capture files, and what such a file contains."};
+  Action action_;
+  ListOptions list_;
+};
+
+}  // namespace
+
+int runInspect(int argc, char** argv) {
+  CommandLine commandLine;
+  try {
+    return commandLine.run(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return commandLine.explain(error, argc, argv);
+  } catch (const Trouble& trouble) {
+    const std::string subject =
+        trouble.subject.empty() ? "" : shownText(std::string_view(trouble.subject)) + ": ";
+    std::fprintf(stderr, "rvfinspect: %s%s\n", subject.c_str(), trouble.what());
+    return status::kTrouble;
+  }
+}
+
+}  // namespace rvf::inspect

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "inspect/Options.h"
+
+namespace rvf::inspect {
+
+/// Exit statuses. Scripts test them; no command returns another.
+namespace status {
+constexpr int kSame = 0;  // no difference, or a sound file
+constexpr int kDifferent = 1;
+constexpr int kTrouble = 2;
+constexpr int kWarnings = 3;  // check alone
+}  // namespace status
+
+// One function a command, in a source of its name. Each returns an exit status; whatever keeps it
+// from its work is thrown as Trouble.
+
+[[nodiscard]] int runList(const ListOptions& options);
+
+}  // namespace rvf::inspect

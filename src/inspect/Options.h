@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Integers.h"
+#include "compare/DiffFlags.h"
+
+namespace rvf::inspect {
+
+enum class Format { kText, kJsonLines, kJUnit };
+enum class When { kAuto, kAlways, kNever };
+
+/// Where and how a command writes.
+struct OutputOptions {
+  Format format = Format::kText;
+  std::string path;  // empty: standard output
+  When color = When::kAuto;
+  When progress = When::kAuto;
+};
+
+/// Which customers and pages a command looks at; all of them without a choice.
+struct Selection {
+  std::string customer;     // an id, or # and the number from 1; empty: all
+  std::optional<i32> page;  // the number from 1
+};
+
+struct ListOptions {
+  std::vector<std::string> files;
+  Selection selection;
+  bool onlyDiffering = false;
+  std::string bitName;  // pages with this bit only; empty: all
+  OutputOptions output;
+};
+
+}  // namespace rvf::inspect

@@ -1,0 +1,94 @@
+#include "inspect/output/JsonLine.h"
+
+#include <cstdio>
+
+#include "inspect/output/ShownText.h"
+
+namespace rvf::inspect {
+
+JsonLine& JsonLine::name(std::string_view fieldName) {
+  value(fieldName);
+  text_ += ':';
+  return *this;
+}
+
+JsonLine& JsonLine::value(std::string_view text) {
+  separate();
+  text_ += '"';
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7F || c == '"' || c == '\\') {
+      appendEscaped(byte);
+    } else {
+      text_ += c;
+    }
+  }
+  text_ += '"';
+  return *this;
+}
+
+JsonLine& JsonLine::value(std::u16string_view text) {
+  std::u16string hidden;
+  if (redactsTexts) {
+    hidden = redacted(text);
+    text = hidden;
+  }
+  separate();
+  text_ += '"';
+  while (!text.empty()) {
+    const u32 c = takeCodePoint(text);
+    if (isUnsafe(c) || c == '"' || c == '\\') {
+      appendEscaped(c);
+    } else {
+      appendUtf8(text_, c);
+    }
+  }
+  text_ += '"';
+  return *this;
+}
+
+JsonLine& JsonLine::bracket(char c) {
+  separate();
+  text_ += c;
+  return *this;
+}
+
+JsonLine& JsonLine::endBracket(char c) {
+  text_ += c;
+  return *this;
+}
+
+JsonLine& JsonLine::plain(std::string_view token) {
+  separate();
+  text_ += token;
+  return *this;
+}
+
+void JsonLine::separate() {
+  if (text_.empty()) {
+    return;
+  }
+  const char last = text_.back();
+  if (last != '{' && last != '[' && last != ':') {
+    text_ += ',';
+  }
+}
+
+void JsonLine::appendEscaped(u32 c) {
+  if (c == '"' || c == '\\') {
+    text_ += '\\';
+    text_ += static_cast<char>(c);
+    return;
+  }
+  char number[24];
+  if (c < 0x10000) {
+    std::snprintf(number, sizeof number, "\\u%04x", c);
+  } else {
+    const u32 rest = c - 0x10000;
+    std::snprintf(number, sizeof number, "\\u%04x\\u%04x", 0xD800 | rest >> 10,
+                  0xDC00 | (rest & 0x3FF));
+  }
+  text_ += number;
+}
+
+}  // namespace rvf::inspect

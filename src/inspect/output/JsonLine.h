@@ -1,0 +1,48 @@
+#pragma once
+
+#include <concepts>
+#include <string>
+#include <string_view>
+
+#include "base/Integers.h"
+
+namespace rvf::inspect {
+
+/// Writes JSON text value by value, without a tree of it in memory: a dump has as many values as
+/// the file has fields. Whoever calls it opens and closes objects and lists in pairs.
+class JsonLine {
+ public:
+  JsonLine& open() { return bracket('{'); }
+  JsonLine& close() { return endBracket('}'); }
+  JsonLine& openList() { return bracket('['); }
+  JsonLine& closeList() { return endBracket(']'); }
+  /// The name of the next value of an object.
+  JsonLine& name(std::string_view fieldName);
+
+  JsonLine& value(std::integral auto number) { return plain(std::to_string(number)); }
+  JsonLine& value(bool truth) { return plain(truth ? "true" : "false"); }
+  /// Valid UTF-8, of this program.
+  JsonLine& value(std::string_view text);
+  JsonLine& value(const char* text) { return value(std::string_view(text)); }
+  /// A text of a file, redacted where that is asked for. Half a surrogate pair becomes U+FFFD.
+  JsonLine& value(std::u16string_view text);
+  JsonLine& null() { return plain("null"); }
+
+  JsonLine& field(std::string_view fieldName, const auto& fieldValue) {
+    return name(fieldName).value(fieldValue);
+  }
+
+  [[nodiscard]] const std::string& text() const { return text_; }
+  void clear() { text_.clear(); }
+
+ private:
+  JsonLine& bracket(char c);
+  JsonLine& endBracket(char c);
+  JsonLine& plain(std::string_view token);
+  void separate();
+  void appendEscaped(u32 codePoint);
+
+  std::string text_;
+};
+
+}  // namespace rvf::inspect

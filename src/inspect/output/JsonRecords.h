@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string_view>
+
+#include "compare/DiffFlags.h"
+#include "inspect/output/JsonLine.h"
+#include "inspect/output/Output.h"
+
+namespace rvf::inspect {
+
+/// The number of the format that docs/rvfinspect.schema.json describes.
+constexpr int kJsonFormat = 1;
+
+/// Starts a line with the kind of its record.
+JsonLine& openRecord(JsonLine& json, std::string_view record);
+/// Writes a closed record as one line and empties it.
+void writeRecord(Output& output, JsonLine& json);
+
+/// The fields "bits" and "names".
+JsonLine& addBits(JsonLine& json, DiffFlags bits);
+
+}  // namespace rvf::inspect

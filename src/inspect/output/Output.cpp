@@ -1,0 +1,48 @@
+#include "inspect/output/Output.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "inspect/model/Trouble.h"
+#include "text/NativeText.h"
+
+namespace rvf::inspect {
+
+Output::Output(std::string path) : path_(std::move(path)) {
+  if (!path_.empty()) {
+    file_.reset(std::fopen(path_.c_str(), "wb"));
+    if (file_ == nullptr) {
+      fail();
+    }
+  }
+}
+
+void Output::finish() {
+  writeOut();
+  std::FILE* file = file_ ? file_.get() : stdout;
+  if (std::fflush(file) != 0) {
+    fail();
+  }
+  if (file_ != nullptr && std::fclose(file_.release()) != 0) {
+    fail();
+  }
+}
+
+bool Output::isTerminal() const { return file_ == nullptr && ::isatty(STDOUT_FILENO) == 1; }
+
+void Output::writeOut() {
+  std::FILE* file = file_ ? file_.get() : stdout;
+  if (std::fwrite(buffer_.data(), 1, buffer_.size(), file) != buffer_.size()) {
+    fail();
+  }
+  buffer_.clear();
+}
+
+void Output::fail() const {
+  const std::string reason = toNative(systemErrorText(errno).view());
+  throw Trouble(path_.empty() ? "standard output" : path_, reason);
+}
+
+}  // namespace rvf::inspect

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace rvf::inspect {
+
+/// Where a command writes: standard output or a file. Buffered; a write that fails throws Trouble
+/// with the path and the reason.
+class Output {
+ public:
+  /// An empty path is standard output.
+  explicit Output(std::string path);
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  void write(std::string_view bytes) {
+    buffer_ += bytes;
+    if (buffer_.size() >= kBufferSize) {
+      writeOut();
+    }
+  }
+  void line(std::string_view bytes) {
+    write(bytes);
+    write("\n");
+  }
+  /// Writes out what is left. Whoever needs the result calls it before the output is dropped.
+  void finish();
+
+  /// Whether the output is a terminal.
+  [[nodiscard]] bool isTerminal() const;
+
+ private:
+  static constexpr std::size_t kBufferSize = 65536;
+
+  void writeOut();
+  [[noreturn]] void fail() const;
+
+  struct Closer {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  std::string path_;
+  std::unique_ptr<std::FILE, Closer> file_;
+  std::string buffer_;
+};
+
+}  // namespace rvf::inspect

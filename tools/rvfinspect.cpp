@@ -1,0 +1,20 @@
+#include <csignal>
+#include <cstdio>
+#include <exception>
+
+#include "inspect/CommandLine.h"
+
+int main(int argc, char** argv) {
+  // A reader that has seen enough, such as head, ends the program without a word, whatever the
+  // parent process has set.
+  std::signal(SIGPIPE, SIG_DFL);
+  try {
+    return rvf::inspect::runInspect(argc, argv);
+  } catch (const std::bad_alloc&) {
+    std::fputs("rvfinspect: out of memory\n", stderr);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "rvfinspect: %s\n", failure.what());
+  }
+  constexpr int kTrouble = 2;
+  return kTrouble;
+}
