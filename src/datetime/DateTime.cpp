@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <ctime>
 
 namespace rvf {
@@ -15,9 +16,9 @@ constexpr i32 kSecondsPerMinute = 60;
 constexpr i32 kHighestYear = 9999;
 // Days from the day before 1 January of year 1 to 30 December 1899.
 constexpr i32 kEpochDays = 693959;
-// From 30 December 1899 to 1 January 1970, where the calendar of the library starts.
+// From 30 December 1899 to 1 January 1970, where the day count of std::chrono starts.
 constexpr i32 kLibraryEpoch = 25569;
-// The days of the years 0 to 9999.
+// 1 January of year 0 and 31 December 9999.
 constexpr i32 kFirstDay = -693959;
 constexpr i32 kLastDay = 2958465;
 
@@ -56,17 +57,19 @@ bool DateTime::EncodeDateTime(i32 year, i32 month, i32 day, i32 hour, i32 minute
 void DateTime::SetToNow() {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
+  setToLocalTime(localtime_r(&now, &local));
+}
+
+void DateTime::setToLocalTime(const std::tm* local) {
+  constexpr i32 kFirstYear = 1900;  // of the fields of std::tm
   const bool isRead =
-      localtime_r(&now, &local) != nullptr &&
-      EncodeDateTime(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
-                     local.tm_min, std::min(local.tm_sec, 59), dayNumber);
-  i32 month = 0;
-  i32 day = 0;
-  i32 year = 0;
+      local != nullptr &&
+      EncodeDateTime(local->tm_year + kFirstYear, local->tm_mon + 1, local->tm_mday, local->tm_hour,
+                     local->tm_min, std::min(local->tm_sec, kSecondsPerMinute - 1), dayNumber);
   status = isRead ? kValid : kUnreadable;
-  GetDate(month, day, year, false);
-  // The date that stands for none counts as a failed reading too.
-  if (year == 1000 && month == 1 && day == 1) {
+  // Quirk that stays: the date that stands for none counts as a failed reading, even if the clock
+  // really shows it.
+  if (dateText() == "1000-01-01") {
     status = kUnreadable;
     dayNumber = 0;
   }
@@ -74,16 +77,30 @@ void DateTime::SetToNow() {
 
 namespace {
 
-// 0 to 86399, and 86400 for a time of day that rounds up to midnight.
-i32 secondOfDay(f64 dayNumber) {
+struct Moment {
+  std::chrono::year_month_day date;
+  i32 second = 0;  // of the day
+};
+
+// To the nearest second: a time that rounds up to midnight is the start of the next day, except on
+// the last day of the calendar, which has no next one.
+Moment momentOf(f64 dayNumber) {
+  i32 day = static_cast<i32>(std::trunc(dayNumber));
   const f64 fraction = std::fabs(dayNumber - std::trunc(dayNumber));
-  return static_cast<i32>(std::lround(fraction * kSecondsPerDay));
+  i32 second = static_cast<i32>(std::lround(fraction * kSecondsPerDay));
+  if (second == kSecondsPerDay && day == kLastDay) {
+    second -= 1;
+  } else if (second == kSecondsPerDay) {
+    day += 1;
+    second = 0;
+  }
+  return {std::chrono::sys_days(std::chrono::days(day - kLibraryEpoch)), second};
 }
 
-std::chrono::year_month_day calendarDay(f64 dayNumber) {
-  const i32 carried = secondOfDay(dayNumber) == kSecondsPerDay ? 1 : 0;
-  const i32 days = std::min(static_cast<i32>(std::trunc(dayNumber)) + carried, kLastDay);
-  return std::chrono::sys_days(std::chrono::days(days - kLibraryEpoch));
+std::string printed(const char* format, i32 first, i32 second, i32 third) {
+  char text[40];  // room for any three integers
+  std::snprintf(text, sizeof text, format, first, second, third);
+  return text;
 }
 
 }  // namespace
@@ -92,28 +109,41 @@ bool DateTime::isUsable() const {
   return status == kValid && dayNumber > kFirstDay - 1 && dayNumber < kLastDay + 1;
 }
 
-void DateTime::GetDate(i32& month, i32& day, i32& year, bool monthFromZero) const {
+void DateTime::GetDate(i32& month, i32& day, i32& year, MonthsFrom monthsFrom) const {
   month = 1;
   day = 1;
   year = 1000;
   if (isUsable()) {
-    const std::chrono::year_month_day date = calendarDay(dayNumber);
-    month = static_cast<i32>(static_cast<unsigned>(date.month())) - (monthFromZero ? 1 : 0);
+    const std::chrono::year_month_day date = momentOf(dayNumber).date;
+    const i32 january = monthsFrom == MonthsFrom::kZero ? 0 : 1;
+    month = static_cast<i32>(static_cast<unsigned>(date.month())) - 1 + january;
     day = static_cast<i32>(static_cast<unsigned>(date.day()));
     year = static_cast<i32>(date.year());
   }
 }
 
 i32 DateTime::GetHour() const {
-  return isUsable() ? secondOfDay(dayNumber) % kSecondsPerDay / kSecondsPerHour : 0;
+  return isUsable() ? momentOf(dayNumber).second / kSecondsPerHour : 0;
 }
 
 i32 DateTime::GetMinute() const {
-  return isUsable() ? secondOfDay(dayNumber) % kSecondsPerHour / kSecondsPerMinute : 0;
+  return isUsable() ? momentOf(dayNumber).second % kSecondsPerHour / kSecondsPerMinute : 0;
 }
 
 i32 DateTime::GetSecond() const {
-  return isUsable() ? secondOfDay(dayNumber) % kSecondsPerMinute : 0;
+  return isUsable() ? momentOf(dayNumber).second % kSecondsPerMinute : 0;
+}
+
+std::string DateTime::dateText() const {
+  i32 month = 0;
+  i32 day = 0;
+  i32 year = 0;
+  GetDate(month, day, year, MonthsFrom::kOne);
+  return printed("%04d-%02d-%02d", year, month, day);
+}
+
+std::string DateTime::timeText() const {
+  return printed("%02d:%02d:%02d", GetHour(), GetMinute(), GetSecond());
 }
 
 }  // namespace rvf

@@ -1,40 +1,54 @@
 #pragma once
 
+#include <ctime>
+#include <string>
+
 #include "base/Integers.h"
 
 namespace rvf {
 
-/// A date and time as a day count, in local time. The count starts at 30 December 1899, the time of
-/// day is the fraction. Before the start the fraction still counts away from it: -1.25 is 29
-/// December 1899, 06:00.
+/// The number that GetDate gives for January.
+enum class MonthsFrom : i32 { kOne, kZero };
+
+/// A date and time as a day count, in local time. Day 0 is 30 December 1899; the fraction is the
+/// time of day. It counts away from day 0 on both sides: -1.25 is 29 December 1899, 06:00.
 class DateTime {
  public:
   static constexpr i32 kValid = 0;
-  static constexpr i32 kUnreadable = 2;  // what a failed reading of the clock leaves
+  /// What a failed reading of the clock leaves.
+  static constexpr i32 kUnreadable = 2;
 
   /// The current local time.
   DateTime() { SetToNow(); }
   explicit DateTime(f64 day) : dayNumber(day) {}
 
   void SetToNow();
+  /// What SetToNow makes of the local time. Null, a date outside the calendar and 1 January of year
+  /// 1000 give day 0 and kUnreadable; a leap second counts as the second before it.
+  void setToLocalTime(const std::tm* local);
 
-  /// Returns false, and leaves `dayNumber`, for a value outside the calendar; years go from 0 to
-  /// 9999.
+  /// Returns false and leaves `dayNumber` alone for a date or time that does not exist. Years run
+  /// from 0 to 9999.
   [[nodiscard]] static bool EncodeDateTime(i32 year, i32 month, i32 day, i32 hour, i32 minute,
                                            i32 second, f64& dayNumber);
 
-  /// Whether there is a date to be had: the status is kValid and the year is from 0 to 9999.
+  /// Whether the value is a date: the status is kValid and the year is between 0 and 9999.
   [[nodiscard]] bool isUsable() const;
-  /// January is month 0 with `monthFromZero`, else 1. A value that is not usable gives month 1, day
-  /// 1, year 1000 either way.
-  void GetDate(i32& month, i32& day, i32& year, bool monthFromZero) const;
-  /// Parts of the time of day, to the nearest second; 0 for a value that is not usable.
+  /// An unusable value gives month 1, day 1, year 1000, wherever the months start.
+  void GetDate(i32& month, i32& day, i32& year, MonthsFrom monthsFrom) const;
+  /// The time of day to the nearest second; 0 for an unusable value.
   [[nodiscard]] i32 GetHour() const;
   [[nodiscard]] i32 GetMinute() const;
   [[nodiscard]] i32 GetSecond() const;
 
+  /// The date as "2024-02-29" and the time as "06:30:00", for everything but the banner of a run,
+  /// which has a form of its own. Part of the interface; a run does not call them.
+  [[nodiscard]] std::string dateText() const;
+  [[nodiscard]] std::string timeText() const;
+
   f64 dayNumber = 0;
-  i32 status = kValid;  // anything else: the value holds no usable time
+  /// Anything but kValid marks a value that holds no usable time.
+  i32 status = kValid;
 };
 
 }  // namespace rvf

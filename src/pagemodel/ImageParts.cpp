@@ -44,11 +44,11 @@ struct ImageHead {
 
 void readImageColours(ImageHead& head, eArchive& archive, i32 v) {
   using namespace part_version;
-  const bool hasKindWord = v >= kTint;
-  head.info.colourA = readColourValue(archive, hasKindWord);
-  head.info.colourB = readColourValue(archive, hasKindWord);
+  const KindWord kindWord = v >= kTint ? KindWord::kStored : KindWord::kAbsent;
+  head.info.colourA = readColourValue(archive, kindWord);
+  head.info.colourB = readColourValue(archive, kindWord);
   if (v >= kImageColourC) {
-    head.info.colourC = readColourValue(archive, hasKindWord);
+    head.info.colourC = readColourValue(archive, kindWord);
     head.hasLegacyColour = head.info.colourC.kind == colour_kind::kLegacy;
   } else {
     head.info.colourC.value = kDefaultColourC;
@@ -130,12 +130,12 @@ void readImageTail(ImageInfo& info, eArchive& archive, i32 v) {
     info.valueD = archive.ReadI32();
     // Quirk that stays: this colour is consumed and dropped. Filling colourD with it would make
     // images differ that have always been equal.
-    static_cast<void>(readColourValue(archive, true));
+    static_cast<void>(readColourValue(archive, KindWord::kStored));
   }
   info.byteE = v >= kImportFlag ? archive.ReadU8() : u8{0};
   info.imageFlag = v >= kImageFlag ? archive.ReadI32() : 0;
   if (v >= kImageColourE && info.imageFlag != 0) {
-    info.colourE = readColourValue(archive, true);
+    info.colourE = readColourValue(archive, KindWord::kStored);
     info.valueF = archive.ReadI32();
     info.valueG = archive.ReadI32();
   }

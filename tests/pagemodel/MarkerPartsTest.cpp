@@ -1,7 +1,6 @@
 #include "pagemodel/MarkerParts.h"
 
 #include "pagemodel/PartRows.h"
-#include "pagemodel/colour/UsedColourList.h"
 #include "support/Reporting.h"
 
 namespace rvf::test {
@@ -31,26 +30,6 @@ TEST(MarkerParts, TagIdsFoldIntoTheirBand) {
     EXPECT_EQ(foldedTagId(static_cast<u16>(id), 2), top);
     EXPECT_EQ(foldedTagId(static_cast<u16>(id), 3), id);
   }
-}
-
-TEST(UsedColours, NamedColoursAreEnteredOnce) {
-  const NamedColour rows[] = {{7, u"Process Yellow"}, {9, u"HEXACHROME Cyan"}};
-  NamedColourTables tables;
-  tables.lists[2] = tables.lists[3] = rows;
-  setNamedColourTables(&tables);
-  hexachromeCase = true;
-  const ColourFields newer{.kind = 2, .value = 0x02000007, .version = 102, .sections = {"x"}};
-  const ColourFields other{.kind = 2, .value = 0x03000009},
-      unknownCode{.kind = 2, .value = 0x02000000};
-  const Part part = image({.colourA = newer, .colourB = other, .droppedColour = unknownCode});
-  for (int i = 0; i < 2; ++i) EXPECT_EQ(imageInfo(readFresh(part)).colourA.value, 0x02000007U);
-  ASSERT_EQ(usedColours().size(), 2U);  // unique by row
-  EXPECT_EQ(usedColours()[0].plainName, "PANTONE Process Yellow U");
-  EXPECT_EQ(usedColours()[0].encodedName, "PANTONE#20Process#20Yellow#20U");
-  EXPECT_EQ(usedColours()[1].plainName, "PANTONE Hexachrome Cyan C");
-  EXPECT_EQ(findNamedColour(4, 7), nullptr);
-  setNamedColourTables(nullptr);
-  hexachromeCase = false;
 }
 
 }  // namespace

@@ -9,12 +9,12 @@ namespace {
 constexpr i32 kBaseTag = 100;
 }
 
-ColourValue readColourValue(eArchive& archive, bool hasKindWord) {
+ColourValue readColourValue(eArchive& archive, KindWord kindWord) {
   eRecordFrame frame(kBaseTag);
   frame.BeginRecord();
   frame.fileTag = kBaseTag;
   ColourValue colour;
-  if (hasKindWord) {
+  if (kindWord == KindWord::kStored) {
     frame.fileTag = archive.ReadI32();
     colour.kind = archive.ReadI32();
   }

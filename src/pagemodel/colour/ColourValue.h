@@ -7,10 +7,14 @@ namespace rvf {
 
 /// What `value` of a ColourValue holds.
 namespace colour_kind {
-constexpr i32 kRgb = 0;        // red in the low byte, green in the next, blue in the next
-constexpr i32 kCmyk = 1;       // cyan in the high byte, magenta, yellow, black in the low byte
-constexpr i32 kNamed = 2;      // high byte: colour list; low 24 bits: code of the entry
-constexpr i32 kLegacy = -126;  // an RGB colour of images, written under an old number
+/// Red in the low byte, green in the next, blue in the next.
+constexpr i32 kRgb = 0;
+/// Cyan in the high byte, then magenta, yellow and black, each in percent.
+constexpr i32 kCmyk = 1;
+/// The number of the colour list in the high byte, the code of the entry in the low 24 bits.
+constexpr i32 kNamed = 2;
+/// An RGB colour of images, written under an old number.
+constexpr i32 kLegacy = -126;
 }  // namespace colour_kind
 
 /// The tagged colour of images. Colours are stored and compared by their bits, never converted.
@@ -21,9 +25,11 @@ struct ColourValue {
   bool operator==(const ColourValue&) const = default;
 };
 
-/// Reads a colour record. Without a stored kind word (`hasKindWord` off) it is the value alone, an
-/// RGB colour. A named colour is entered into the list of used colours.
-[[nodiscard]] ColourValue readColourValue(eArchive& archive, bool hasKindWord);
+/// Whether a colour record holds the kind in front of the value. Without it, the colour is RGB.
+enum class KindWord : i32 { kAbsent, kStored };
+
+/// Reads a colour record. A named colour is added to the list of used colours.
+[[nodiscard]] ColourValue readColourValue(eArchive& archive, KindWord kindWord);
 
 /// The number of the colour list that a named colour belongs to; 0 for any other.
 [[nodiscard]] u8 colourList(const ColourValue& colour);

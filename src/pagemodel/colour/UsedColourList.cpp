@@ -1,6 +1,7 @@
 #include "pagemodel/colour/UsedColourList.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace rvf {
@@ -9,6 +10,17 @@ namespace {
 
 constexpr u32 kCodeMask = 0x00FFFFFF;
 constexpr u8 kUncoatedList = 2;
+
+struct FamilyRow {
+  i32 list;
+  ColourFamily family;
+};
+
+constexpr FamilyRow kFamilies[] = {
+    {0, {"PANTONE solid coated", "PANTONE %s C"}},
+    {2, {"PANTONE solid uncoated", "PANTONE %s U"}},
+    {3, {"PANTONE Goe coated", "PANTONE %s C"}},
+};
 
 const NamedColourTables* currentTables = nullptr;
 std::vector<UsedColour> used;
@@ -51,12 +63,18 @@ const NamedColour* findNamedColour(i32 list, u32 code) {
   if (currentTables == nullptr || list < 0 || list >= kColourListCount) {
     return nullptr;
   }
-  const std::span<const NamedColour> rows = currentTables->lists[list];
+  const i32 table = list == 0 && !firstTableForList0 ? 1 : list;
+  const std::span<const NamedColour> rows = currentTables->lists[table];
   if (rows.empty()) {
     return nullptr;
   }
   const auto found = std::ranges::find(rows, code, &NamedColour::code);
   return found == rows.end() ? &rows.front() : &*found;
+}
+
+const ColourFamily* colourFamily(i32 list) {
+  const auto* row = std::ranges::find(kFamilies, list, &FamilyRow::list);
+  return row == std::end(kFamilies) ? nullptr : &row->family;
 }
 
 void registerUsedColour(const ColourValue& colour) {

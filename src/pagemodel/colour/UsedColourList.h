@@ -9,46 +9,60 @@
 
 namespace rvf {
 
-/// One row of a colour list: a spot colour under its code, with its stand-ins.
+/// One row of a colour list: a spot colour under its code, with its stand-ins in the layouts of
+/// colour_kind::kRgb and colour_kind::kCmyk.
 struct NamedColour {
   u32 code = 0;
   const char16_t* name = nullptr;
-  u32 rgb = 0;   // layout of colour_kind::kRgb
-  u32 cmyk = 0;  // layout of colour_kind::kCmyk
+  u32 rgb = 0;
+  u32 cmyk = 0;
 };
 
 constexpr int kColourListCount = 4;
 
-/// The colour lists of this build, rows in ascending code order. None are shipped; a build that has
-/// them sets the spans, which must outlive every use.
+/// The colour tables of this build, rows in ascending order of codes. None are shipped; a build
+/// that has them supplies spans that outlive every use.
 struct NamedColourTables {
   std::span<const NamedColour> lists[kColourListCount];
 };
 
-/// One named colour met while reading.
+/// The title of a family of colours, and how it writes the name of a row (one "%s").
+struct ColourFamily {
+  const char* title;
+  const char* nameFormat;
+};
+
+/// One named colour met while reading. Entries are unique by row; encodedName is plainName with
+/// every blank written as "#20".
 struct UsedColour {
-  const NamedColour* row = nullptr;  // entries are unique by row
-  std::string encodedName;           // plainName with every blank written as "#20"
+  const NamedColour* row = nullptr;
+  std::string encodedName;
   std::string plainName;
   u32 colourValue = 0;
 };
 
-/// Supplies the tables; null goes back to none.
+/// Supplies the tables and forgets the colours used so far; null means no tables.
 void setNamedColourTables(const NamedColourTables* tables);
 
-/// The row of a code. A code that the list lacks gives its first row, a list that is not there
-/// null.
+/// The row of a code. A code that is not in the list gives the first row; a list that does not
+/// exist or has no rows gives null.
 [[nodiscard]] const NamedColour* findNamedColour(i32 list, u32 code);
 
-/// Enters a named colour into the list of used colours, once. Without tables there is nothing to
-/// name and nothing happens.
+/// The family of a colour list; null for list 1, which has no title of its own, and for a list that
+/// does not exist. Part of the interface; a run does not call it.
+[[nodiscard]] const ColourFamily* colourFamily(i32 list);
+
+/// Adds a named colour to the list of used colours, once. Without tables there is no name for it
+/// and nothing happens.
 void registerUsedColour(const ColourValue& colour);
 
 [[nodiscard]] const std::vector<UsedColour>& usedColours();
 
+/// Gives list 0 the first table. Otherwise lists 0 and 1 share the second.
+inline bool firstTableForList0 = false;
 /// Writes "HEXACHROME" in the names of used colours as "Hexachrome".
 inline bool hexachromeCase = false;
-/// Set whenever a used colour was registered.
+/// Set whenever a used colour is registered, a known one included.
 inline bool usedColoursChanged = false;
 
 }  // namespace rvf
