@@ -24,8 +24,8 @@ class ColourTables : public ::testing::Test {
 
 TEST_F(ColourTables, RowsOfAList) {
   const std::tuple<i32, u32, const NamedColour*> rows[] = {
-      {0, 2, &rows_[1][1]}, {1, 1, &rows_[1][0]}, {2, 9, &rows_[2][1]},   {3, 7, &rows_[3][0]},
-      {3, 8, &rows_[3][0]}, {4, 7, nullptr},      {-1, 7, nullptr},       {0, 0, &rows_[1][0]}};
+      {0, 2, &rows_[1][1]}, {1, 1, &rows_[1][0]}, {2, 9, &rows_[2][1]}, {3, 7, &rows_[3][0]},
+      {3, 8, &rows_[3][0]}, {4, 7, nullptr},      {-1, 7, nullptr},     {0, 0, &rows_[1][0]}};
   for (const auto& [list, code, row] : rows) EXPECT_EQ(findNamedColour(list, code), row) << list;
   firstTableForList0 = true;
   EXPECT_EQ(findNamedColour(0, 2), &rows_[0][1]);
