@@ -91,8 +91,7 @@ void match(benchmark::State& state, const std::function<void(std::vector<test::P
   change(parts);
   StoredList(parts).readInto(b);
   for (auto _ : state) {
-    DrawList overlay;
-    benchmark::DoNotOptimize(matchDrawLists(overlay, a, b, false, 0, 0));
+    benchmark::DoNotOptimize(matchLists(a, b, {}));
   }
   state.SetComplexityN(state.range(0));
 }

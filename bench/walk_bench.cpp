@@ -42,7 +42,7 @@ void walk(benchmark::State& state, bool isChanged) {
     Loaded b(second);
     eMemFile differences(1 << 16);
     const DiffFlags status =
-        walkCustomers(a.reader, b.reader, false, {differences, u"first", u"second"});
+        walkCustomers(a.reader, b.reader, false, {}, {differences, u"first", u"second"});
     if ((status != 0) != isChanged) state.SkipWithError("another result");
   }
   state.SetItemsProcessed(state.iterations() * kPages);

@@ -23,8 +23,8 @@ namespace {
 struct CapturePair {
   explicit CapturePair(FuzzInput input) : flags(input.take()) {
     constexpr std::string_view kSeparator = "=PAIR=";
-    positionTolerance = input.take<i32>();
-    lineTolerance = input.take<i32>();
+    tolerances.positionTolerance = input.take<i32>();
+    tolerances.lineTolerance = input.take<i32>();
     const std::string edits(input.takeBytes(3 * std::size_t{input.take()} % 48));
     first = input.rest().substr(0, input.rest().find(kSeparator));
     const std::string_view behind = input.rest().substr(first.size());
@@ -37,6 +37,7 @@ struct CapturePair {
   [[nodiscard]] bool flag(int bit) const { return (flags >> bit & 1) != 0; }
 
   u8 flags;  // 0 and 1: text of old files is wide; 2: stop when the customer counts differ
+  Tolerances tolerances;
   std::string first, second;
 };
 
@@ -55,8 +56,8 @@ struct Walk {
     isWalked =
         first.valid() && second.valid() && i64{first.pageCount} + second.pageCount <= kMostPages;
     if (isWalked) {
-      status =
-          walkCustomers(first, second, pair.flag(2), {file, u"a", u"b", nullptr, usesShortCut});
+      status = walkCustomers(first, second, pair.flag(2), pair.tolerances,
+                             {file, u"a", u"b", nullptr, usesShortCut});
     }
     messageCount = messageReporter.callCount() - callsBefore;
     const auto length = static_cast<std::size_t>(file.GetLength());
@@ -92,34 +93,38 @@ void checkDifferenceFile(const std::string& bytes, DiffFlags status) {
 }
 
 i32 firstFreeByLooking(const DrawPart& part, const DrawList& list,
-                       const std::pmr::vector<bool>& isTaken) {
+                       const std::pmr::vector<bool>& isTaken, const Tolerances& tolerances) {
   for (i32 j = 0; j < list.count; ++j) {
-    if (!isTaken[static_cast<std::size_t>(j)] && classifyParts(part, list[j]) == 0) return j;
+    if (!isTaken[static_cast<std::size_t>(j)] && classifyParts(part, list[j], tolerances) == 0)
+      return j;
   }
   return MatchCandidates::kNotFound;
 }
 
 /// The index of a list finds for every part what a search through the list finds.
-void requireSamePairings(const DrawList& parts, const DrawList& list) {
+void requireSamePairings(const DrawList& parts, const DrawList& list,
+                         const Tolerances& tolerances) {
   std::pmr::vector<bool> isTaken(static_cast<std::size_t>(list.count), false);
-  MatchCandidates candidates(list, isTaken);
+  MatchCandidates candidates(list, isTaken, tolerances);
   for (const DrawPart& part : parts.parts()) {
     const i32 found = candidates.firstFree(part);
-    require(found == firstFreeByLooking(part, list, isTaken), "an index finds what a search finds");
+    require(found == firstFreeByLooking(part, list, isTaken, tolerances),
+            "an index finds what a search finds");
     if (found != MatchCandidates::kNotFound) isTaken[static_cast<std::size_t>(found)] = true;
   }
 }
 
-void compareLists(const DrawList& a, const DrawList& b, bool areTheSame) {
+void compareLists(const DrawList& a, const DrawList& b, bool areTheSame,
+                  const Tolerances& tolerances) {
   DrawList overlay;
-  const DiffFlags bits = matchDrawLists(overlay, a, b, true, 3, 4);
+  const DiffFlags bits = matchDrawLists(overlay, a, b, true, 3, 4, tolerances);
   require((bits & kReservedBits) == 0, "no reserved bit is set");
   require(bits == 0 || !listsEqual(a, b), "equal lists do not differ");
   require(listsEqual(a, b) || !areTheSame || !equalsItsLike(a), "a list is equal to itself");
-  static_cast<void>(matchDrawLists(overlay, b, a, true, -3, 4));
-  examineParts(overlay);
-  requireSamePairings(a, b);
-  requireSamePairings(b, a);
+  static_cast<void>(matchDrawLists(overlay, b, a, true, -3, 4, tolerances));
+  examineParts(overlay, tolerances);
+  requireSamePairings(a, b, tolerances);
+  requireSamePairings(b, a, tolerances);
 }
 
 struct NoPen final : OverlayPen {
@@ -139,11 +144,14 @@ void checkInput(FuzzInput input) {
   const bool areTheSame = pair.first == pair.second && pair.flag(0) == pair.flag(1);
   constexpr DiffFlags kOutside = diff::kResolution | diff::kCustomers | diff::kPageCount;
   require(!areTheSame || (plain.status & kOutside) == 0, "a file has the pages of itself");
-  compareLists(plain.firstContext.pageList, plain.secondContext.pageList, areTheSame);
+  compareLists(plain.firstContext.pageList, plain.secondContext.pageList, areTheSame,
+               pair.tolerances);
   NoPen pen;
-  static_cast<void>(buildPageOverlay(plain.firstContext, plain.secondContext, pen));
-  examineParts(plain.firstContext.overlayFirst.list);
-  examineParts(plain.firstContext.overlaySecond.list);
+  PageOverlay overlay;
+  static_cast<void>(
+      buildPageOverlay(overlay, plain.firstContext, plain.secondContext, pair.tolerances, pen));
+  examineParts(overlay.first.list, pair.tolerances);
+  examineParts(overlay.second.list, pair.tolerances);
 }
 
 }  // namespace rvf::fuzz

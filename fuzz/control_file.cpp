@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "compare/Tolerances.h"
 #include "run/OptionTable.h"
 #include "support/Fuzz.h"
 #include "text/encoding/RecordReader.h"
@@ -16,9 +15,8 @@ constexpr u8 kFirstName = 48;  // below: the ids from -2 on
 
 void parseLine(RunOptions& options, const eString& line) {
   const RunOptions before = options;
-  const i32 position = positionTolerance, width = lineTolerance;
   if (!options.parseOption(line)) {
-    require(positionTolerance == position && lineTolerance == width &&
+    require(options.tolerances == before.tolerances &&
                 options.simpleReturn == before.simpleReturn &&
                 options.firstFile == before.firstFile && options.secondFile == before.secondFile &&
                 options.controlFiles.size() == before.controlFiles.size(),

@@ -49,17 +49,17 @@ inline bool equalsItsLike(const DrawPart& part) {
 
 /// Copies every part and looks at part and copy through all that a comparison touches, so that a
 /// count that its payload does not bear out is noticed.
-inline void examineParts(const DrawList& list) {
+inline void examineParts(const DrawList& list, const Tolerances& tolerances = {}) {
   for (const DrawPart& part : list.parts()) {
     DrawPart copy;
     copyPart(copy, part);
     const bool isEqual = partsEqual(part, copy);
     require(copy.type != part.type || isEqual || !equalsItsLike(part),
             "a copy is equal to its original");
-    require(!isEqual || classifyParts(part, copy) == 0, "equal parts do not differ");
-    static_cast<void>(classifyParts(copy, part));
+    require(!isEqual || classifyParts(part, copy, tolerances) == 0, "equal parts do not differ");
+    static_cast<void>(classifyParts(copy, part, tolerances));
     shiftPart(copy, 1, 2);
-    static_cast<void>(classifyParts(part, copy));
+    static_cast<void>(classifyParts(part, copy, tolerances));
     releasePart(copy, kKeepHyperlink);
   }
 }

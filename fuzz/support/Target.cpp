@@ -1,4 +1,3 @@
-#include "compare/Tolerances.h"
 #include "messages/MessageReporter.h"
 #include "messages/ProcessEnd.h"
 #include "pagemodel/StaticLookup.h"
@@ -15,7 +14,6 @@ extern "C" int LLVMFuzzerTestOneInput(const rvf::u8* data, std::size_t size) {
   using namespace rvf;
   setProcessEndHandler([] { throw ProcessEnded(); });
   messageReporter.reset();
-  positionTolerance = lineTolerance = 0;
   currentContext = nullptr;
   try {
     fuzz::checkInput(fuzz::FuzzInput({reinterpret_cast<const char*>(data), size}));

@@ -13,17 +13,6 @@
 
 namespace rvf {
 
-/// What the display of a page's differences is built into: two lists for the page, and one more for
-/// each static list that differs, with its placement.
-struct PageOverlayLists {
-  DrawList list;
-  std::vector<std::unique_ptr<DrawList>> statics;
-  std::vector<i32> placementX;
-  std::vector<i32> placementY;
-
-  [[nodiscard]] i32 staticCount() const { return static_cast<i32>(statics.size()); }
-};
-
 /// The working object of one file: the page in memory, the static lists placed on it, and the
 /// tables of static objects that any page may refer to. Exactly one page is held at a time; what it
 /// has grown to is used again for the next.
@@ -71,9 +60,6 @@ class CompareContext final : public StaticLookup {
   [[nodiscard]] const DrawList& staticList(i32 index) const {
     return *placedLists_[static_cast<std::size_t>(index)];
   }
-
-  PageOverlayLists overlayFirst;  // parts that only the first file has; in the first file's context
-  PageOverlayLists overlaySecond;  // parts that only the second file has
 
  private:
   using StaticTable = std::vector<std::unique_ptr<DrawStatic>>;

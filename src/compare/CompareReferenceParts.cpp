@@ -49,7 +49,8 @@ DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
   if (!sameObject(a, b) || layersDiffer) {
     bits |= diff::kContent;
   }
-  if (exceeds(a.x, b.x, tolerances.position) || exceeds(a.y, b.y, tolerances.position)) {
+  if (exceeds(a.x, b.x, tolerances.positionTolerance) ||
+      exceeds(a.y, b.y, tolerances.positionTolerance)) {
     bits |= diff::kPosition;
   }
   return bits;
@@ -59,7 +60,7 @@ void addStaticRefToKey(MatchKey& key, const DrawPart& part, const Tolerances& to
   const StaticRefFields& fields = part.fields.staticRef;
   key.addAll(fields.objectType, fields.width, fields.height, fields.refA, fields.refB,
              fields.useSecond, fields.secondIsHidden, fields.staticIndex);
-  key.addPlace(fields.x, fields.y, tolerances.position);
+  key.addPlace(fields.x, fields.y, tolerances.positionTolerance);
 }
 
 }  // namespace rvf

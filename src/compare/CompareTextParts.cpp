@@ -57,7 +57,7 @@ DiffFlags classifyTexts(const DrawPart& left, const DrawPart& right, const Toler
   if (a.textLength != b.textLength || !sameCharacters(left, right) || a.runCount != b.runCount) {
     return bits | diff::kText | diff::kContent;
   }
-  if (anyRunMoved(textRuns(left), textRuns(right), tolerances.position)) {
+  if (anyRunMoved(textRuns(left), textRuns(right), tolerances.positionTolerance)) {
     return bits | diff::kText | diff::kPosition;
   }
   return bits;
@@ -70,7 +70,7 @@ void addTextToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
              fields.tint, fields.runCount, fields.textLength);
   key.addBytes(characters.data(), characters.size_bytes());
   for (const TextRun& run : textRuns(part)) {
-    key.addPlace(run.x, run.y, tolerances.position);
+    key.addPlace(run.x, run.y, tolerances.positionTolerance);
   }
 }
 

@@ -21,7 +21,7 @@ bool anyPointMoved(std::span<const Point> left, std::span<const Point> right, i3
 }
 
 DiffFlags widthBits(i32 left, i32 right, const Tolerances& tolerances) {
-  return exceeds(left, right, tolerances.line) ? diff::kLineWidth : 0;
+  return exceeds(left, right, tolerances.lineTolerance) ? diff::kLineWidth : 0;
 }
 
 }  // namespace
@@ -44,7 +44,7 @@ DiffFlags classifyLines(const DrawPart& left, const DrawPart& right, const Toler
       a.overprint != b.overprint) {
     return bits | diff::kLines;
   }
-  if (anyPointMoved(linePoints(left), linePoints(right), tolerances.position)) {
+  if (anyPointMoved(linePoints(left), linePoints(right), tolerances.positionTolerance)) {
     return bits | diff::kBorderLines | diff::kPosition;
   }
   return bits | widthBits(a.width, b.width, tolerances);
@@ -54,9 +54,9 @@ void addLineToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
   const LineFields& fields = part.fields.line;
   key.addAll(fields.colour, fields.tint, fields.pointCount, fields.lineStyle, fields.lineKind,
              fields.overprint);
-  key.addWithin(fields.width, tolerances.line);
+  key.addWithin(fields.width, tolerances.lineTolerance);
   for (const Point& point : linePoints(part)) {
-    key.addPlace(point.x, point.y, tolerances.position);
+    key.addPlace(point.x, point.y, tolerances.positionTolerance);
   }
 }
 
@@ -95,7 +95,7 @@ DiffFlags classifyRects(const DrawPart& left, const DrawPart& right, const Toler
       a.noOutline != b.noOutline) {
     return bits | diff::kShapes;
   }
-  if (rectangleMoved(a, b, tolerances.position)) {
+  if (rectangleMoved(a, b, tolerances.positionTolerance)) {
     bits |= diff::kShapes | diff::kPosition;
   }
   return bits | widthBits(a.lineWidth, b.lineWidth, tolerances);
@@ -111,10 +111,10 @@ void addRectToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
     key.addAll(fields.lineColour, fields.lineTint);
   }
   // With a tolerance the place of a rectangle does not count at all.
-  if (tolerances.position <= 0) {
+  if (tolerances.positionTolerance <= 0) {
     key.addAll(fields.left, fields.top, fields.right, fields.bottom);
   }
-  key.addWithin(fields.lineWidth, tolerances.line);
+  key.addWithin(fields.lineWidth, tolerances.lineTolerance);
 }
 
 // POLY
@@ -153,7 +153,7 @@ DiffFlags classifyPolys(const DrawPart& left, const DrawPart& right, const Toler
       s.shapeCodeC != t.shapeCodeC) {
     return bits | diff::kShapes;
   }
-  if (anyPointMoved(polyPoints(left), polyPoints(right), tolerances.position)) {
+  if (anyPointMoved(polyPoints(left), polyPoints(right), tolerances.positionTolerance)) {
     return bits | diff::kShapes | diff::kPosition;
   }
   return bits | widthBits(a.lineWidth, b.lineWidth, tolerances);
@@ -172,8 +172,8 @@ void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
     key.addAll(style.lineColour, style.lineTint);
   }
   const Point& first = polyPoints(part).front();
-  key.addPlace(first.x, first.y, tolerances.position);
-  key.addWithin(part.fields.poly.lineWidth, tolerances.line);
+  key.addPlace(first.x, first.y, tolerances.positionTolerance);
+  key.addWithin(part.fields.poly.lineWidth, tolerances.lineTolerance);
 }
 
 // JUST1LINE
@@ -190,7 +190,7 @@ DiffFlags classifyJust1Lines(const DrawPart& left, const DrawPart& right,
                              const Tolerances& tolerances) {
   const Just1LineFields& a = left.fields.just1Line;
   const Just1LineFields& b = right.fields.just1Line;
-  const i32 p = tolerances.position;
+  const i32 p = tolerances.positionTolerance;
   const DiffFlags bits = a.colour != b.colour || a.tint != b.tint ? diff::kColor : 0;
   if (exceeds(a.x1, b.x1, p) || exceeds(a.x2, b.x2, p) || exceeds(a.y1, b.y1, p) ||
       exceeds(a.y2, b.y2, p)) {
@@ -205,9 +205,9 @@ DiffFlags classifyJust1Lines(const DrawPart& left, const DrawPart& right,
 void addJust1LineToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const Just1LineFields& fields = part.fields.just1Line;
   key.addAll(fields.colour, fields.tint, fields.shapeCode, fields.shapeFlag, fields.lineStyle);
-  key.addPlace(fields.x1, fields.y1, tolerances.position);
-  key.addPlace(fields.x2, fields.y2, tolerances.position);
-  key.addWithin(fields.width, tolerances.line);
+  key.addPlace(fields.x1, fields.y1, tolerances.positionTolerance);
+  key.addPlace(fields.x2, fields.y2, tolerances.positionTolerance);
+  key.addWithin(fields.width, tolerances.lineTolerance);
 }
 
 // LINESET
@@ -225,7 +225,7 @@ DiffFlags classifyLineSets(const DrawPart& left, const DrawPart& right,
                            const Tolerances& tolerances) {
   const LineSetFields& a = left.fields.lineSet;
   const LineSetFields& b = right.fields.lineSet;
-  const i32 p = tolerances.position;
+  const i32 p = tolerances.positionTolerance;
   const DiffFlags bits = a.colour != b.colour || a.tint != b.tint ? diff::kColor : 0;
   if (a.lineCount != b.lineCount || a.horizontal != b.horizontal || a.lineStyle != b.lineStyle) {
     return bits | diff::kBorderLines;
@@ -243,11 +243,11 @@ DiffFlags classifyLineSets(const DrawPart& left, const DrawPart& right,
 void addLineSetToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const LineSetFields& fields = part.fields.lineSet;
   key.addAll(fields.colour, fields.tint, fields.lineCount, fields.horizontal, fields.lineStyle);
-  key.addPlace(fields.start, fields.end, tolerances.position);
+  key.addPlace(fields.start, fields.end, tolerances.positionTolerance);
   for (const i32 offset : lineOffsets(part)) {
-    key.addWithin(offset, tolerances.position);
+    key.addWithin(offset, tolerances.positionTolerance);
   }
-  key.addWithin(fields.width, tolerances.line);
+  key.addWithin(fields.width, tolerances.lineTolerance);
 }
 
 // The empty types

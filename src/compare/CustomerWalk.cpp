@@ -14,9 +14,11 @@ namespace {
 /// One walk over two files.
 class CustomerWalk {
  public:
-  CustomerWalk(RvfReader& first, RvfReader& second, const WalkOutput& output, DiffFlags fileBits)
+  CustomerWalk(RvfReader& first, RvfReader& second, const Tolerances& tolerances,
+               const WalkOutput& output, DiffFlags fileBits)
       : first_(first),
         second_(second),
+        tolerances_(tolerances),
         output_(output),
         differences_(output.differenceFile),
         fileBits_(fileBits) {}
@@ -106,17 +108,9 @@ class CustomerWalk {
   }
 
   DiffFlags compareLoadedPages() {
-    CompareContext& a = first_.context();
+    const CompareContext& a = first_.context();
     const CompareContext& b = second_.context();
-    // With the overlay off these collect blank slots; emptied for each page, they take no more
-    // memory than one page's differences need.
-    resetList(a.overlayFirst.list);
-    resetList(staticOverlay_);
-
-    DiffFlags pageBits = 0;
-    if (!listsEqual(a.pageList, b.pageList)) {
-      pageBits |= matchDrawLists(a.overlayFirst.list, a.pageList, b.pageList, false, 0, 0);
-    }
+    DiffFlags pageBits = compareLists(a.pageList, b.pageList);
     if (a.staticCount != b.staticCount) {
       pageBits |= diff::kContent | diff::kDrawOrder;
     }
@@ -128,11 +122,15 @@ class CustomerWalk {
     return pageBits;
   }
 
+  [[nodiscard]] DiffFlags compareLists(const DrawList& a, const DrawList& b) const {
+    return listsEqual(a, b) ? 0 : matchLists(a, b, tolerances_);
+  }
+
   DiffFlags compareStaticLists(const CompareContext& a, const CompareContext& b, i32 index) {
     const auto i = static_cast<std::size_t>(index);
     const DrawList& listA = a.staticList(index);
     const DrawList& listB = b.staticList(index);
-    DiffFlags bits = 0;
+    DiffFlags bits = compareLists(listA, listB);
     // The position tolerance plays no part here, even where it does inside the list.
     const i32 yA = wrappingSum(listA.originY, a.staticPlacementY[i]);
     const i32 yB = wrappingSum(listB.originY, b.staticPlacementY[i]);
@@ -140,9 +138,6 @@ class CustomerWalk {
     const i32 xB = wrappingSum(listB.originX, b.staticPlacementX[i]);
     if (yA != yB || xA != xB) {
       bits |= diff::kContent | diff::kPosition;
-    }
-    if (!listsEqual(listA, listB)) {
-      bits |= matchDrawLists(staticOverlay_, listA, listB, false, 0, 0);
     }
     return bits;
   }
@@ -167,9 +162,9 @@ class CustomerWalk {
 
   RvfReader& first_;
   RvfReader& second_;
+  const Tolerances tolerances_;
   const WalkOutput& output_;
   DifferenceFileWriter differences_;
-  DrawList staticOverlay_;
   DiffFlags fileBits_;
   i32 differingPages_ = 0;
   i32 pageCountDelta_ = 0;
@@ -179,7 +174,7 @@ class CustomerWalk {
 }  // namespace
 
 DiffFlags walkCustomers(RvfReader& first, RvfReader& second, bool stopOnCountMismatch,
-                        const WalkOutput& output) {
+                        const Tolerances& tolerances, const WalkOutput& output) {
   if (first.resolution != second.resolution) {
     return diff::kResolution;
   }
@@ -193,7 +188,7 @@ DiffFlags walkCustomers(RvfReader& first, RvfReader& second, bool stopOnCountMis
     first.customerCount = common;
     second.customerCount = common;
   }
-  return CustomerWalk(first, second, output, fileBits).run();
+  return CustomerWalk(first, second, tolerances, output, fileBits).run();
 }
 
 }  // namespace rvf

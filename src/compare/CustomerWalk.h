@@ -3,6 +3,7 @@
 #include "base/Integers.h"
 #include "capture/RvfReader.h"
 #include "compare/DiffFlags.h"
+#include "compare/Tolerances.h"
 #include "storage/FileObject.h"
 #include "text/eString.h"
 
@@ -35,6 +36,6 @@ struct WalkOutput {
 /// before anything is written; without it the smaller count is compared. Customers with different
 /// ids at one index end it there, for everything behind them would be paired wrongly.
 [[nodiscard]] DiffFlags walkCustomers(RvfReader& first, RvfReader& second, bool stopOnCountMismatch,
-                                      const WalkOutput& output);
+                                      const Tolerances& tolerances, const WalkOutput& output);
 
 }  // namespace rvf

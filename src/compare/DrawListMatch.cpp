@@ -2,36 +2,33 @@
 
 #include <array>
 #include <memory_resource>
+#include <utility>
 #include <vector>
 
-#include "base/Wrapping.h"
 #include "compare/MatchCandidates.h"
 #include "compare/PartComparison.h"
-#include "pagemodel/PartOperations.h"
-#include "pagemodel/PayloadText.h"
 #include "pagemodel/ReferenceParts.h"
 
 namespace rvf {
 
 namespace {
 
-// An item that was found at another place, or at its place within tolerance, costs these two.
+// An item that was found at another place, or at its place within tolerance, costs these two. So
+// does a group that has nothing to be matched with.
 constexpr DiffFlags kFoundElsewhere = diff::kContent | diff::kDrawOrder;
 
-/// One call of matchDrawLists.
+/// One call of matchLists.
 class DrawListMatcher {
  public:
-  DrawListMatcher(DrawList& overlay, const DrawList& a, const DrawList& b, bool buildOverlay,
-                  i32 offsetX, i32 offsetY)
-      : overlay_(overlay),
-        isSwapped_(a.count > b.count),
+  DrawListMatcher(const DrawList& a, const DrawList& b, const Tolerances& tolerances,
+                  PairingObserver* observer)
+      : isSwapped_(a.count > b.count),
         shorter_(isSwapped_ ? b : a),
         longer_(isSwapped_ ? a : b),
-        buildOverlay_(buildOverlay),
-        offsetX_(offsetX),
-        offsetY_(offsetY),
+        tolerances_(tolerances),
+        observer_(observer),
         consumed_(static_cast<std::size_t>(longer_.count), false, &memory_),
-        candidates_(longer_, consumed_) {}
+        candidates_(longer_, consumed_, tolerances) {}
 
   DiffFlags match() {
     for (i32 i = 0; i < shorter_.count; ++i) {
@@ -39,7 +36,7 @@ class DrawListMatcher {
     }
     for (i32 j = 0; j < longer_.count; ++j) {
       if (!isConsumed(j)) {
-        accountForLonger(longer_[j]);
+        accountForLonger(j);
       }
     }
     return bits_;
@@ -60,74 +57,88 @@ class DrawListMatcher {
     // Whether the item at this place was taken by an earlier search does not count.
     if (partsEqual(s, longer_[i])) {
       consume(i);
+      add(i, i, 0, PairedBy::kSamePlace);
       return;
     }
     const i32 found = candidates_.firstFree(s);
     if (found != kNotFound) {
-      bits_ |= kFoundElsewhere;
       consume(found);
+      add(i, found, kFoundElsewhere, PairedBy::kElsewhere);
     }
-    const DrawPart& partner = longer_[found == kNotFound ? i : found];
     if (s.type == PartType::kStaticRef) {
-      matchGroups(s, partner);
+      matchGroups(i, found);
     } else if (found == kNotFound) {
-      accountForShorter(s, partner);
+      accountForShorter(i);
     }
   }
 
-  // Whether the partner was found or only stands at the same place plays no part here.
-  void matchGroups(const DrawPart& s, const DrawPart& partner) {
-    const DrawList* own = childList(s);
+  // A group is matched with the item at its place even where the search has found nothing.
+  void matchGroups(i32 i, i32 found) {
+    const i32 j = found == kNotFound ? i : found;
+    const DrawPart& partner = longer_[j];
+    const DrawList* own = childList(shorter_[i]);
     const DrawList* other = partner.type == PartType::kStaticRef ? childList(partner) : nullptr;
-    if (own == nullptr || other == nullptr) {
-      bits_ |= kFoundElsewhere;
-      return;
+    const bool haveChildren = own != nullptr && other != nullptr;
+    if (found == kNotFound) {
+      if (haveChildren) {
+        add(i, j, 0, PairedBy::kSamePlace);
+      } else {
+        add(i, j, kFoundElsewhere, PairedBy::kGroupWithoutPartner);
+      }
     }
-    const DrawList& first = isSwapped_ ? *other : *own;
-    const DrawList& second = isSwapped_ ? *own : *other;
-    bits_ |= matchDrawLists(overlay_, first, second, buildOverlay_, offsetX_, offsetY_);
+    if (haveChildren) {
+      matchChildren(i, j, *own, *other);
+    }
+  }
+
+  void matchChildren(i32 i, i32 j, const DrawList& own, const DrawList& other) {
+    const DrawList& first = isSwapped_ ? other : own;
+    const DrawList& second = isSwapped_ ? own : other;
+    PairingObserver* const observer =
+        observer_ != nullptr && observer_->enterGroup(firstOf(i, j), secondOf(i, j)) ? observer_
+                                                                                     : nullptr;
+    bits_ |= matchLists(first, second, tolerances_, observer);
+    if (observer != nullptr) {
+      observer->leaveGroup();
+    }
   }
 
   // The item at the same place stays free and comes up again among those of the longer list.
-  void accountForShorter(const DrawPart& s, const DrawPart& atSamePlace) {
-    bits_ |= classifyParts(s, atSamePlace);
-    if (bits_ != 0) {
-      bits_ |= diff::kContent;
-    }
-    if (buildOverlay_) {
-      DrawPart& slot = appendSlot(overlay_);
-      if (!isSwapped_) {
-        copyPart(slot, s);
-        shiftPart(slot, offsetX_, offsetY_);
-      }
-    }
+  void accountForShorter(i32 i) {
+    const DiffFlags reasons = classifyParts(shorter_[i], longer_[i], tolerances_);
+    // Quirk that stays: Content depends on all that has been found so far. It makes no difference:
+    // an item at the same place that is not different would have been found by the search unless an
+    // earlier search had taken it, which has left its bits.
+    const bool anyBits = (bits_ | reasons) != 0;
+    add(i, i, reasons | (anyBits ? diff::kContent : 0), PairedBy::kSamePlace);
   }
 
-  void accountForLonger(const DrawPart& u) {
-    DrawPart& slot = appendSlot(overlay_);
-    const bool isCopied = buildOverlay_ && isSwapped_;
-    if (isCopied) {
-      copyPart(slot, u);
-    }
+  void accountForLonger(i32 j) {
+    const DrawPart& u = longer_[j];
+    DiffFlags reasons = diff::kContent;
     if (u.type == PartType::kStaticRef) {
-      const i32 dx = isCopied ? offsetX_ : 0;
-      const i32 dy = isCopied ? offsetY_ : 0;
-      bits_ |= spillChildList(overlay_, childList(u), dx, dy, buildOverlay_);
-    } else if (isCopied) {
-      shiftPart(slot, offsetX_, offsetY_);
+      reasons |= leftOverChildBits(childList(u));
     } else if (u.type == PartType::kImage) {
-      bits_ |= diff::kImages;
+      reasons |= diff::kImages;
     }
-    bits_ |= diff::kContent;
+    add(Pairing::kNone, j, reasons, PairedBy::kLeftOver);
   }
 
-  DrawList& overlay_;
+  /// `i` and `j` are indexes of the shorter and of the longer list.
+  void add(i32 i, i32 j, DiffFlags reasons, PairedBy by) {
+    bits_ |= reasons;
+    if (observer_ != nullptr) {
+      observer_->paired({firstOf(i, j), secondOf(i, j), reasons, by});
+    }
+  }
+  [[nodiscard]] i32 firstOf(i32 i, i32 j) const { return isSwapped_ ? j : i; }
+  [[nodiscard]] i32 secondOf(i32 i, i32 j) const { return isSwapped_ ? i : j; }
+
   const bool isSwapped_;
   const DrawList& shorter_;
   const DrawList& longer_;
-  const bool buildOverlay_;
-  const i32 offsetX_;
-  const i32 offsetY_;
+  const Tolerances& tolerances_;
+  PairingObserver* const observer_;
   std::array<std::byte, kUsualSize> usualMemory_{};  // so that most pages take none from the heap
   std::pmr::monotonic_buffer_resource memory_{usualMemory_.data(), usualMemory_.size()};
   std::pmr::vector<bool> consumed_;  // items of the longer list that have found their partner
@@ -135,7 +146,7 @@ class DrawListMatcher {
   DiffFlags bits_ = 0;
 };
 
-DiffFlags spilledBits(PartType type) {
+DiffFlags leftOverBits(PartType type) {
   switch (type) {
     case PartType::kText:
       return diff::kText;
@@ -170,34 +181,24 @@ bool listsEqual(const DrawList& a, const DrawList& b) {
   return true;
 }
 
-DiffFlags matchDrawLists(DrawList& overlay, const DrawList& a, const DrawList& b, bool buildOverlay,
-                         i32 offsetX, i32 offsetY) {
-  return DrawListMatcher(overlay, a, b, buildOverlay, offsetX, offsetY).match();
+DiffFlags matchLists(const DrawList& a, const DrawList& b, const Tolerances& tolerances,
+                     PairingObserver* observer) {
+  return DrawListMatcher(a, b, tolerances, observer).match();
 }
 
-DiffFlags spillChildList(DrawList& overlay, const DrawList* list, i32 offsetX, i32 offsetY,
-                         bool buildOverlay) {
+bool endsLeftOverChildren(const DrawPart& child) { return child.type == PartType::kClickArea; }
+
+DiffFlags leftOverChildBits(const DrawList* list) {
   if (list == nullptr) {
     return 0;
   }
-  if (buildOverlay) {
-    overlay.contentTally = wrappingSum(overlay.contentTally, list->contentTally);
-  }
   DiffFlags bits = 0;
   for (const DrawPart& part : list->parts()) {
-    DrawPart& slot = appendSlot(overlay);
-    if (buildOverlay) {
-      copyPart(slot, part);
-    }
-    if (part.type == PartType::kClickArea) {
-      // Quirk that stays: a click area ends the accounting, and what was found before it is
-      // dropped.
+    // Quirk that stays: a click area ends the accounting, and what was found before it is dropped.
+    if (endsLeftOverChildren(part)) {
       return 0;
     }
-    bits |= spilledBits(part.type);
-    if (buildOverlay) {
-      shiftPart(slot, offsetX, offsetY);
-    }
+    bits |= leftOverBits(part.type);
   }
   return bits;
 }

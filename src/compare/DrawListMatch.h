@@ -1,6 +1,8 @@
 #pragma once
 
 #include "compare/DiffFlags.h"
+#include "compare/PairingObserver.h"
+#include "compare/Tolerances.h"
 #include "pagemodel/DrawList.h"
 
 namespace rvf {
@@ -10,19 +12,18 @@ namespace rvf {
 
 /// Goes through two lists that are not equal in an order-tolerant way and returns how they differ:
 /// items are paired by place where they are equal, else with the first free item anywhere that
-/// classifies as the same; what is left over is accounted for.
+/// classifies as the same; what is left over is accounted for. `observer` may be null.
 ///
 /// It is a single forward pass with first-found pairing, not a minimal difference. The items of the
 /// shorter list always stand on the left of a comparison, which is not symmetric, so exchanging the
 /// lists can change the result. These asymmetries are what the results of all runs are made of.
-///
-/// `overlay` receives a blank slot for each item that is left over. With `buildOverlay` those from
-/// `a` become copies, moved by the offsets, for display.
-[[nodiscard]] DiffFlags matchDrawLists(DrawList& overlay, const DrawList& a, const DrawList& b,
-                                       bool buildOverlay, i32 offsetX, i32 offsetY);
+[[nodiscard]] DiffFlags matchLists(const DrawList& a, const DrawList& b,
+                                   const Tolerances& tolerances,
+                                   PairingObserver* observer = nullptr);
 
-/// Accounts for the children of a group that has no partner, one level deep. `list` may be null.
-[[nodiscard]] DiffFlags spillChildList(DrawList& overlay, const DrawList* list, i32 offsetX,
-                                       i32 offsetY, bool buildOverlay);
+/// Whether the children of a group without a partner count up to this one and no further.
+[[nodiscard]] bool endsLeftOverChildren(const DrawPart& child);
+/// What the children of a group without a partner earn, one level deep. `list` may be null.
+[[nodiscard]] DiffFlags leftOverChildBits(const DrawList* list);
 
 }  // namespace rvf

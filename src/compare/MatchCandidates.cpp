@@ -8,7 +8,7 @@ namespace rvf {
 
 i32 MatchCandidates::firstFree(const DrawPart& part) {
   for (const i32 item : firstItems()) {
-    if (classifyParts(part, list_[item]) == 0) {
+    if (classifyParts(part, list_[item], tolerances_) == 0) {
       return item;
     }
   }
@@ -20,7 +20,7 @@ i32 MatchCandidates::firstFree(const DrawPart& part) {
     return firstFreeBehindThem(part);
   }
   if (!index_) {
-    index_.emplace(list_, isTaken_);
+    index_.emplace(list_, isTaken_, tolerances_);
   }
   return index_->firstFree(part);
 }
@@ -40,7 +40,7 @@ std::span<const i32> MatchCandidates::firstItems() {
 
 i32 MatchCandidates::firstFreeBehindThem(const DrawPart& part) {
   for (i32 item = firstEnd_; item < list_.count; ++item) {
-    if (!isTaken(item) && classifyParts(part, list_[item]) == 0) {
+    if (!isTaken(item) && classifyParts(part, list_[item], tolerances_) == 0) {
       return item;
     }
   }

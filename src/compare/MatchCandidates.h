@@ -8,6 +8,7 @@
 
 #include "base/Integers.h"
 #include "compare/MatchIndex.h"
+#include "compare/Tolerances.h"
 #include "pagemodel/DrawList.h"
 
 namespace rvf {
@@ -19,13 +20,14 @@ namespace rvf {
 /// looked at first. A few searches go on through the list; when there are more, an index pays.
 class MatchCandidates {
  public:
-  /// Both must outlive the candidates; the parts stay, and items that are taken stay taken. The
-  /// tolerances stay too.
-  MatchCandidates(const DrawList& list, const std::pmr::vector<bool>& isTaken)
-      : list_(list), isTaken_(isTaken) {}
+  /// Both must outlive the candidates; the parts stay, and items that are taken stay taken.
+  MatchCandidates(const DrawList& list, const std::pmr::vector<bool>& isTaken,
+                  const Tolerances& tolerances)
+      : list_(list), isTaken_(isTaken), tolerances_(tolerances) {}
 
   static constexpr i32 kNotFound = MatchIndex::kNotFound;
-  /// The lowest index of a free item `c` with classifyParts(part, c) == 0, or kNotFound.
+  /// The lowest index of a free item `c` with classifyParts(part, c, tolerances) == 0, or
+  /// kNotFound.
   [[nodiscard]] i32 firstFree(const DrawPart& part);
 
  private:
@@ -38,6 +40,7 @@ class MatchCandidates {
 
   const DrawList& list_;
   const std::pmr::vector<bool>& isTaken_;
+  const Tolerances tolerances_;
   std::array<i32, kFirstItems> firstItems_{};  // free when they were last looked at
   std::ptrdiff_t firstCount_ = 0;
   i32 firstEnd_ = 0;  // every free item in front of this one is among them

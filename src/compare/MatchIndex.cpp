@@ -5,7 +5,6 @@
 #include <tuple>
 
 #include "compare/PartComparison.h"
-#include "compare/Tolerances.h"
 
 namespace rvf {
 
@@ -16,8 +15,12 @@ std::size_t asSize(i32 index) { return static_cast<std::size_t>(index); }
 }  // namespace
 
 // A cell is as wide as two places may lie apart, so that matching ones stand in neighbouring cells.
-MatchIndex::MatchIndex(const DrawList& list, const std::pmr::vector<bool>& isTaken)
-    : list_(list), isTaken_(isTaken), cellSize_(i64{std::max(positionTolerance, 0)} + 1) {
+MatchIndex::MatchIndex(const DrawList& list, const std::pmr::vector<bool>& isTaken,
+                       const Tolerances& tolerances)
+    : list_(list),
+      isTaken_(isTaken),
+      tolerances_(tolerances),
+      cellSize_(i64{std::max(tolerances.positionTolerance, 0)} + 1) {
   entries_.reserve(asSize(list.count));
   for (i32 i = 0; i < list.count; ++i) {
     addItem(list[i], i);
@@ -37,7 +40,7 @@ void MatchIndex::addItem(const DrawPart& item, i32 index) {
       entries_.push_back({wordsKey(item).inCell(cellSize_, 0, 0), index});
       break;
     case MatchRule::kByKey:
-      entries_.push_back({matchKey(item).inCell(cellSize_, 0, 0), index});
+      entries_.push_back({matchKey(item, tolerances_).inCell(cellSize_, 0, 0), index});
       break;
   }
 }
@@ -56,7 +59,7 @@ i32 MatchIndex::firstFree(const DrawPart& part) {
   if (matchRuleOf(part.type) != MatchRule::kByKey) {
     return best;
   }
-  const MatchKey key = matchKey(part);
+  const MatchKey key = matchKey(part, tolerances_);
   const i32 reach = key.hasPlace() && cellSize_ > 1 ? 1 : 0;
   for (i32 x = -reach; x <= reach; ++x) {
     for (i32 y = -reach; y <= reach; ++y) {
@@ -74,7 +77,7 @@ void MatchIndex::searchShelf(const DrawPart& part, u64 key, i32& best) {
     if (best != kNotFound && index >= best) {
       return;
     }
-    if (classifyParts(part, list_[index]) == 0) {
+    if (classifyParts(part, list_[index], tolerances_) == 0) {
       best = index;
       return;
     }

@@ -5,6 +5,7 @@
 
 #include "base/Integers.h"
 #include "compare/MatchKey.h"
+#include "compare/Tolerances.h"
 #include "pagemodel/DrawList.h"
 
 namespace rvf {
@@ -17,12 +18,13 @@ namespace rvf {
 /// skipped by links that shorten with use.
 class MatchIndex {
  public:
-  /// Both must outlive the index; the parts stay, and items that are taken stay taken. Uses the
-  /// tolerances of the moment.
-  MatchIndex(const DrawList& list, const std::pmr::vector<bool>& isTaken);
+  /// Both must outlive the index; the parts stay, and items that are taken stay taken.
+  MatchIndex(const DrawList& list, const std::pmr::vector<bool>& isTaken,
+             const Tolerances& tolerances);
 
   static constexpr i32 kNotFound = -1;
-  /// The lowest index of a free item `c` with classifyParts(part, c) == 0, or kNotFound.
+  /// The lowest index of a free item `c` with classifyParts(part, c, tolerances) == 0, or
+  /// kNotFound.
   [[nodiscard]] i32 firstFree(const DrawPart& part);
 
  private:
@@ -38,6 +40,7 @@ class MatchIndex {
 
   const DrawList& list_;
   const std::pmr::vector<bool>& isTaken_;
+  const Tolerances tolerances_;
   i64 cellSize_;
   std::vector<Entry> entries_;         // by key, then by index
   std::vector<std::size_t> nextFree_;  // of each entry: itself while its item is free

@@ -1,9 +1,13 @@
 #include "compare/PageOverlay.h"
 
 #include <memory>
+#include <vector>
 
 #include "base/Wrapping.h"
 #include "compare/DrawListMatch.h"
+#include "compare/PairingObserver.h"
+#include "pagemodel/PartOperations.h"
+#include "pagemodel/ReferenceParts.h"
 
 namespace rvf {
 
@@ -45,15 +49,95 @@ DrawList& appendStatic(PageOverlayLists& view, const PlacedList& place) {
   return *view.statics.emplace_back(std::make_unique<DrawList>());
 }
 
+/// Collects the parts of one call of matchDrawLists.
+class OverlayCollector final : public PairingObserver {
+ public:
+  OverlayCollector(DrawList& overlay, const DrawList& a, const DrawList& b, bool buildOverlay,
+                   i32 offsetX, i32 offsetY)
+      : overlay_(overlay),
+        buildOverlay_(buildOverlay),
+        offsetX_(offsetX),
+        offsetY_(offsetY),
+        levels_{{&a, &b}} {}
+
+  void paired(const Pairing& pairing) override {
+    DiffFlags reasons = pairing.reasons;
+    if (pairing.by == PairedBy::kLeftOver) {
+      addLeftOver(pairing, reasons);
+    } else if (pairing.by == PairedBy::kSamePlace && reasons != 0) {
+      addDiffering(pairing.first);
+    }
+    bits_ |= reasons;
+  }
+
+  bool enterGroup(i32 first, i32 second) override {
+    const Level& level = levels_.back();
+    levels_.push_back({childList((*level.a)[first]), childList((*level.b)[second])});
+    return true;
+  }
+  void leaveGroup() override { levels_.pop_back(); }
+
+  [[nodiscard]] DiffFlags bits() const { return bits_; }
+
+ private:
+  struct Level {
+    const DrawList* a;
+    const DrawList* b;
+  };
+
+  // The slot is that of the shorter list's item, which is `a`'s where the two are equally long.
+  // Quirk that stays: without copies there is none here, though there is one for a left-over item.
+  void addDiffering(i32 first) {
+    if (!buildOverlay_) {
+      return;
+    }
+    const Level& level = levels_.back();
+    DrawPart& slot = appendSlot(overlay_);
+    if (level.a->count <= level.b->count) {
+      copyPart(slot, (*level.a)[first]);
+      shiftPart(slot, offsetX_, offsetY_);
+    }
+  }
+
+  void addLeftOver(const Pairing& pairing, DiffFlags& reasons) {
+    const Level& level = levels_.back();
+    const bool isOwn = pairing.first != Pairing::kNone;
+    const DrawPart& part = isOwn ? (*level.a)[pairing.first] : (*level.b)[pairing.second];
+    DrawPart& slot = appendSlot(overlay_);
+    const bool isCopied = buildOverlay_ && isOwn;
+    if (isCopied) {
+      copyPart(slot, part);
+    }
+    if (part.type == PartType::kStaticRef) {
+      // Quirk that stays: the children of the other side's groups are copied too, where they stand.
+      const i32 dx = isCopied ? offsetX_ : 0;
+      const i32 dy = isCopied ? offsetY_ : 0;
+      static_cast<void>(spillChildList(overlay_, childList(part), dx, dy, buildOverlay_));
+    } else if (isCopied) {
+      shiftPart(slot, offsetX_, offsetY_);
+      // Quirk that stays: the Images of a left-over image are lost where it is copied.
+      reasons = diff::kContent;
+    }
+  }
+
+  DrawList& overlay_;
+  const bool buildOverlay_;
+  const i32 offsetX_;
+  const i32 offsetY_;
+  std::vector<Level> levels_;  // the lists that are being matched, the innermost last
+  DiffFlags bits_ = 0;
+};
+
 /// One call of buildPageOverlay.
 class PageOverlayBuilder {
  public:
-  PageOverlayBuilder(CompareContext& first, const CompareContext& second, OverlayPen& pen)
-      : first_(first), second_(second), pen_(pen) {}
+  PageOverlayBuilder(PageOverlay& overlay, const CompareContext& first,
+                     const CompareContext& second, const Tolerances& tolerances, OverlayPen& pen)
+      : overlay_(overlay), first_(first), second_(second), tolerances_(tolerances), pen_(pen) {}
 
   DiffFlags build() {
-    emptyView(first_.overlayFirst);
-    emptyView(first_.overlaySecond);
+    emptyView(overlay_.first);
+    emptyView(overlay_.second);
     comparePageLists();
     for (i32 i = 0; i < first_.staticCount; ++i) {
       if (i < second_.staticCount) {
@@ -79,9 +163,9 @@ class PageOverlayBuilder {
       return;
     }
     pen_.select(overlay_pen::kFirst);
-    bits_ |= matchDrawLists(first_.overlayFirst.list, a, b, true, 0, 0);
+    bits_ |= matchDrawLists(overlay_.first.list, a, b, kBuild, 0, 0, tolerances_);
     pen_.select(overlay_pen::kSecond);
-    static_cast<void>(matchDrawLists(first_.overlaySecond.list, b, a, true, 0, 0));
+    static_cast<void>(matchDrawLists(overlay_.second.list, b, a, kBuild, 0, 0, tolerances_));
   }
 
   void comparePlacedLists(const PlacedList& a, const PlacedList& b) {
@@ -94,18 +178,18 @@ class PageOverlayBuilder {
       return;
     }
     pen_.select(overlay_pen::kFirst);
-    bits_ |= addDifferences(first_.overlayFirst, a, b);
+    bits_ |= addDifferences(overlay_.first, a, b);
     pen_.select(overlay_pen::kSecond);
-    static_cast<void>(addDifferences(first_.overlaySecond, b, a));
+    static_cast<void>(addDifferences(overlay_.second, b, a));
   }
 
   // The view has the place of the other file's list, so its parts are moved by the way from there.
-  static DiffFlags addDifferences(PageOverlayLists& view, const PlacedList& own,
-                                  const PlacedList& other) {
+  DiffFlags addDifferences(PageOverlayLists& view, const PlacedList& own,
+                           const PlacedList& other) const {
     DrawList& list = appendStatic(view, other);
     const i32 dx = wrappingDifference(own.x(), other.x());
     const i32 dy = wrappingDifference(own.y(), other.y());
-    const DiffFlags bits = matchDrawLists(list, own.list, other.list, true, dx, dy);
+    const DiffFlags bits = matchDrawLists(list, own.list, other.list, kBuild, dx, dy, tolerances_);
     list.originX = other.list.originX;
     list.originY = other.list.originY;
     return bits;
@@ -113,30 +197,67 @@ class PageOverlayBuilder {
 
   void addWholeFirst(const PlacedList& place) {
     pen_.select(overlay_pen::kFirst);
-    addWhole(first_.overlayFirst, place);
+    addWhole(overlay_.first, place);
   }
 
   void addWholeSecond(const PlacedList& place) {
     pen_.select(overlay_pen::kSecond);
-    addWhole(first_.overlaySecond, place);
+    addWhole(overlay_.second, place);
   }
 
   // The copied parts have the origin in their positions, so the copied list has none.
   void addWhole(PageOverlayLists& view, const PlacedList& place) {
     bits_ |= diff::kContent;
-    appendList(appendStatic(view, place), place.list, true);
+    constexpr bool kShift = true;
+    appendList(appendStatic(view, place), place.list, kShift);
   }
 
-  CompareContext& first_;
+  static constexpr bool kBuild = true;
+
+  PageOverlay& overlay_;
+  const CompareContext& first_;
   const CompareContext& second_;
+  const Tolerances& tolerances_;
   OverlayPen& pen_;
   DiffFlags bits_ = 0;
 };
 
 }  // namespace
 
-DiffFlags buildPageOverlay(CompareContext& first, const CompareContext& second, OverlayPen& pen) {
-  return PageOverlayBuilder(first, second, pen).build();
+DiffFlags buildPageOverlay(PageOverlay& overlay, const CompareContext& first,
+                           const CompareContext& second, const Tolerances& tolerances,
+                           OverlayPen& pen) {
+  return PageOverlayBuilder(overlay, first, second, tolerances, pen).build();
+}
+
+DiffFlags matchDrawLists(DrawList& overlay, const DrawList& a, const DrawList& b, bool buildOverlay,
+                         i32 offsetX, i32 offsetY, const Tolerances& tolerances) {
+  OverlayCollector collector(overlay, a, b, buildOverlay, offsetX, offsetY);
+  static_cast<void>(matchLists(a, b, tolerances, &collector));
+  return collector.bits();
+}
+
+DiffFlags spillChildList(DrawList& overlay, const DrawList* list, i32 offsetX, i32 offsetY,
+                         bool buildOverlay) {
+  if (list == nullptr) {
+    return 0;
+  }
+  if (buildOverlay) {
+    overlay.contentTally = wrappingSum(overlay.contentTally, list->contentTally);
+  }
+  for (const DrawPart& part : list->parts()) {
+    DrawPart& slot = appendSlot(overlay);
+    if (buildOverlay) {
+      copyPart(slot, part);
+    }
+    if (endsLeftOverChildren(part)) {
+      break;
+    }
+    if (buildOverlay) {
+      shiftPart(slot, offsetX, offsetY);
+    }
+  }
+  return leftOverChildBits(list);
 }
 
 }  // namespace rvf

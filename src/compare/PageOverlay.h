@@ -1,8 +1,13 @@
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include "base/Integers.h"
 #include "capture/CompareContext.h"
 #include "compare/DiffFlags.h"
+#include "compare/Tolerances.h"
+#include "pagemodel/DrawList.h"
 
 namespace rvf {
 
@@ -24,13 +29,50 @@ class OverlayPen {
   virtual void select(i32 number) = 0;
 };
 
-/// Collects what differs between two loaded pages, for display over them: into the overlayFirst of
-/// the first context what only the first page has, into its overlaySecond what only the second one
-/// has. A placed list that stands elsewhere is in both as a whole. Returns the difference bits.
+/// What one file's display of a page's differences is built into: a list for the page, and one more
+/// for each static list that differs, with its placement.
+struct PageOverlayLists {
+  DrawList list;
+  std::vector<std::unique_ptr<DrawList>> statics;
+  std::vector<i32> placementX;
+  std::vector<i32> placementY;
+
+  [[nodiscard]] i32 staticCount() const { return static_cast<i32>(statics.size()); }
+};
+
+/// The overlay of a pair of pages: full copies of the parts that differ, and blank slots for parts
+/// of the other view and for parts of a type that is not copied.
 ///
-/// The overlays hold copies, which outlive the pages, and blank slots for parts of the other view.
-/// They are valid until the next call with that context. Parts of a type that is not copied are
-/// blank too. A run does not call this, and its results do not depend on it.
-DiffFlags buildPageOverlay(CompareContext& first, const CompareContext& second, OverlayPen& pen);
+/// It is valid until the next buildPageOverlay into it. The copies own what they hold and outlive
+/// the pages, with one exception: a group leads to its child list in the static tables of the file
+/// that it was copied from. That can be the second file in `first` too, where the children of a
+/// group without a partner are spilled into it, and the other way round. An overlay with groups is
+/// therefore to be used only as long as both contexts exist and keep the tables that they had.
+struct PageOverlay {
+  PageOverlayLists first;   // what only the first page has
+  PageOverlayLists second;  // what only the second page has
+};
+
+/// Collects what differs between two loaded pages, for display over them. A placed list that stands
+/// elsewhere is in both views as a whole. Returns the difference bits, which are those of the walk
+/// but for images that are left over of the first page: they do not earn Images here.
+///
+/// A run does not call this, and its results do not depend on it; it is the interface of a display.
+DiffFlags buildPageOverlay(PageOverlay& overlay, const CompareContext& first,
+                           const CompareContext& second, const Tolerances& tolerances,
+                           OverlayPen& pen);
+
+/// matchLists for an overlay of `a`, which receives a slot for each item that is left over. With
+/// `buildOverlay` it receives one for each item that differs from the one at its place too, and the
+/// slots of items of `a` become copies, moved by the offsets; the others stay blank. An image of
+/// `a` that is left over does not earn Images when it is copied.
+[[nodiscard]] DiffFlags matchDrawLists(DrawList& overlay, const DrawList& a, const DrawList& b,
+                                       bool buildOverlay, i32 offsetX, i32 offsetY,
+                                       const Tolerances& tolerances);
+
+/// Appends a slot for each child of a group that has no partner, one level deep, and returns what
+/// they earn. With `buildOverlay` the slots become copies. `list` may be null.
+[[nodiscard]] DiffFlags spillChildList(DrawList& overlay, const DrawList* list, i32 offsetX,
+                                       i32 offsetY, bool buildOverlay);
 
 }  // namespace rvf

@@ -104,8 +104,6 @@ static_assert(rowsStandUnderTheirCodes());
 
 constexpr PartComparison kUnknownCode = absorbing(PartType::kUnknown);
 
-Tolerances currentTolerances() { return {positionTolerance, lineTolerance}; }
-
 const PartComparison& comparisonWith(PartType type) {
   return isKnownPartType(type) ? kComparisons[partIndex(type)] : kUnknownCode;
 }
@@ -131,7 +129,7 @@ bool equalsOwnFields(const DrawPart& part) {
   return equal != nullptr && equal(part, part);
 }
 
-DiffFlags classifyParts(const DrawPart& left, const DrawPart& right) {
+DiffFlags classifyParts(const DrawPart& left, const DrawPart& right, const Tolerances& tolerances) {
   if (partsEqual(left, right)) {
     return 0;
   }
@@ -142,7 +140,7 @@ DiffFlags classifyParts(const DrawPart& left, const DrawPart& right) {
   if (comparison.leftType == LeftType::kSame && left.type != right.type) {
     return diff::kContent;
   }
-  return comparison.classify(left, right, currentTolerances());
+  return comparison.classify(left, right, tolerances);
 }
 
 MatchRule matchRuleOf(PartType right) {
@@ -153,9 +151,9 @@ MatchRule matchRuleOf(PartType right) {
   return comparison.leftType == LeftType::kAny ? MatchRule::kByWords : MatchRule::kByKey;
 }
 
-MatchKey matchKey(const DrawPart& part) {
+MatchKey matchKey(const DrawPart& part, const Tolerances& tolerances) {
   MatchKey key(part.type);
-  comparisonWith(part.type).addToKey(key, part, currentTolerances());
+  comparisonWith(part.type).addToKey(key, part, tolerances);
   return key;
 }
 

@@ -2,6 +2,7 @@
 
 #include "compare/DiffFlags.h"
 #include "compare/MatchKey.h"
+#include "compare/Tolerances.h"
 #include "pagemodel/DrawPart.h"
 
 namespace rvf {
@@ -18,9 +19,10 @@ namespace rvf {
 /// owns beside them is not looked at.
 [[nodiscard]] bool equalsOwnFields(const DrawPart& part);
 
-/// In what way two parts differ, under positionTolerance and lineTolerance. 0: no difference
-/// counts. For some types of `right` that is every part, however different.
-[[nodiscard]] DiffFlags classifyParts(const DrawPart& left, const DrawPart& right);
+/// In what way two parts differ. 0: no difference counts. For some types of `right` that is every
+/// part, however different.
+[[nodiscard]] DiffFlags classifyParts(const DrawPart& left, const DrawPart& right,
+                                      const Tolerances& tolerances);
 
 /// Which parts `left` can have classifyParts(left, right) == 0 with a right part of a type.
 enum class MatchRule {
@@ -30,8 +32,8 @@ enum class MatchRule {
 };
 [[nodiscard]] MatchRule matchRuleOf(PartType right);
 
-/// The key of a part of a kByKey type, for the tolerances of the moment.
-[[nodiscard]] MatchKey matchKey(const DrawPart& part);
+/// The key of a part of a kByKey type.
+[[nodiscard]] MatchKey matchKey(const DrawPart& part, const Tolerances& tolerances);
 /// The key of any part for the search among kByWords types.
 [[nodiscard]] MatchKey wordsKey(const DrawPart& part);
 

@@ -64,7 +64,7 @@ bool CompareRun::openRun() {
     return false;
   }
   writeBanner(reportSink_.get(), kMessageFileLabel);
-  writeOptionsSummary(*reportSink_);
+  writeOptionsSummary(*reportSink_, options_.tolerances);
   if (options_.badControlLine) {
     return false;
   }
@@ -155,7 +155,7 @@ i32 CompareRun::compareFiles() {
   const auto progress = makeProgress(std::min(first.pageCount, second.pageCount));
   const WalkOutput output{*differenceFile_, options_.firstFile, options_.secondFile,
                           progress.get()};
-  return static_cast<i32>(walkCustomers(first, second, true, output));
+  return static_cast<i32>(walkCustomers(first, second, true, options_.tolerances, output));
 }
 
 }  // namespace rvf

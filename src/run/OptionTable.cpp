@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "compare/Tolerances.h"
 #include "messages/catalogue/MessageRecord.h"
 #include "text/encoding/CodePages.h"
 
@@ -61,13 +60,13 @@ bool setSimpleReturn(RunOptions& options, const eString&) {
   return true;
 }
 
-bool setPositionTolerance(RunOptions&, const eString& value) {
-  positionTolerance = leadingDecimal(value.text());
+bool setPositionTolerance(RunOptions& options, const eString& value) {
+  options.tolerances.positionTolerance = leadingDecimal(value.text());
   return true;
 }
 
-bool setLineTolerance(RunOptions&, const eString& value) {
-  lineTolerance = leadingDecimal(value.text());
+bool setLineTolerance(RunOptions& options, const eString& value) {
+  options.tolerances.lineTolerance = leadingDecimal(value.text());
   return true;
 }
 

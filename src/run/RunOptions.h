@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/Integers.h"
+#include "compare/Tolerances.h"
 #include "text/eString.h"
 #include "text/encoding/CodePages.h"
 
@@ -30,6 +31,7 @@ struct RunOptions {
   eString firstFile{u"RVF1.rvf"};
   eString secondFile{u"RVF2.rvf"};
   eString differenceFile{u"Differenced.dat"};
+  Tolerances tolerances;
   bool simpleReturn = false;  // the exit status tells only whether the files differ
   bool dbcsMode = false;      // text of two bytes a character in files too old to tell it
   eString controlFileEncoding{u"ISO88591"};

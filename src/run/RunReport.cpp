@@ -1,7 +1,6 @@
 #include "run/RunReport.h"
 
 #include "compare/DiffFlags.h"
-#include "compare/Tolerances.h"
 #include "datetime/DateTime.h"
 #include "text/eString.h"
 #include "text/encoding/TextSink.h"
@@ -80,13 +79,13 @@ void writeBanner(TextSink* sink, const char16_t* label) {
   writeLine(*sink, kRule);
 }
 
-void writeOptionsSummary(TextSink& sink) {
+void writeOptionsSummary(TextSink& sink, const Tolerances& tolerances) {
   writeLine(sink, kRule);
   writeLine(sink,
             u" *         Summary of Plenarix Run Options                                     *");
   writeLine(sink, kRule);
-  writeLine(sink, u" Positional Tolerance: %d.", positionTolerance);
-  writeLine(sink, u" Line Thickness Tolerance: %d.", lineTolerance);
+  writeLine(sink, u" Positional Tolerance: %d.", tolerances.positionTolerance);
+  writeLine(sink, u" Line Thickness Tolerance: %d.", tolerances.lineTolerance);
   writeLine(sink, kRule);
 }
 

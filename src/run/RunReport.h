@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Integers.h"
+#include "compare/Tolerances.h"
 
 namespace rvf {
 
@@ -14,7 +15,7 @@ class TextSink;
 void writeBanner(TextSink* sink, const char16_t* label);
 
 /// The tolerances that the run compares with.
-void writeOptionsSummary(TextSink& sink);
+void writeOptionsSummary(TextSink& sink, const Tolerances& tolerances);
 
 /// The status, the full DiffFlags or -1, and what it means in words.
 void writeClosingReport(TextSink& sink, i32 status);

@@ -13,18 +13,6 @@
 
 namespace rvf::test {
 
-/// The tolerances, for as long as this lives.
-class WithTolerances {
- public:
-  WithTolerances(i32 position, i32 line) {
-    positionTolerance = position;
-    lineTolerance = line;
-  }
-  ~WithTolerances() { positionTolerance = lineTolerance = 0; }
-  WithTolerances(const WithTolerances&) = delete;
-  WithTolerances& operator=(const WithTolerances&) = delete;
-};
-
 /// Reads a record that may be damaged; false if it is.
 inline bool readRecord(DrawPart& part, const std::string& record) {
   const CatchProcessEnd catching;
@@ -66,11 +54,12 @@ struct LoadedCapture {
 
 /// One walk over two files, what it leaves in the difference file, and its messages.
 struct Walk {
-  Walk(RvfReader& a, RvfReader& b, bool stop, bool usesShortCut, WalkObserver* observer = nullptr) {
+  Walk(RvfReader& a, RvfReader& b, bool stop, bool usesShortCut, WalkObserver* observer = nullptr,
+       const Tolerances& tolerances = {}) {
     HeldMessages held;
     eMemFile file(64);
-    status =
-        walkCustomers(a, b, stop, {file, u"before.rvf", u"behind.rvf", observer, usesShortCut});
+    status = walkCustomers(a, b, stop, tolerances,
+                           {file, u"before.rvf", u"behind.rvf", observer, usesShortCut});
     bytes.assign(reinterpret_cast<const char*>(file.data()), static_cast<std::size_t>(file.Tell()));
     messages = held.take();
   }

@@ -71,8 +71,8 @@ TEST(DrawListMatch, ListsAgainstEachOther) {
     Deltas deltas;
     for (const List& second : lists) {
       DrawList blank, overlay;
-      const DiffFlags bits = matchDrawLists(blank, first.list(), second.list(), false, 0, 0);
-      const DiffFlags built = matchDrawLists(overlay, first.list(), second.list(), true, 3, 4);
+      const DiffFlags bits = matchDrawLists(blank, first.list(), second.list(), false, 0, 0, {});
+      const DiffFlags built = matchDrawLists(overlay, first.list(), second.list(), true, 3, 4, {});
       const bool isEqual = listsEqual(first.list(), second.list());
       deltas.add(second.name, {Shown::row("bits", bits, built) + (isEqual ? " =" : "") + ", blank" +
                                contentOf(blank) + ", overlay" + contentOf(overlay)});
@@ -81,9 +81,8 @@ TEST(DrawListMatch, ListsAgainstEachOther) {
   }
   text += "children that are left over\n";
   for (const Part& child : allParts()) {
-    DrawList overlay;
     const List group("", {staticRef()}, {child});
-    const DiffFlags bits = matchDrawLists(overlay, {}, group.list(), false, 0, 0);
+    const DiffFlags bits = matchLists({}, group.list(), {});
     text += Shown::row(" ", child.type, bits) + "\n";
   }
   expectFrozen("lists-matched.txt", text);
@@ -134,19 +133,20 @@ std::vector<PageFields> comparedPages() {
 
 TEST(PageOverlay, PagesAgainstEachOther) {
   const std::vector<PageFields> pages = comparedPages();
-  const WithTolerances tolerances(1000, 1000);  // play no part for the places of lists
+  const Tolerances tolerances{1000, 1000};  // play no part for the places of lists
   std::string text;
   for (std::size_t i = 0; i < pages.size(); ++i) {
     for (std::size_t j = 0; j < pages.size(); ++j) {
       LoadedCapture a(captureOf({pages[i]})), b(captureOf({pages[j]}));
-      const DiffFlags walked = Walk(a.reader, b.reader, true, true).status;
+      const DiffFlags walked = Walk(a.reader, b.reader, true, true, nullptr, tolerances).status;
       a.reader.loadCurrentPage();
       b.reader.loadCurrentPage();
       RecordingPen pen;
-      const DiffFlags bits = buildPageOverlay(a.context, b.context, pen);
+      PageOverlay overlay;
+      const DiffFlags bits = buildPageOverlay(overlay, a.context, b.context, tolerances, pen);
       a.context.FetchPage(0, -1);  // the views outlive the page that they were made from
       text += Shown::row("pages", i, j) + Shown::row(", bits", walked, bits) + ", " + pen.numbers +
-              shown(a.context.overlayFirst) + shown(a.context.overlaySecond) + "\n";
+              shown(overlay.first) + shown(overlay.second) + "\n";
     }
   }
   expectFrozen("pages.txt", text);

@@ -12,12 +12,13 @@ namespace {
 
 // The walk with the short cut and the walk without it, which have to leave the same.
 
-std::optional<Walk> walk(const std::string& a, const std::string& b, bool dbcs, bool usesShortCut) {
+std::optional<Walk> walk(const std::string& a, const std::string& b, bool dbcs, i32 tolerance,
+                         bool usesShortCut) {
   const CatchProcessEnd catching;
   try {
     LoadedCapture first(a, dbcs), second(b, dbcs);
     if (!first.reader.valid() || !second.reader.valid()) return {};
-    return Walk(first.reader, second.reader, true, usesShortCut);
+    return Walk(first.reader, second.reader, true, usesShortCut, nullptr, {tolerance, tolerance});
   } catch (const ProcessEnded&) {
     return {};
   }
@@ -26,8 +27,7 @@ std::optional<Walk> walk(const std::string& a, const std::string& b, bool dbcs, 
 void expectSameEitherWay(const std::string& a, const std::string& b, const std::string& what) {
   for (const bool dbcs : {false, true}) {
     for (const i32 tolerance : {0, 2, -1}) {
-      const WithTolerances tolerances(tolerance, tolerance);
-      EXPECT_EQ(walk(a, b, dbcs, true), walk(a, b, dbcs, false)) << what;
+      EXPECT_EQ(walk(a, b, dbcs, tolerance, true), walk(a, b, dbcs, tolerance, false)) << what;
     }
   }
 }

@@ -32,9 +32,11 @@ void makeInto(DrawPart& part, const std::string& record, std::mt19937& random) {
   shiftPart(part, -11, -21);
 }
 
-i32 plainSearch(const DrawPart& part, const DrawList& list, const std::pmr::vector<bool>& isTaken) {
+i32 plainSearch(const DrawPart& part, const DrawList& list, const std::pmr::vector<bool>& isTaken,
+                const Tolerances& tolerances) {
   for (i32 j = 0; j < list.count; ++j) {
-    if (!isTaken[static_cast<std::size_t>(j)] && classifyParts(part, list[j]) == 0) return j;
+    if (!isTaken[static_cast<std::size_t>(j)] && classifyParts(part, list[j], tolerances) == 0)
+      return j;
   }
   return MatchCandidates::kNotFound;
 }
@@ -44,8 +46,8 @@ TEST(MatchCandidates, FindWhatASearchThroughTheListFinds) {
   int found = 0;
   for (unsigned seed = 0; seed < 6000; ++seed) {
     std::mt19937 random(seed);
-    const WithTolerances tolerances(std::vector{0, 1, 3, 100, -1, 2147483647}[seed % 6],
-                                    std::vector{0, 3, -1}[seed % 3]);
+    const Tolerances tolerances{std::vector{0, 1, 3, 100, -1, 2147483647}[seed % 6],
+                                std::vector{0, 3, -1}[seed % 3]};
     // Absorbing parts end most searches, so most lists do without.
     const std::size_t kinds = records.size() - (seed % 4 == 0 ? 0 : kAbsorbing);
     DrawList list, searched;
@@ -54,9 +56,9 @@ TEST(MatchCandidates, FindWhatASearchThroughTheListFinds) {
       makeInto(appendSlot(searched), records[random() % kinds], random);
     }
     std::pmr::vector<bool> isTaken(static_cast<std::size_t>(list.count), false);
-    MatchCandidates candidates(list, isTaken);
+    MatchCandidates candidates(list, isTaken, tolerances);
     for (const DrawPart& part : searched.parts()) {
-      const i32 expected = plainSearch(part, list, isTaken);
+      const i32 expected = plainSearch(part, list, isTaken, tolerances);
       ASSERT_EQ(candidates.firstFree(part), expected) << "seed " << seed;
       if (expected != MatchCandidates::kNotFound) {
         isTaken[static_cast<std::size_t>(expected)] = true;

@@ -40,8 +40,9 @@ Parts comparedParts() {
       signatureField().at(142)};
 }
 
-std::string comparison(const DrawPart& left, const DrawPart& right) {
-  return partsEqual(left, right) ? "=" : std::to_string(classifyParts(left, right));
+std::string comparison(const DrawPart& left, const DrawPart& right,
+                       const Tolerances& tolerances = {}) {
+  return partsEqual(left, right) ? "=" : std::to_string(classifyParts(left, right, tolerances));
 }
 
 /// Both ways, with no tolerance, with two different ones, and with negative ones. What differs by
@@ -51,8 +52,9 @@ std::string comparisons(const std::string& record, const DrawPart& right) {
   if (!readRecord(left, record)) return "not readable";
   std::string results;
   for (const auto& [position, width] : {std::pair{0, 0}, {256, 255}, {255, 256}, {-1, -1}}) {
-    const WithTolerances tolerances(position, width);
-    const std::string result = comparison(left, right), back = comparison(right, left);
+    const Tolerances tolerances{position, width};
+    const std::string result = comparison(left, right, tolerances);
+    const std::string back = comparison(right, left, tolerances);
     results += " " + result + (back == result ? "" : "/" + back);
   }
   return results;

@@ -4,7 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include "compare/Tolerances.h"
 #include "messages/MessageReporter.h"
 #include "run/OptionTable.h"
 #include "support/TempFolder.h"
@@ -13,12 +12,8 @@
 namespace rvf::test {
 namespace {
 
-/// Starts each test with the process-wide settings of a new process.
 class Options : public testing::Test {
  protected:
-  Options() { positionTolerance = lineTolerance = 0; }
-  ~Options() override { positionTolerance = lineTolerance = 0; }
-
   bool parseLine(const std::string& line) { return options.parseOption(fromNative(line)); }
 
   RunOptions options;
@@ -53,9 +48,9 @@ TEST_F(Options, ReadNumbersFromTheirFront) {
                                                {"-99999999999999999999999999", -2147483647 - 1}};
   for (const auto& [value, number] : cases) {
     EXPECT_TRUE(parseLine(std::string("-POS_TOLERANCE=") + value));
-    EXPECT_EQ(positionTolerance, number) << '"' << value << '"';
+    EXPECT_EQ(options.tolerances.positionTolerance, number) << '"' << value << '"';
   }
-  EXPECT_EQ(lineTolerance, 0);
+  EXPECT_EQ(options.tolerances.lineTolerance, 0);
 }
 
 TEST_F(Options, MapTheEncodingsOfTheMessageFile) {
@@ -83,8 +78,8 @@ TEST_F(Options, FollowControlFilesOnceEach) {
   EXPECT_TRUE(options.badControlLine);
   EXPECT_EQ(options.badLineText.view(), u"-FOO");
   EXPECT_EQ(options.controlFiles.size(), 2U);
-  EXPECT_EQ(positionTolerance, 2);
-  EXPECT_EQ(lineTolerance, 1) << "control files override the command line";
+  EXPECT_EQ(options.tolerances.positionTolerance, 2);
+  EXPECT_EQ(options.tolerances.lineTolerance, 1) << "control files override the command line";
 }
 
 TEST(PrintableCopy, WritesOtherCharactersAsDigits) {
