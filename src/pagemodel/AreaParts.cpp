@@ -38,7 +38,7 @@ void readHyperlinkArea(DrawPart& part, eArchive& archive, i32 v) {
   using namespace part_version;
   HyperlinkAreaFields& fields = part.fields.hyperlinkArea;
   part.payload.clear();
-  fields.url = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload));
+  fields.url = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload) > 0);
   fields.left = archive.ReadI32();
   fields.top = archive.ReadI32();
   fields.right = archive.ReadI32();
@@ -145,7 +145,11 @@ void shiftSignatureField(DrawPart& part, i32 dx, i32 dy) {
 void releaseSignatureField(DrawPart& part) {
   if (part.fields.signatureField.rect == kSetPointer) {
     part.payload.at<SignatureInfo>(0)->~SignatureInfo();
-    part.fields.signatureField.rect = kNullPointer;
+    SignatureFieldFields& fields = part.fields.signatureField;
+    fields.rect = kNullPointer;
+    fields.fieldName = kNullPointer;
+    fields.fieldValue = kNullPointer;
+    fields.attributes = kNullPointer;
   }
 }
 

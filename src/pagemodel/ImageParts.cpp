@@ -16,14 +16,16 @@ namespace rvf {
 
 ImageInfo& imageInfo(DrawPart& part) { return *part.payload.at<ImageInfo>(0); }
 
-const ImageInfo& imageInfo(const DrawPart& part) { return *part.payload.at<ImageInfo>(0); }
+const ImageInfo& imageInfo(const DrawPart& part) {
+  static const ImageInfo kNone;
+  return part.fields.image.info == kSetPointer ? *part.payload.at<ImageInfo>(0) : kNone;
+}
 
 std::span<const std::byte> imageBytes(const DrawPart& part) {
-  const u32 size = part.payload.size();
-  if (size <= sizeof(ImageInfo)) {
+  if (part.fields.image.data != kSetPointer) {
     return {};
   }
-  return {part.payload.at<std::byte>(sizeof(ImageInfo)), size - sizeof(ImageInfo)};
+  return {part.payload.at<std::byte>(sizeof(ImageInfo)), part.payload.size() - sizeof(ImageInfo)};
 }
 
 namespace {
@@ -199,6 +201,10 @@ void readImage(DrawPart& part, eArchive& archive, i32 v) {
 }
 
 void copyImage(DrawPart& target, const DrawPart& source) {
+  if (source.fields.image.info != kSetPointer) {
+    target.fields = source.fields;
+    return;
+  }
   const std::span<const std::byte> bytes = imageBytes(source);
   ImageInfo& info = makeImageInfo(target, static_cast<i64>(bytes.size()));
   target.fields = source.fields;
@@ -239,6 +245,7 @@ void releaseImage(DrawPart& part) {
   if (part.fields.image.info == kSetPointer) {
     imageInfo(part).~ImageInfo();
     part.fields.image.info = kNullPointer;
+    part.fields.image.data = kNullPointer;
   }
 }
 
@@ -307,12 +314,10 @@ void readImportPage(DrawPart& part, eArchive& archive, i32 v) {
   fields.y = archive.ReadI32();
   fields.valueA = archive.ReadI32();
   fields.valueB = archive.ReadI32();
-  if (v >= kClip) {
-    fields.clip = kSetPointer;
-    part.payload.resize(kClipValues * sizeof(i32));
-    for (i32& value : std::span(part.payload.at<i32>(0), kClipValues)) {
-      value = archive.ReadI32();
-    }
+  fields.clip = kSetPointer;
+  part.payload.resize(kClipValues * sizeof(i32));
+  for (i32& value : std::span(part.payload.at<i32>(0), kClipValues)) {
+    value = v >= kClip ? archive.ReadI32() : 0;
   }
   fields.importFlag = v >= kImportFlag ? archive.ReadU8() : u8{0};
 }

@@ -13,7 +13,10 @@ namespace rvf {
 
 // STARTEND
 
-const MarkerInfo& markerInfo(const DrawPart& part) { return *part.payload.at<MarkerInfo>(0); }
+const MarkerInfo& markerInfo(const DrawPart& part) {
+  static const MarkerInfo kNone;
+  return part.fields.startEnd.info == kSetPointer ? *part.payload.at<MarkerInfo>(0) : kNone;
+}
 
 namespace {
 
@@ -49,12 +52,12 @@ void readMarkerNameValues(MarkerInfo& info, eArchive& archive) {
   info.nameValues = readNameValues(archive, stored, info.nameValueCount, false);
 }
 
-bool readHyperlinkFlag(eArchive& archive, i32 v) {
+u8 readHyperlinkFlag(eArchive& archive, i32 v) {
   using namespace part_version;
   if (v < kHyperlinkFlag) {
-    return false;
+    return 0;
   }
-  return v < kByteHyperlinkFlag ? archive.ReadI32() != 0 : archive.ReadU8() != 0;
+  return v < kByteHyperlinkFlag ? u8{archive.ReadI32() != 0} : archive.ReadU8();
 }
 
 void readPairs(MarkerInfo& info, eArchive& archive) {
@@ -92,6 +95,10 @@ void readStartEnd(DrawPart& part, eArchive& archive, i32 v) {
 }
 
 void copyStartEnd(DrawPart& target, const DrawPart& source) {
+  if (source.fields.startEnd.info != kSetPointer) {
+    target.fields = source.fields;
+    return;
+  }
   MarkerInfo& info = makeMarkerInfo(target);
   target.fields = source.fields;
   const MarkerInfo& from = markerInfo(source);
@@ -179,50 +186,103 @@ u16 foldedTagId(u16 id, u8 band) {
 
 const TaggedTexts& taggedTexts(const DrawPart& part) { return *part.payload.at<TaggedTexts>(0); }
 
+namespace {
+
+/// A text of `length` characters behind `before` bytes of a payload.
+std::u16string_view textAt(const DrawPart& part, std::size_t before, i32 length) {
+  return {part.payload.at<char16_t>(before), static_cast<std::size_t>(length)};
+}
+
+/// The bytes of a text and its terminator.
+std::size_t textSize(i32 length) {
+  return length == 0 ? 0 : (static_cast<std::size_t>(length) + 1) * sizeof(char16_t);
+}
+
+}  // namespace
+
+std::u16string_view tagText(const DrawPart& part) {
+  return textAt(part, sizeof(TaggedTexts), taggedTexts(part).tagLength);
+}
+
+std::u16string_view altText(const DrawPart& part) {
+  const TaggedTexts& texts = taggedTexts(part);
+  return textAt(part, sizeof(TaggedTexts) + textSize(texts.tagLength), texts.altLength);
+}
+
+std::u16string_view actualText(const DrawPart& part) {
+  const TaggedTexts& texts = taggedTexts(part);
+  const std::size_t before = textSize(texts.tagLength) + textSize(texts.altLength);
+  return textAt(part, sizeof(TaggedTexts) + before, texts.actualLength);
+}
+
 void readTaggedObject(DrawPart& part, eArchive& archive, i32 v) {
   using namespace part_version;
   TaggedObjectFields& fields = part.fields.taggedObject;
-  part.payload.clear();
   part.payload.resize(sizeof(TaggedTexts));
+  TaggedTexts texts{};
   fields.markerState = archive.ReadU8();
   fields.tagKind = readLow8(archive);
   fields.tagId = foldedTagId(archive.ReadU16(), tagBand);
-  fields.tagText = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload));
-  fields.altText = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload));
-  const i32 language = v >= kLanguage ? archive.ReadI32() : 0;
+  texts.tagLength = appendPartText(archive, archive.ReadI32(), part.payload);
+  texts.altLength = appendPartText(archive, archive.ReadI32(), part.payload);
+  texts.language = languageTag(v >= kLanguage ? archive.ReadI32() : 0);
   if (v >= kActualText) {
-    fields.actualText = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload));
+    texts.actualLength = appendPartText(archive, archive.ReadI32(), part.payload);
   }
+  *part.payload.at<TaggedTexts>(0) = texts;
+  fields.tagText = pointerWord(texts.tagLength > 0);
+  fields.altText = pointerWord(texts.altLength > 0);
+  fields.actualText = pointerWord(texts.actualLength > 0);
   fields.language = kSetPointer;
-  *part.payload.at<TaggedTexts>(0) = {languageTag(language)};
 }
 
 // BOOKMARK and LOCSEARCHKEY
+
+std::u16string_view bookmarkTitle(const DrawPart& part) {
+  const bool hasTitle = part.fields.bookmark.title == kSetPointer;
+  const auto length = static_cast<i32>(part.payload.size() / sizeof(char16_t)) - 1;
+  return textAt(part, 0, hasTitle ? length : 0);
+}
+
+std::u16string_view keyText(const DrawPart& part) {
+  return textAt(part, sizeof(KeyTexts), part.payload.at<KeyTexts>(0)->keyLength);
+}
+
+std::u16string_view keySecondText(const DrawPart& part) {
+  const KeyTexts& texts = *part.payload.at<KeyTexts>(0);
+  return textAt(part, sizeof(KeyTexts) + textSize(texts.keyLength), texts.secondLength);
+}
 
 void readBookmark(DrawPart& part, eArchive& archive, i32) {
   BookmarkFields& fields = part.fields.bookmark;
   part.payload.clear();
   fields.bookmarkId = archive.ReadI32();
   fields.bookmarkLevel = archive.ReadI32();
-  fields.title = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload));
+  fields.title = pointerWord(appendPartText(archive, archive.ReadI32(), part.payload) > 0);
 }
 
 void readLocSearchKey(DrawPart& part, eArchive& archive, i32 v) {
   LocSearchKeyFields& fields = part.fields.locSearchKey;
-  part.payload.clear();
+  part.payload.resize(sizeof(KeyTexts));
+  KeyTexts texts{};
   fields.keyValue = archive.ReadI32();
-  fields.keyText = pointerWord(appendWideText(archive, archive.ReadI32(), part.payload));
+  texts.keyLength = appendWideText(archive, archive.ReadI32(), part.payload);
   fields.keyFlagA = archive.ReadU8();
   if (v >= part_version::kSecondKeyText) {
-    fields.keySecondText = pointerWord(appendWideText(archive, archive.ReadI32(), part.payload));
+    texts.secondLength = appendWideText(archive, archive.ReadI32(), part.payload);
     fields.keyFlagB = archive.ReadU8();
   }
+  *part.payload.at<KeyTexts>(0) = texts;
+  fields.keyText = pointerWord(texts.keyLength > 0);
+  fields.keySecondText = pointerWord(texts.secondLength > 0);
 }
 
 // SUBSCRIBE
 
 const SubscribeEntries& subscribeEntries(const DrawPart& part) {
-  return *part.payload.at<SubscribeEntries>(0);
+  static const SubscribeEntries kNone;
+  const bool areThere = part.fields.subscribe.entries == kSetPointer;
+  return areThere ? *part.payload.at<SubscribeEntries>(0) : kNone;
 }
 
 namespace {

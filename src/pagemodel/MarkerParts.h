@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -16,13 +17,13 @@ namespace rvf {
 // LAYERIGNORESTARTEND, INSERTERBARCODESTARTEND, MASKEDOBJECTSTARTEND, TAGGEDOBJECTSTARTEND,
 // BOOKMARK, LOCSEARCHKEY and SUBSCRIBE.
 //
-// Payloads: a MarkerInfo; TaggedTexts and then the texts; the title of a BOOKMARK; both texts of a
-// LOCSEARCHKEY; the SubscribeEntries. All texts are zero-terminated and lie one behind the other,
-// those that are null left out.
+// Payloads: a MarkerInfo; TaggedTexts and then the texts; the title of a BOOKMARK; KeyTexts and
+// then both texts of a LOCSEARCHKEY; the SubscribeEntries. All texts are zero-terminated and lie
+// one behind the other, those that are null left out. A zero character inside a text belongs to it.
 
 struct MarkerInfo {
   std::unique_ptr<HyperlinkInfo> hyperlink;
-  bool hasHyperlinkFlag = false;
+  u8 hasHyperlinkFlag = 0;
   u16 nameValueCount = 0;
   std::unique_ptr<NameValues> nameValues;
   std::vector<std::pair<i32, i32>> pairs;
@@ -37,6 +38,14 @@ using SubscribeEntries = std::vector<SubscribeEntry>;
 
 struct TaggedTexts {
   const char16_t* language;  // of the table of language tags
+  i32 tagLength;             // characters; 0: no text
+  i32 altLength;
+  i32 actualLength;
+};
+
+struct KeyTexts {
+  i32 keyLength;  // characters; 0: no text
+  i32 secondLength;
 };
 
 /// The language tag of an index; indexes outside the table count as 0, "default".
@@ -47,9 +56,18 @@ struct TaggedTexts {
 inline u8 tagBand = 0;
 [[nodiscard]] u16 foldedTagId(u16 id, u8 band);
 
+// What a part owns is empty after it was released.
 [[nodiscard]] const MarkerInfo& markerInfo(const DrawPart& part);
 [[nodiscard]] const SubscribeEntries& subscribeEntries(const DrawPart& part);
+
+// Texts with their whole length; empty where there is none.
 [[nodiscard]] const TaggedTexts& taggedTexts(const DrawPart& part);
+[[nodiscard]] std::u16string_view tagText(const DrawPart& part);
+[[nodiscard]] std::u16string_view altText(const DrawPart& part);
+[[nodiscard]] std::u16string_view actualText(const DrawPart& part);
+[[nodiscard]] std::u16string_view bookmarkTitle(const DrawPart& part);
+[[nodiscard]] std::u16string_view keyText(const DrawPart& part);
+[[nodiscard]] std::u16string_view keySecondText(const DrawPart& part);
 
 void readStartEnd(DrawPart& part, eArchive& archive, i32 v);
 void copyStartEnd(DrawPart& target, const DrawPart& source);

@@ -15,10 +15,10 @@ void readNarrowText(eArchive& archive, i32 count, char16_t* target) {
   }
 }
 
-bool appendText(eArchive& archive, i32 count, bool isWide, PayloadBlock& block) {
+i32 appendText(eArchive& archive, i32 count, bool isWide, PayloadBlock& block) {
   const i32 characters = archive.CheckedCount(count, isWide ? 2 : 1);
   if (characters == 0) {
-    return false;
+    return 0;
   }
   const u32 start = block.size();
   block.resize(i64{start} + 2 * (i64{characters} + 1));
@@ -29,7 +29,7 @@ bool appendText(eArchive& archive, i32 count, bool isWide, PayloadBlock& block) 
     readNarrowText(archive, characters, text);
   }
   text[characters] = 0;
-  return true;
+  return characters;
 }
 
 }  // namespace
@@ -42,11 +42,11 @@ void readPartText(eArchive& archive, i32 count, char16_t* target) {
   }
 }
 
-bool appendPartText(eArchive& archive, i32 count, PayloadBlock& block) {
+i32 appendPartText(eArchive& archive, i32 count, PayloadBlock& block) {
   return appendText(archive, count, archive.wideStrings(), block);
 }
 
-bool appendWideText(eArchive& archive, i32 count, PayloadBlock& block) {
+i32 appendWideText(eArchive& archive, i32 count, PayloadBlock& block) {
   return appendText(archive, count, true, block);
 }
 

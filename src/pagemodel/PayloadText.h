@@ -19,11 +19,11 @@ namespace rvf {
 void readPartText(eArchive& archive, i32 count, char16_t* target);
 
 /// Appends a text of `count` characters and its terminator to the block. A count that is not above
-/// 0 appends nothing; one that does not fit into the file is damage. Returns whether a text is
-/// there.
-[[nodiscard]] bool appendPartText(eArchive& archive, i32 count, PayloadBlock& block);
+/// 0 appends nothing; one that does not fit into the file is damage. Returns the characters that
+/// were appended, 0 where there is no text.
+[[nodiscard]] i32 appendPartText(eArchive& archive, i32 count, PayloadBlock& block);
 /// The same for characters that have two bytes in every file.
-[[nodiscard]] bool appendWideText(eArchive& archive, i32 count, PayloadBlock& block);
+[[nodiscard]] i32 appendWideText(eArchive& archive, i32 count, PayloadBlock& block);
 
 /// The zero-terminated text at `offset` of the block.
 [[nodiscard]] inline std::u16string_view terminatedText(const PayloadBlock& block,

@@ -117,7 +117,10 @@ void shiftRect(DrawPart& part, i32 dx, i32 dy) {
 
 PolyStyle& polyStyle(DrawPart& part) { return *part.payload.at<PolyStyle>(0); }
 
-const PolyStyle& polyStyle(const DrawPart& part) { return *part.payload.at<PolyStyle>(0); }
+const PolyStyle& polyStyle(const DrawPart& part) {
+  static const PolyStyle kNone;
+  return part.fields.poly.style == kSetPointer ? *part.payload.at<PolyStyle>(0) : kNone;
+}
 
 std::span<Point> polyPoints(DrawPart& part) {
   return {part.payload.at<Point>(sizeof(PolyStyle)), part.fields.poly.pointCount};
@@ -230,6 +233,10 @@ void readPoly(DrawPart& part, eArchive& archive, i32 v) {
 }
 
 void copyPoly(DrawPart& target, const DrawPart& source) {
+  if (source.fields.poly.style != kSetPointer) {
+    target.fields = source.fields;
+    return;
+  }
   PolyStyle& style = makePolyStyle(target, source.fields.poly.pointCount);
   const PolyStyle& from = polyStyle(source);
   target.fields = source.fields;
@@ -253,6 +260,8 @@ void releasePoly(DrawPart& part) {
   if (part.fields.poly.style == kSetPointer) {
     polyStyle(part).~PolyStyle();
     part.fields.poly.style = kNullPointer;
+    part.fields.poly.points = kNullPointer;
+    part.fields.poly.pointCount = 0;
   }
 }
 

@@ -76,6 +76,10 @@ std::vector<Part> specialParts() {
   for (const int n : {0, 9999, 10000, 39999, 40001}) add(taggedObject({.tagId = n}));
   for (const int n : {0, 8, 30, 60, 61, -1}) add(taggedObject({.language = n}));
   add(empty(45), empty(200), empty(255));
+  // A zero character belongs to its text, which does not end there.
+  add(taggedObject({.tagText = u"a\0b"s, .altText = u"\0"s, .actualText = u"\0c"s}),
+      locSearchKey({.keyText = u"a\0b"s, .keySecondText = u"\0c"s}), bookmark({.title = u"\0d"s}));
+  for (const int n : {0, 2, 256}) add(startEnd({.hasHyperlinkFlag = n}));
   // Entries beyond 65535 are read and dropped.
   const std::vector<NameValueFields> entries(65537, {.name = u"n"});
   add(startEnd({.nameValues = entries, .pairs = {{7, 8}}}).at(157));
@@ -127,6 +131,20 @@ TEST(Layouts, PartsOfEveryTypeAndVersion) {
   }
   for (const std::string& message : messages.take()) text += message + "\n";
   expectFrozen("parts.txt", text);
+}
+
+TEST(Layouts, WhatARefusedCopyLeavesBehind) {
+  for (const Part& owner : allParts()) {
+    DrawPart target = readFresh(owner), copy = readFresh(rect());
+    copyPart(target, readFresh(bookmark()));
+    EXPECT_EQ(static_cast<int>(target.type), owner.type);
+    copyPart(copy, target);
+    shiftPart(copy, 1, 1);
+    if (std::ranges::count(std::array{4, 5, 6, 41, 44}, owner.type) > 0) {
+      EXPECT_EQ(partWords(target).setPointers, 0) << owner.type;
+      EXPECT_EQ(partWords(copy).setPointers, 0) << owner.type;
+    }
+  }
 }
 
 TEST(Layouts, ListsOfEveryVersion) {

@@ -138,7 +138,10 @@ inline Rows payloadRows(const DrawPart& part) {
   }
   if (part.type == PartType::kTaggedObjectStartEnd) {
     return {Shown::row("language", std::u16string_view(taggedTexts(part).language)),
-            Shown::payload(part, sizeof(TaggedTexts))};
+            Shown::row("texts", tagText(part), altText(part), actualText(part))};
+  }
+  if (part.type == PartType::kLocSearchKey) {
+    return {Shown::row("texts", keyText(part), keySecondText(part))};
   }
   return {Shown::payload(part)};
 }
