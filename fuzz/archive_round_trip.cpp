@@ -139,7 +139,7 @@ void checkInput(FuzzInput input) {
   eMemFile file(1 + input.take());
   eArchive out(file, eArchive::Mode::kStore, storeBuffer);
   Script(input).play(out);
-  const i32 end = out.GetPosition();
+  const i64 end = out.GetPosition();
   out.Close();
   require(!out.failed() && end == file.GetLength(), "everything is stored");
 

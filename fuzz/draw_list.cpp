@@ -32,7 +32,7 @@ void checkInput(FuzzInput input) {
   archive.setWideStrings((flags & 1) != 0);
   OneStatic found;
   readDrawList(found.object.firstList, archive);
-  const i32 second = archive.GetPosition();
+  const i64 second = archive.GetPosition();
   if (archive.failed()) return;
   DrawList used, fresh;
   archive.Seek(0);
@@ -42,7 +42,7 @@ void checkInput(FuzzInput input) {
   readDrawList(used, archive);
   Loader again(lists.file);
   again.setWideStrings((flags & 1) != 0);
-  again.Seek(second);
+  again.Seek(static_cast<i32>(second));
   readDrawList(fresh, again);
 
   require(used.count == fresh.count, "a used list has the parts of a new one");

@@ -39,7 +39,7 @@ void checkInput(FuzzInput input) {
 
   eMemFile stored(16);
   eArchive out(stored, eArchive::Mode::kStore, eArchive::kSectionBufferSize);
-  link.read(out);
+  link.store(out);
   out.Close();
   stored.Seek(0, SeekOrigin::kStart);
   Loader in(stored);

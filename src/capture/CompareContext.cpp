@@ -40,8 +40,9 @@ void CompareContext::FetchPage(i32 customerIndex, i32 position) {
   archive.setWideStrings(doubleByteText);
   archive.Seek(position);
   readBody(archive);
-  bodyLength_ = archive.failed() ? 0 : i64{archive.GetPosition()} - position;
+  bodyLength_ = archive.failed() ? 0 : archive.GetPosition() - position;
   if (archive.failed()) {
+    pageFailure_ = PageFailure{archive.failureOffset(), archive.newerRecord()};
     // Two files that are damaged alike must not be called identical, whatever was left of the page.
     archive.MarkDamaged();
   }
@@ -73,6 +74,7 @@ void CompareContext::forgetPage() {
 }
 
 void CompareContext::emptyPage() {
+  pageFailure_.reset();
   resetList(pageList);
   staticCount = 0;
   staticPlacementX.clear();
@@ -139,26 +141,29 @@ void CompareContext::ReadStaticTables(eArchive& archive, i32 fileVersion) {
   }
 }
 
-const DrawStatic* CompareContext::FindStatic(i32 objectType, i32 index) const {
-  const StaticTable* table = nullptr;
+const CompareContext::StaticTable* CompareContext::tableOf(i32 objectType) const {
   switch (objectType) {
     case 21:
-      table = &type21Statics_;
-      break;
+      return &type21Statics_;
     case 23:
-      table = &type23Statics_;
-      break;
+      return &type23Statics_;
     case 24:
-      table = &type24Statics_;
-      break;
+      return &type24Statics_;
     case 175:
-      table = &type175Statics_;
-      break;
+      return &type175Statics_;
     default:
       return nullptr;
   }
-  const bool isHeld = index >= 0 && static_cast<std::size_t>(index) < table->size();
-  return isHeld ? (*table)[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+i32 CompareContext::staticObjectCount(i32 objectType) const {
+  const StaticTable* table = tableOf(objectType);
+  return table == nullptr ? 0 : static_cast<i32>(table->size());
+}
+
+const DrawStatic* CompareContext::FindStatic(i32 objectType, i32 index) const {
+  const bool isHeld = index >= 0 && index < staticObjectCount(objectType);
+  return isHeld ? (*tableOf(objectType))[static_cast<std::size_t>(index)].get() : nullptr;
 }
 
 }  // namespace rvf

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -12,6 +13,12 @@
 #include "storage/FileObject.h"
 
 namespace rvf {
+
+/// Why a page could not be read completely.
+struct PageFailure {
+  i64 offset = 0;                    // in the file, of the place that was reached
+  std::optional<NewerRecord> newer;  // set: a record is too new; otherwise the page is damaged
+};
 
 /// The working object of one file: the page in memory, the static lists placed on it, and the
 /// tables of static objects that any page may refer to. Exactly one page is held at a time; what it
@@ -26,8 +33,16 @@ class CompareContext final : public StaticLookup {
   /// negative position is a page without a body. A page that is there already is not read again.
   ///
   /// A damaged body leaves what was read before the damage: possibly an empty page, never the page
-  /// before it. The failure is reported.
+  /// before it. The failure is reported, once. So it is with a record that is too new, but that is
+  /// not reported: see pageFailure.
   void FetchPage(i32 customerIndex, i32 position);
+
+  /// What is wrong with the page in memory; nothing with a sound one.
+  [[nodiscard]] const std::optional<PageFailure>& pageFailure() const { return pageFailure_; }
+  /// The record of that page that is too new; null in a page without one.
+  [[nodiscard]] const NewerRecord* newerRecord() const {
+    return pageFailure_ && pageFailure_->newer ? &*pageFailure_->newer : nullptr;
+  }
 
   /// The bytes of the body of the page in memory; none for a page without a body, a damaged one,
   /// and one whose bytes have left the file's window. Valid until the file is read again.
@@ -42,6 +57,8 @@ class CompareContext final : public StaticLookup {
   /// version 2 have three of them.
   void ReadStaticTables(eArchive& archive, i32 fileVersion);
 
+  /// Objects of a table; 0 for a type that has none.
+  [[nodiscard]] i32 staticObjectCount(i32 objectType) const;
   [[nodiscard]] const DrawStatic* FindStatic(i32 objectType, i32 index) const override;
 
   i32 pageExtentB = 0;  // kept, never compared
@@ -69,7 +86,9 @@ class CompareContext final : public StaticLookup {
   void readBody(eArchive& archive);
   void readPlacedLists(eArchive& archive);
   [[nodiscard]] DrawList& placedListAt(i32 index);
+  [[nodiscard]] const StaticTable* tableOf(i32 objectType) const;
 
+  std::optional<PageFailure> pageFailure_;
   i64 bodyLength_ = 0;  // bytes of the body that was read last, 0 for a damaged one
   std::vector<std::unique_ptr<DrawList>> placedLists_;  // those from staticCount on wait for use
   StaticTable type21Statics_;

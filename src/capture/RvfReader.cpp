@@ -16,6 +16,7 @@ constexpr i32 kLowestVersion = 1;
 constexpr i32 kHighestVersion = 3;
 constexpr i32 kFirstVersionThatTellsText = 3;
 constexpr i32 kDefaultResolution = 300;
+constexpr i32 kMagicOffset = 4;
 constexpr i32 kVersionOffset = 8;
 constexpr i32 kTrailerSize = 8;
 
@@ -26,6 +27,12 @@ StoredDate readDate(eArchive& archive) {
   return date;
 }
 
+LoadResult failureOf(const eArchive& archive) {
+  const bool isNewer = archive.newerRecord().has_value();
+  return {isNewer ? LoadState::kRecordTooNew : LoadState::kDamaged, archive.failureOffset(),
+          archive.newerRecord()};
+}
+
 }  // namespace
 
 void RvfReader::load(FileObject& file) {
@@ -33,11 +40,16 @@ void RvfReader::load(FileObject& file) {
   pageCount = 0;
   resolution = kDefaultResolution;
   customers.clear();
+  damage_ = DamageRecord();
   context_.file = &file;
-  valid_ = readFile(file);
+  loadResult_ = readFile(file);
 }
 
-bool RvfReader::readFile(FileObject& file) {
+LoadResult RvfReader::readFile(FileObject& file) {
+  const i64 length = file.readWindow(eArchive::kCaptureWindowSize).fileLength();
+  if (length > kLongestFile) {
+    return {LoadState::kTooLarge, length, {}};
+  }
   i32 indexPosition = 0;
   i32 magic = 0;
   {
@@ -45,37 +57,48 @@ bool RvfReader::readFile(FileObject& file) {
     indexPosition = archive.ReadI32();
     magic = archive.ReadI32();
     if (archive.failed()) {
-      return false;
+      return failureOf(archive);
     }
     if (magic == magic_number::kNarrow || magic == magic_number::kWide) {
       return readContents(archive, magic, indexPosition);
     }
   }
-  if (magic != magic_number::kTrailer || !readTrailer(file, indexPosition)) {
-    return false;
+  if (magic != magic_number::kTrailer) {
+    return {LoadState::kNotCapture, kMagicOffset, {}};
+  }
+  if (LoadResult trailer = readTrailer(file, indexPosition); trailer.state != LoadState::kLoaded) {
+    return trailer;
   }
   if (file.Seek(kVersionOffset, SeekOrigin::kStart) != kVersionOffset) {
-    return false;
+    return {LoadState::kDamaged, kVersionOffset, {}};
   }
   eArchive archive(file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
   return readContents(archive, magic_number::kNarrow, indexPosition);
 }
 
-bool RvfReader::readTrailer(FileObject& file, i32& indexPosition) const {
-  if (file.Seek(-kTrailerSize, SeekOrigin::kEnd) < 0) {
-    return false;
+LoadResult RvfReader::readTrailer(FileObject& file, i32& indexPosition) const {
+  const i32 start = file.Seek(-kTrailerSize, SeekOrigin::kEnd);
+  if (start < 0) {
+    return {LoadState::kDamaged, 0, {}};
   }
   eArchive archive(file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
   indexPosition = archive.ReadI32();
   const i32 magic = archive.ReadI32();
-  return !archive.failed() && magic == magic_number::kNarrow;
+  if (archive.failed()) {
+    return failureOf(archive);
+  }
+  const bool isTrailer = magic == magic_number::kNarrow;
+  return {isTrailer ? LoadState::kLoaded : LoadState::kBadTrailer, start, {}};
 }
 
 // The values of an archive that has failed mean nothing, so the first failure ends the load.
-bool RvfReader::readContents(eArchive& archive, i32 magic, i32 indexPosition) {
+LoadResult RvfReader::readContents(eArchive& archive, i32 magic, i32 indexPosition) {
   version = archive.ReadI32();
-  if (archive.failed() || version < kLowestVersion || version > kHighestVersion) {
-    return false;
+  if (archive.failed()) {
+    return failureOf(archive);
+  }
+  if (version < kLowestVersion || version > kHighestVersion) {
+    return {LoadState::kUnsupportedVersion, kVersionOffset, {}};
   }
   context_.doubleByteText =
       version < kFirstVersionThatTellsText ? dbcsMode_ : magic != magic_number::kNarrow;
@@ -83,15 +106,15 @@ bool RvfReader::readContents(eArchive& archive, i32 magic, i32 indexPosition) {
   resolution = archive.ReadI32();
   context_.ReadStaticTables(archive, version);
   if (archive.failed()) {
-    return false;
+    return failureOf(archive);
   }
   archive.Seek(indexPosition);
   readIndex(archive);
   if (archive.failed()) {
-    return false;
+    return failureOf(archive);
   }
   countPages();
-  return pageCount != 0;
+  return {pageCount == 0 ? LoadState::kNoPages : LoadState::kLoaded, archive.GetPosition(), {}};
 }
 
 void RvfReader::readIndex(eArchive& archive) {
@@ -128,7 +151,16 @@ void RvfReader::loadCurrentPage() {
   const i32 position = customer.pageCount <= 0
                            ? kNoPage
                            : customer.pages[static_cast<std::size_t>(currentPage)].filePosition;
+  const bool isHere = position == context_.cachedPagePosition;
   context_.FetchPage(currentCustomer, position);
+  const std::optional<PageFailure>& failure = context_.pageFailure();
+  if (isHere || !failure || failure->newer) {
+    return;
+  }
+  damage_.count += 1;
+  if (damage_.places.size() < DamageRecord::kMostPlaces) {
+    damage_.places.push_back({currentCustomer, currentPage, failure->offset});
+  }
 }
 
 }  // namespace rvf

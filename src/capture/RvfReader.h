@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "base/Integers.h"
@@ -18,6 +19,38 @@ struct StoredDate {
   i32 status = kNeverSet;
 };
 
+/// What became of loading a file.
+enum class LoadState : i32 {
+  kLoaded,
+  kNotCapture,          // no magic number of a page-capture file
+  kUnsupportedVersion,  // of the file as a whole
+  kBadTrailer,          // the trailer that should hold the place of the index is none
+  kNoPages,
+  kDamaged,       // header, static tables or index end too early or contradict themselves
+  kRecordTooNew,  // among the static tables
+  kTooLarge,      // more bytes than can be addressed
+};
+
+struct LoadResult {
+  LoadState state = LoadState::kNotCapture;
+  i64 offset = 0;                    // in the file, of the place that was reached
+  std::optional<NewerRecord> newer;  // with kRecordTooNew
+};
+
+/// A page that could not be read completely.
+struct DamagedPage {
+  i32 customer = 0;
+  i32 page = 0;
+  i64 offset = 0;
+};
+
+/// The damage met while pages were read, as far as a reader can be told of it.
+struct DamageRecord {
+  static constexpr std::size_t kMostPlaces = 10;
+  std::vector<DamagedPage> places;  // the first kMostPlaces
+  i64 count = 0;                    // of all
+};
+
 /// One page-capture file in memory: its header, the tables of static objects (in the context) and
 /// the whole index of customers and pages, but no page; these are fetched one at a time.
 class RvfReader {
@@ -28,12 +61,16 @@ class RvfReader {
   RvfReader& operator=(const RvfReader&) = delete;
 
   /// Reads the file, which is open and at its start and stays the caller's, over what was loaded
-  /// before. `valid` tells whether it was accepted; a refusal reports nothing of its own.
+  /// before. `valid` tells whether it was accepted and loadResult why not; a refusal reports nothing
+  /// of its own.
   void load(FileObject& file);
-  [[nodiscard]] bool valid() const { return valid_; }
+  [[nodiscard]] bool valid() const { return loadResult_.state == LoadState::kLoaded; }
+  [[nodiscard]] const LoadResult& loadResult() const { return loadResult_; }
 
-  /// Brings the page that currentCustomer and currentPage name into the context.
+  /// Brings the page that currentCustomer and currentPage name into the context, whose pageFailure
+  /// tells what is wrong with it. Damage is noted in damage().
   void loadCurrentPage();
+  [[nodiscard]] const DamageRecord& damage() const { return damage_; }
 
   [[nodiscard]] CompareContext& context() { return context_; }
 
@@ -51,15 +88,16 @@ class RvfReader {
   u32 compareResult = 0;  // written by the walk
 
  private:
-  [[nodiscard]] bool readFile(FileObject& file);
-  [[nodiscard]] bool readTrailer(FileObject& file, i32& indexPosition) const;
-  [[nodiscard]] bool readContents(eArchive& archive, i32 magic, i32 indexPosition);
+  [[nodiscard]] LoadResult readFile(FileObject& file);
+  [[nodiscard]] LoadResult readTrailer(FileObject& file, i32& indexPosition) const;
+  [[nodiscard]] LoadResult readContents(eArchive& archive, i32 magic, i32 indexPosition);
   void readIndex(eArchive& archive);
   void countPages();
 
   CompareContext& context_;
   bool dbcsMode_;
-  bool valid_ = false;
+  LoadResult loadResult_;
+  DamageRecord damage_;
 };
 
 }  // namespace rvf

@@ -31,6 +31,10 @@ class CustomerWalk {
     for (i32 c = 0; c < first_.customerCount && isComplete; ++c) {
       isComplete = compareCustomers(c);
     }
+    if (metNewerRecord_) {
+      differences_.abandon();
+      return fileBits_;
+    }
     if (isComplete) {
       differences_.writeTrailer(fileBits_, differingPages_, pageCountDelta_);
     } else {
@@ -49,7 +53,7 @@ class CustomerWalk {
     reader.firstPagePosition = kNoPage;
   }
 
-  // False: the two are not the same customer.
+  // False: the walk ends here.
   bool compareCustomers(i32 c) {
     CustomerRecord& a = first_.customers[static_cast<std::size_t>(c)];
     CustomerRecord& b = second_.customers[static_cast<std::size_t>(c)];
@@ -67,6 +71,9 @@ class CustomerWalk {
     differences_.writeCustomerHead(c, a.id, a.pageCount, b.pageCount);
     for (i32 p = 0; p < common; ++p) {
       customerBits |= comparePages(c, p);
+      if (metNewerRecord_) {
+        return false;
+      }
       tellProgress(c);
     }
     markUnpairedPages(a, b, static_cast<std::size_t>(std::max(common, 0)));
@@ -93,11 +100,19 @@ class CustomerWalk {
       reader->currentPage = p;
     }
     first_.loadCurrentPage();
+    if (first_.context().newerRecord() != nullptr) {
+      metNewerRecord_ = true;
+      return 0;
+    }
     DiffFlags pageBits = 0;
     if (output_.usesShortCut && equalByBytes(first_.context(), second_.context(), b.filePosition)) {
       second_.context().forgetPage();
     } else {
       second_.loadCurrentPage();
+      if (second_.context().newerRecord() != nullptr) {
+        metNewerRecord_ = true;
+        return 0;
+      }
       pageBits = compareLoadedPages();
     }
     a.diffBits = pageBits;
@@ -169,6 +184,7 @@ class CustomerWalk {
   i32 differingPages_ = 0;
   i32 pageCountDelta_ = 0;
   i64 pagesCompared_ = 0;
+  bool metNewerRecord_ = false;
 };
 
 }  // namespace

@@ -24,6 +24,8 @@ class DifferenceFileWriter {
   void writeCustomerEnd(DiffFlags customerBits) { archive_.WriteU32(customerBits); }
   void writeTrailer(DiffFlags fileBits, i32 differingPages, i32 pageCountDelta);
   void flush() { archive_.Flush(); }
+  /// Drops what has not reached the file yet. Nothing more can be written.
+  void abandon() { archive_.Abandon(); }
 
  private:
   eArchive archive_;

@@ -3,8 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "messages/MessageReporter.h"
-
 namespace rvf {
 
 namespace {
@@ -28,11 +26,6 @@ ProcessEndHandler setProcessEndHandler(ProcessEndHandler handler) {
 void endProcess() {
   currentHandler();
   leaveAtOnce();  // a handler that returned has not ended anything
-}
-
-void endOnNewerRecord(const char16_t* label, i32 version, i32 highest) {
-  Report(MessageNumber::kRecordTooNew, label, version, highest);
-  endProcess();
 }
 
 }  // namespace rvf

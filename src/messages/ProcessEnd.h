@@ -1,7 +1,5 @@
 #pragma once
 
-#include "base/Integers.h"
-
 namespace rvf {
 
 /// What ends the process. It must not return: the default flushes the C library's streams and
@@ -14,9 +12,5 @@ ProcessEndHandler setProcessEndHandler(ProcessEndHandler handler);
 /// Ends the process at once with exit value -1, as every failure beyond repair does: nothing is
 /// closed and no buffer is written out.
 [[noreturn]] void endProcess();
-
-/// A record is newer than this program: its fields cannot be told from those behind it, so reading
-/// on would compare garbage. Reports kRecordTooNew and ends the process.
-[[noreturn]] void endOnNewerRecord(const char16_t* label, i32 version, i32 highest);
 
 }  // namespace rvf

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "messages/ProcessEnd.h"
 #include "pagemodel/ImageParts.h"
 #include "pagemodel/PartOperations.h"
 #include "pagemodel/PartVersions.h"
@@ -97,7 +96,8 @@ void readDrawPart(DrawPart& part, eArchive& archive) {
     return;
   }
   if (tagMagnitude(v) > kHighest) {
-    endOnNewerRecord(u"DRAWPART", v, kHighest);
+    archive.MarkTooNew({u"DRAWPART", v, kHighest});
+    return;
   }
   frame.fileTag = v;
   part.type = static_cast<PartType>(v < kByteType ? readLow8(archive) : archive.ReadU8());
@@ -128,7 +128,8 @@ void readDrawList(DrawList& list, eArchive& archive) {
     return;
   }
   if (tagMagnitude(v) > kHighest) {
-    endOnNewerRecord(u"DRAWLIST", v, kHighest);
+    archive.MarkTooNew({u"DRAWLIST", v, kHighest});
+    return;
   }
   frame.fileTag = v;
   list.originX = archive.ReadI32();

@@ -9,9 +9,8 @@ namespace rvf {
 constexpr i32 kSmallestDrawList = 16;
 
 /// Reads a list over what it held. Parts that were read completely before a failure stay, and
-/// `count` is their number; everything that is wrong is left in the archive's `failed`, but for a
-/// version above the limit, which ends the process. A storing archive gets the end mark alone:
-/// parts are never stored.
+/// `count` is their number; everything that is wrong, a version above the limit too, is left in the
+/// archive's `failed`. A storing archive gets the end mark alone: parts are never stored.
 void readDrawList(DrawList& list, eArchive& archive);
 
 /// Reads one part into a slot, whose payload is used again. Fields that the record does not hold

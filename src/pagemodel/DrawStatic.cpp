@@ -1,6 +1,5 @@
 #include "pagemodel/DrawStatic.h"
 
-#include "messages/ProcessEnd.h"
 #include "pagemodel/DrawListReader.h"
 #include "pagemodel/PartVersions.h"
 #include "storage/RecordFrame.h"
@@ -31,7 +30,8 @@ void readDrawStatic(DrawStatic& object, eArchive& archive) {
     return;
   }
   if (tagMagnitude(v) > kHighest) {
-    endOnNewerRecord(u"DRAWSTATIC", v, kHighest);
+    archive.MarkTooNew({u"DRAWSTATIC", v, kHighest});
+    return;
   }
   frame.fileTag = v;
   object.hasSecond = archive.ReadI32();

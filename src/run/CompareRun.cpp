@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <utility>
 
 #include "capture/CompareContext.h"
 #include "capture/RvfReader.h"
 #include "compare/CustomerWalk.h"
 #include "messages/MessageReporter.h"
+#include "messages/ProcessEnd.h"
 #include "run/ExitStatus.h"
 #include "run/OperatorNotes.h"
 #include "run/OutputGuard.h"
@@ -25,11 +27,20 @@ void tellUnusable(const eString& path, const eString& reason) {
   Report(MessageNumber::kFileUnusable, path, reason);
 }
 
+/// What stands behind such a record cannot be told, so reading on would compare garbage.
+[[noreturn]] void endOnNewerRecord(const NewerRecord& record) {
+  Report(MessageNumber::kRecordTooNew, record.label, record.version, record.highest);
+  endProcess();
+}
+
 /// Opens a file of the comparison. Null, and a report, when that fails.
 std::unique_ptr<eDiskFile> openFile(const eString& path, i32 flags) {
   auto file = std::make_unique<eDiskFile>();
   if (file->Open(path, flags | open_flags::kUnbuffered, false)) {
     return file;
+  }
+  if (file->refusedLength() != 0) {
+    tellTooLarge(path, file->refusedLength());
   }
   tellUnusable(path, file->openFailure());
   return nullptr;
@@ -138,6 +149,9 @@ void CompareRun::closeReport(i32 status) {
 
 bool CompareRun::loadCapture(RvfReader& reader, eDiskFile& file) const {
   reader.load(file);
+  if (const std::optional<NewerRecord>& newer = reader.loadResult().newer) {
+    endOnNewerRecord(*newer);
+  }
   if (!reader.valid()) {
     Report(MessageNumber::kFileUnusable, file.name(), u"Invalid RVF");
   }
@@ -155,7 +169,13 @@ i32 CompareRun::compareFiles() {
   const auto progress = makeProgress(std::min(first.pageCount, second.pageCount));
   const WalkOutput output{*differenceFile_, options_.firstFile, options_.secondFile,
                           progress.get()};
-  return static_cast<i32>(walkCustomers(first, second, true, options_.tolerances, output));
+  const DiffFlags bits = walkCustomers(first, second, true, options_.tolerances, output);
+  for (const CompareContext* context : {&firstContext, &secondContext}) {
+    if (context->newerRecord() != nullptr) {
+      endOnNewerRecord(*context->newerRecord());
+    }
+  }
+  return static_cast<i32>(bits);
 }
 
 }  // namespace rvf

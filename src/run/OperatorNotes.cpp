@@ -4,6 +4,7 @@
 #include <string>
 
 #include "run/OptionTable.h"
+#include "storage/FileObject.h"
 #include "text/NativeText.h"
 
 namespace rvf {
@@ -61,6 +62,12 @@ void tellFailedOptions(const RunOptions& options) {
 
 void tellMessageFileProblem(const eString& path, const eString& reason) {
   tellFileProblem("message file", path, reason);
+}
+
+void tellTooLarge(const eString& path, i64 length) {
+  std::fprintf(stderr, "rvfcompare: %s: too large: it has %lld bytes, the limit is %lld\n",
+               toNative(path.text()).c_str(), static_cast<long long>(length),
+               static_cast<long long>(kLongestFile));
 }
 
 void reportFatalError(const char* reason) { std::fprintf(stderr, "rvfcompare: %s\n", reason); }

@@ -14,6 +14,9 @@ void tellFailedOptions(const RunOptions& options);
 /// Why the message file could not be opened, or must not be.
 void tellMessageFileProblem(const eString& path, const eString& reason);
 
+/// A capture file of `length` bytes has offsets that its format cannot hold.
+void tellTooLarge(const eString& path, i64 length);
+
 /// A failure that no message stands for.
 void reportFatalError(const char* reason);
 

@@ -78,13 +78,15 @@ void eArchive::lookIntoWindow(std::byte* cursor) {
 bool eArchive::readOn(i64 tail) {
   takePlace();
   bool hasError = false;
-  if (!isExhausted_ && window_->readOn(tail, hasError) > 0) {
+  const bool isMore = !isExhausted_ && window_->readOn(tail, hasError) > 0;
+  if (hasError) {
+    failAt(window_->endOffset());
+  }
+  if (isMore) {
     lookIntoWindow(window_->start());
-    failed_ = failed_ || hasError;
     isExhausted_ = hasError;
     return true;
   }
-  failed_ = failed_ || hasError;
   isExhausted_ = true;
   cursor_ = window_->start();
   bufferEnd_ = window_->start();
@@ -94,10 +96,26 @@ bool eArchive::readOn(i64 tail) {
 void eArchive::Fill(i32 needed) {
   const i64 tail = unread();
   if (!readOn(tail)) {
-    failed_ = true;
+    failAt(window_->endOffset() - tail);
   } else if (unread() < needed) {
     MarkDamaged();
   }
+}
+
+// What was read up to the first failure counts, so that is the place to tell of.
+void eArchive::failAt(i64 offset) {
+  if (!failed_) {
+    failed_ = true;
+    failureOffset_ = offset;
+  }
+}
+
+i64 eArchive::currentOffset() {
+  if (!isLoading()) {
+    return storeCount_ + (cursor_ - bufferStart());
+  }
+  takePlace();
+  return window_->endOffset() - unread();
 }
 
 i32 eArchive::ReadRaw(void* destination, i32 count) {
@@ -120,10 +138,11 @@ i32 eArchive::ReadRaw(void* destination, i32 count) {
 }
 
 bool eArchive::ReadWhole(void* destination, i32 count) {
-  if (ReadRaw(destination, count) == std::max(count, 0)) {
+  const i32 got = ReadRaw(destination, count);
+  if (got == std::max(count, 0)) {
     return true;
   }
-  failed_ = true;
+  failAt(window_->endOffset() - got);
   return false;
 }
 
@@ -159,7 +178,9 @@ void eArchive::writePhysical(i32 count) {
   file_->contentChanged();
   if (stream_ == nullptr) {
     file_->Write(bufferStart(), count);
-    failed_ = failed_ || file_->errorState();
+    if (file_->errorState()) {
+      failAt(storeCount_);
+    }
     storeCount_ += count;
     return;
   }
@@ -169,7 +190,7 @@ void eArchive::writePhysical(i32 count) {
   const bool flushed = !flushEachWrite_ || std::fflush(stream_) == 0;
   if (written < asSize(count) || !flushed) {
     Report(MessageNumber::kArchiveWriteFailed, name_, systemErrorText(errno), count);
-    failed_ = true;
+    failAt(storeCount_);
   }
 }
 
@@ -190,6 +211,12 @@ void eArchive::Close() {
   file_ = nullptr;
 }
 
+void eArchive::Abandon() {
+  cursor_ = bufferStart();
+  stream_ = nullptr;
+  file_ = nullptr;
+}
+
 i32 eArchive::Seek(i32 offset) {
   if (file_ == nullptr) {
     return -1;
@@ -198,7 +225,9 @@ i32 eArchive::Seek(i32 offset) {
     Flush();
     storeCount_ = offset;
     const i32 reached = file_->Seek(offset, SeekOrigin::kStart);
-    failed_ = failed_ || reached != offset;
+    if (reached != offset) {
+      failAt(offset);
+    }
     return reached;
   }
   hasPlace_ = true;
@@ -208,22 +237,24 @@ i32 eArchive::Seek(i32 offset) {
     return offset;
   }
   const bool isMoved = window_->moveTo(offset);
-  failed_ = failed_ || !isMoved;
+  if (!isMoved) {
+    failAt(offset);
+    isExhausted_ = true;  // a read would only be refused again
+  }
   lookIntoWindow(window_->end());
   return isMoved ? offset : -1;
 }
 
-i32 eArchive::GetPosition() {
+i64 eArchive::GetPosition() {
   if (isLoading()) {
-    takePlace();
-    return static_cast<i32>(window_->endOffset() - unread());
+    return currentOffset();
   }
   if (stream_ != nullptr) {
     Flush();
-    return static_cast<i32>(storeCount_);
+    return storeCount_;
   }
   const i64 base = file_ == nullptr ? storeCount_ : file_->Tell();
-  return static_cast<i32>(base + (cursor_ - bufferStart()));
+  return base + (cursor_ - bufferStart());
 }
 
 i32 eArchive::CheckedCount(i64 count, i32 smallestItem) {
@@ -238,10 +269,18 @@ i32 eArchive::CheckedCount(i64 count, i32 smallestItem) {
 }
 
 void eArchive::MarkDamaged() {
-  failed_ = true;
+  MarkFailed();
   if (!damageReported_) {
     damageReported_ = Report(MessageNumber::kArchiveDamaged, u"Exception in eArchive class.") != 0;
   }
+}
+
+void eArchive::MarkTooNew(const NewerRecord& record) {
+  if (!failed_) {
+    newerRecord_ = record;
+    damageReported_ = true;
+  }
+  MarkFailed();
 }
 
 // -1 stands for the wide marker; a count of the file is 0 or more, or the failed reading of one.

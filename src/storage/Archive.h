@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "base/Integers.h"
@@ -12,6 +13,13 @@
 #include "text/eString.h"
 
 namespace rvf {
+
+/// A record whose version is above the highest that this program knows.
+struct NewerRecord {
+  const char16_t* label = nullptr;  // what kind of record; a literal
+  i32 version = 0;
+  i32 highest = 0;
+};
 
 /// The buffered, typed stream through which every binary file goes: fixed-width little-endian
 /// integers, raw bytes, strings, versioned records (RecordFrame.h). One archive lives as long as
@@ -42,6 +50,10 @@ class eArchive {
 
   [[nodiscard]] bool isLoading() const { return mode_ == Mode::kLoad; }
   [[nodiscard]] bool failed() const { return failed_; }
+  /// The offset in the file at which it failed first; -1 until then.
+  [[nodiscard]] i64 failureOffset() const { return failureOffset_; }
+  /// Set when it failed because of a record that is too new, and for no other reason.
+  [[nodiscard]] const std::optional<NewerRecord>& newerRecord() const { return newerRecord_; }
   [[nodiscard]] const eString& name() const { return name_; }
 
   /// Whether text has two bytes a character. On after construction.
@@ -80,11 +92,13 @@ class eArchive {
 
   /// To an absolute offset. Returns it, or -1 when the file refuses (reported). Keeps `failed`.
   i32 Seek(i32 offset);
-  [[nodiscard]] i32 GetPosition();
+  [[nodiscard]] i64 GetPosition();
   /// Writes the buffer out. Reports kArchiveWriteFailed and sets `failed` when bytes are lost.
   virtual void Flush();
   /// Flushes and lets go of the file, which stays open.
   void Close();
+  /// Drops what is in the buffer and lets go of the file: for an output that is given up.
+  void Abandon();
 
   /// Bytes between the position and the end of the file, as long as at the start of the archive.
   [[nodiscard]] i64 BytesLeft() {
@@ -98,7 +112,11 @@ class eArchive {
   /// archive.
   void MarkDamaged();
   /// Sets `failed` and nothing else.
-  void MarkFailed() { failed_ = true; }
+  void MarkFailed() { failAt(currentOffset()); }
+  /// The record that was begun is newer than this program: its fields cannot be told from those
+  /// behind it. Sets `failed` and newerRecord and reports nothing, then or later; what becomes of
+  /// such a file is for its user to decide.
+  void MarkTooNew(const NewerRecord& record);
 
  protected:
   /// An archive without a file, for the measuring pass.
@@ -134,6 +152,8 @@ class eArchive {
   }
 
   void Fill(i32 needed);
+  void failAt(i64 offset);
+  [[nodiscard]] i64 currentOffset();
   void makeBuffer(i32 size);
   void takePlace();
   void lookIntoWindow(std::byte* cursor);
@@ -157,7 +177,9 @@ class eArchive {
   std::byte* bufferEnd_ =
       nullptr;  // loading: behind the last valid byte; storing: behind the buffer
   bool failed_ = false;
-  bool damageReported_ = false;
+  i64 failureOffset_ = -1;
+  std::optional<NewerRecord> newerRecord_;
+  bool damageReported_ = false;  // or never to be
   bool hasPlace_ = false;     // loading: the window is where this archive stands
   bool isExhausted_ = false;  // the file has ended or refused a read: no further one is tried
   std::vector<u8> scratch_;

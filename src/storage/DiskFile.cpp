@@ -122,6 +122,7 @@ bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
   contentChanged();
   name_ = path;
   openFailure_ = eString();
+  refusedLength_ = 0;
   const std::string nativePath = toNative(path.text());
   const std::string mode = modeString(flags, isText);
   struct stat status {};
@@ -134,6 +135,9 @@ bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
   } else if (exists && mode.starts_with('r') && !S_ISREG(status.st_mode)) {
     errno = EINVAL;
     openFailure_ = u"Not a regular file";
+  } else if (exists && mode.starts_with('r') && status.st_size > kLongestFile) {
+    errno = EFBIG;
+    refusedLength_ = status.st_size;
   } else {
     const bool isFifo = exists && S_ISFIFO(status.st_mode);
     stream_ = isFifo ? openFifoForWriting(nativePath, mode) : openStream(nativePath, mode);

@@ -21,7 +21,7 @@ class eDiskFile final : public FileObject {
   void SetLength(i32) override {}
   /// What would make the run wait or read without end is refused before anything is opened: for
   /// reading all but regular files (a directory with EISDIR, others with EINVAL), for writing a
-  /// FIFO that nobody reads.
+  /// FIFO that nobody reads. So is reading a file whose end has no offset (EFBIG).
   [[nodiscard]] bool Open(const eString& path, i32 flags, bool isText) override;
   /// Returns 1 when all bytes were written, else 0: items, not bytes. Reports kFileWriteFailed.
   i32 Write(const void* source, i32 count) override;
@@ -36,12 +36,15 @@ class eDiskFile final : public FileObject {
 
   /// Why the last Open failed, for people. Empty when it did not.
   [[nodiscard]] const eString& openFailure() const { return openFailure_; }
+  /// Bytes of the file that the last Open refused as too large; 0 when it did not.
+  [[nodiscard]] i64 refusedLength() const { return refusedLength_; }
 
  private:
   void closeStream();
 
   std::FILE* stream_ = nullptr;
   eString openFailure_;
+  i64 refusedLength_ = 0;
 };
 
 }  // namespace rvf

@@ -9,6 +9,9 @@
 
 namespace rvf {
 
+/// Bytes of the longest file that can be addressed: offsets on disk are signed 32-bit values.
+constexpr i64 kLongestFile = 2147483647;
+
 /// Where an offset of Seek counts from.
 enum class SeekOrigin : i32 { kStart = 0, kCurrent = 1, kEnd = 2 };
 
@@ -25,8 +28,7 @@ constexpr i32 kAppend = 0x2000;  // with kCreate: keeps the content and writes b
 constexpr i32 kUnbuffered = 0x10000;
 }  // namespace open_flags
 
-/// One interface over a file on disk and a block of memory. Offsets are signed 32-bit values, so a
-/// file beyond 2147483647 bytes cannot be addressed. Failures are reported by number, as each
+/// One interface over a file on disk and a block of memory. Failures are reported by number, as each
 /// operation says, and set errorState.
 class FileObject {
  public:

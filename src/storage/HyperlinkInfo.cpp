@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "messages/ProcessEnd.h"
 #include "storage/RecordFrame.h"
 
 namespace rvf {
@@ -70,14 +69,6 @@ void HyperlinkInfo::loadFixedFields(eArchive& archive) {
 }
 
 void HyperlinkInfo::read(eArchive& archive) {
-  if (archive.isLoading()) {
-    load(archive);
-  } else {
-    store(archive);
-  }
-}
-
-void HyperlinkInfo::load(eArchive& archive) {
   eRecordFrame frame(link_tag::kBase);
   frame.BeginRecord();
   frame.fileTag = archive.ReadI32();
@@ -85,7 +76,8 @@ void HyperlinkInfo::load(eArchive& archive) {
     return;
   }
   if (tagMagnitude(frame.fileTag) > link_tag::kHighest) {
-    endOnNewerRecord(u"HYPERLINKINFO", frame.fileTag, link_tag::kHighest);
+    archive.MarkTooNew({u"HYPERLINKINFO", frame.fileTag, link_tag::kHighest});
+    return;
   }
   loadFixedFields(archive);
   const i32 characterSize = archive.wideStrings() ? 2 : 1;

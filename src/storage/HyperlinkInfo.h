@@ -16,12 +16,16 @@ class HyperlinkInfo {
   HyperlinkInfo(const HyperlinkInfo& other);
   HyperlinkInfo& operator=(const HyperlinkInfo& other);
 
-  /// Reads the tagged form, or writes it: the archive's mode decides. A tag above the limit ends
-  /// the process; everything else that is wrong is left in the archive's `failed`.
+  /// Reads the tagged form. Whatever is wrong, a tag above the limit too, is left in the archive's
+  /// `failed`.
   void read(eArchive& archive);
+  /// Writes the tagged form.
+  void store(eArchive& archive) const;
   /// Reads the form without tag of draw parts below version 138, whose `version` decides how many
   /// bytes the text has. Does nothing on a storing archive.
   void readOldForm(eArchive& archive, i32 version);
+  /// Makes room for textLength characters, or for `minimumLength` if that is more.
+  void reserveText(i32 minimumLength);
 
   i32 linkValue1 = 0;
   i32 linkValue2 = 0;
@@ -35,10 +39,6 @@ class HyperlinkInfo {
   i32 reservedB = 0;
 
  private:
-  /// Makes room for textLength characters, or for `minimumLength` if that is more.
-  void reserveText(i32 minimumLength);
-  void load(eArchive& archive);
-  void store(eArchive& archive) const;
   void loadFixedFields(eArchive& archive);
 };
 

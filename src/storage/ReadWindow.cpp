@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <new>
 
 #include "messages/MessageReporter.h"
@@ -26,15 +25,18 @@ ReadWindow::ReadWindow(FileObject& file, i32 size)
 
 i64 ReadWindow::fileLength() {
   if (fileLength_ == kUnknown) {
-    // Offsets have 32 bits, so what lies behind the last of them is out of reach.
-    fileLength_ = std::min<i64>(file_.GetLength(), std::numeric_limits<i32>::max());
+    fileLength_ = file_.GetLength();
   }
   return fileLength_;
 }
 
 i64 ReadWindow::streamOffset() {
   if (streamOffset_ == kUnknown) {
-    streamOffset_ = file_.Tell();
+    // The file object reports a stream that does not answer. Here the seek that follows does.
+    const bool isStream = file_.stream() != nullptr;
+    if (!isStream || file_.GetPos(streamOffset_) != 0) {
+      streamOffset_ = isStream ? kUnknown : file_.Tell();
+    }
   }
   return streamOffset_;
 }
@@ -49,22 +51,32 @@ std::byte* ReadWindow::find(i64 offset) {
   return isHeld ? start() + (offset - startOffset_) : nullptr;
 }
 
-bool ReadWindow::moveTo(i32 offset) {
+bool ReadWindow::moveTo(i64 offset, Failure telling) {
   hasJumped_ = offset != endOffset();
   startOffset_ = offset;
   held_ = 0;
-  return moveFileToEnd();
+  return moveFileToEnd(telling);
 }
 
-bool ReadWindow::moveFileToEnd() {
-  if (streamOffset() == endOffset()) {
+bool ReadWindow::moveFileToEnd(Failure telling) {
+  if (endOffset() >= 0 && streamOffset() == endOffset()) {
     return true;
   }
-  // An offset below 0, which the file refuses with -1, never counts as reached.
-  const auto target = static_cast<i32>(endOffset());
-  const bool isMoved = file_.Seek(target, SeekOrigin::kStart) == target && target >= 0;
+  const bool isMoved = endOffset() >= 0 && moveFile(endOffset());
   streamOffset_ = isMoved ? endOffset() : kUnknown;
+  if (!isMoved && telling == Failure::kTold) {
+    Report(MessageNumber::kFileSeekFailed, file_.name());
+  }
   return isMoved;
+}
+
+// Past the Seek of the file object, which reports.
+bool ReadWindow::moveFile(i64 offset) {
+  if (file_.stream() != nullptr) {
+    return file_.SetPos(offset) == 0;
+  }
+  const auto target = static_cast<i32>(offset);
+  return file_.Seek(target, SeekOrigin::kStart) == target;
 }
 
 i32 ReadWindow::readOn(i64 tail, bool& failed) { return readOn(tail, failed, Failure::kTold); }
@@ -73,7 +85,7 @@ i32 ReadWindow::readOn(i64 tail, bool& failed, Failure telling) {
   std::memmove(start(), end() - tail, static_cast<std::size_t>(tail));
   startOffset_ = endOffset() - tail;
   held_ = tail;
-  if (!moveFileToEnd()) {
+  if (!moveFileToEnd(telling)) {
     failed = true;
     return 0;
   }
@@ -87,7 +99,8 @@ i32 ReadWindow::readOn(i64 tail, bool& failed, Failure telling) {
 // Pages that lie scattered over a file are not read many times over.
 i32 ReadWindow::nextReadSize() const {
   constexpr i32 kReadAfterJump = 65536;
-  const i64 room = std::min<i64>(size_, size_ + kTailRoom - held_);
+  const i64 room =
+      std::min({i64{size_}, size_ + kTailRoom - held_, std::max<i64>(kLongestFile - endOffset(), 0)});
   return static_cast<i32>(hasJumped_ ? std::min<i64>(room, kReadAfterJump) : room);
 }
 
@@ -108,12 +121,12 @@ i32 ReadWindow::readPhysical(i32 count, bool& failed, Failure telling) {
   return static_cast<i32>(got);
 }
 
-const std::byte* ReadWindow::hold(i32 offset, i64 length) {
-  if (length > size_ || offset + length > fileLength()) {
+const std::byte* ReadWindow::hold(i64 offset, i64 length) {
+  if (length > size_ || (fileLength_ != kUnknown && offset + length > fileLength_)) {
     return nullptr;
   }
   const std::byte* found = find(offset);
-  if (found == nullptr && !moveTo(offset)) {
+  if (found == nullptr && !moveTo(offset, Failure::kUntold)) {
     return nullptr;
   }
   bool failed = false;

@@ -32,17 +32,18 @@ class ReadWindow {
   void moveToFilePosition();
   /// The byte at `offset`, if it is in memory; its end counts too. Null otherwise.
   [[nodiscard]] std::byte* find(i64 offset);
-  /// Empties the window at `offset` and moves the file there. False if the file refuses.
-  [[nodiscard]] bool moveTo(i32 offset);
+  /// Empties the window at `offset` and moves the file there. False if the file refuses, which is
+  /// reported.
+  [[nodiscard]] bool moveTo(i64 offset) { return moveTo(offset, Failure::kTold); }
   /// Keeps the last `tail` bytes and reads on behind them, into all the room there is. Returns the
-  /// bytes that came: 0 at the end of the file. `failed` tells of an error of the system below,
+  /// bytes that came: 0 at the end of the file, or of what can be addressed. `failed` tells of an error of the system below,
   /// which is reported.
   [[nodiscard]] i32 readOn(i64 tail, bool& failed);
 
   /// Makes `length` bytes from `offset` on stand in memory together, as far as the file and the
   /// window have room, and keeps what stands there already. Null if they cannot all be had, which
   /// nobody is told: a reader that goes on from `offset` meets the failure itself.
-  [[nodiscard]] const std::byte* hold(i32 offset, i64 length);
+  [[nodiscard]] const std::byte* hold(i64 offset, i64 length);
 
   /// The content of the file has changed: nothing that was read holds any more.
   void forget();
@@ -60,9 +61,11 @@ class ReadWindow {
   };
   enum class Failure { kTold, kUntold };
 
+  [[nodiscard]] bool moveTo(i64 offset, Failure telling);
   [[nodiscard]] i32 readOn(i64 tail, bool& failed, Failure telling);
   [[nodiscard]] i32 readPhysical(i32 count, bool& failed, Failure telling);
-  [[nodiscard]] bool moveFileToEnd();
+  [[nodiscard]] bool moveFileToEnd(Failure telling);
+  [[nodiscard]] bool moveFile(i64 offset);
   [[nodiscard]] i32 nextReadSize() const;
   [[nodiscard]] i64 streamOffset();
 

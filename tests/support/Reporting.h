@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "messages/MessageReporter.h"
-#include "messages/ProcessEnd.h"
 #include "text/NativeText.h"
 
 namespace rvf::test {
@@ -35,19 +34,6 @@ class HeldMessages {
 
  private:
   std::size_t seen_ = messageReporter.pending().size();
-};
-
-/// While this lives, what ends the process throws `ProcessEnded` instead.
-struct ProcessEnded {};
-class CatchProcessEnd {
- public:
-  CatchProcessEnd() = default;
-  ~CatchProcessEnd() { setProcessEndHandler(before_); }
-  CatchProcessEnd(const CatchProcessEnd&) = delete;
-  CatchProcessEnd& operator=(const CatchProcessEnd&) = delete;
-
- private:
-  ProcessEndHandler before_ = setProcessEndHandler([] { throw ProcessEnded(); });
 };
 
 }  // namespace rvf::test
