@@ -61,8 +61,8 @@ class RvfReader {
   RvfReader& operator=(const RvfReader&) = delete;
 
   /// Reads the file, which is open and at its start and stays the caller's, over what was loaded
-  /// before. `valid` tells whether it was accepted and loadResult why not; a refusal reports nothing
-  /// of its own.
+  /// before. `valid` tells whether it was accepted and loadResult why not; a refusal reports
+  /// nothing of its own.
   void load(FileObject& file);
   [[nodiscard]] bool valid() const { return loadResult_.state == LoadState::kLoaded; }
   [[nodiscard]] const LoadResult& loadResult() const { return loadResult_; }

@@ -34,9 +34,9 @@ struct WalkOutput {
 ///
 /// Different resolutions and, with `stopOnCountMismatch`, different customer counts end the walk
 /// before anything is written; without it the smaller count is compared. Customers with different
-/// ids at one index end it there, for everything behind them would be paired wrongly. So does a page
-/// with a record that is too new: the page is left in its context, whose newerRecord tells, and the
-/// difference file as it is, without what was still to be written.
+/// ids at one index end it there, for everything behind them would be paired wrongly. So does a
+/// page with a record that is too new: the page is left in its context, whose newerRecord tells,
+/// and the difference file as it is, without what was still to be written.
 [[nodiscard]] DiffFlags walkCustomers(RvfReader& first, RvfReader& second, bool stopOnCountMismatch,
                                       const Tolerances& tolerances, const WalkOutput& output);
 

@@ -180,8 +180,8 @@ class eArchive {
   i64 failureOffset_ = -1;
   std::optional<NewerRecord> newerRecord_;
   bool damageReported_ = false;  // or never to be
-  bool hasPlace_ = false;     // loading: the window is where this archive stands
-  bool isExhausted_ = false;  // the file has ended or refused a read: no further one is tried
+  bool hasPlace_ = false;        // loading: the window is where this archive stands
+  bool isExhausted_ = false;     // the file has ended or refused a read: no further one is tried
   std::vector<u8> scratch_;
 };
 

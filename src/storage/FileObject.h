@@ -28,8 +28,8 @@ constexpr i32 kAppend = 0x2000;  // with kCreate: keeps the content and writes b
 constexpr i32 kUnbuffered = 0x10000;
 }  // namespace open_flags
 
-/// One interface over a file on disk and a block of memory. Failures are reported by number, as each
-/// operation says, and set errorState.
+/// One interface over a file on disk and a block of memory. Failures are reported by number, as
+/// each operation says, and set errorState.
 class FileObject {
  public:
   FileObject() = default;

@@ -99,8 +99,8 @@ i32 ReadWindow::readOn(i64 tail, bool& failed, Failure telling) {
 // Pages that lie scattered over a file are not read many times over.
 i32 ReadWindow::nextReadSize() const {
   constexpr i32 kReadAfterJump = 65536;
-  const i64 room =
-      std::min({i64{size_}, size_ + kTailRoom - held_, std::max<i64>(kLongestFile - endOffset(), 0)});
+  const i64 room = std::min(
+      {i64{size_}, size_ + kTailRoom - held_, std::max<i64>(kLongestFile - endOffset(), 0)});
   return static_cast<i32>(hasJumped_ ? std::min<i64>(room, kReadAfterJump) : room);
 }
 

@@ -36,8 +36,8 @@ class ReadWindow {
   /// reported.
   [[nodiscard]] bool moveTo(i64 offset) { return moveTo(offset, Failure::kTold); }
   /// Keeps the last `tail` bytes and reads on behind them, into all the room there is. Returns the
-  /// bytes that came: 0 at the end of the file, or of what can be addressed. `failed` tells of an error of the system below,
-  /// which is reported.
+  /// bytes that came: 0 at the end of the file, or of what can be addressed. `failed` tells of an
+  /// error of the system below, which is reported.
   [[nodiscard]] i32 readOn(i64 tail, bool& failed);
 
   /// Makes `length` bytes from `offset` on stand in memory together, as far as the file and the
