@@ -29,6 +29,11 @@ void readClickArea(DrawPart& part, eArchive& archive, i32 v) {
 
 // HYPERLINKAREA
 
+std::u16string_view storedUrl(const DrawPart& part) {
+  const bool hasUrl = part.fields.hyperlinkArea.url == kSetPointer;
+  return hasUrl ? wholeText(part.payload) : std::u16string_view();
+}
+
 std::u16string_view hyperlinkUrl(const DrawPart& part) {
   const bool hasUrl = part.fields.hyperlinkArea.url == kSetPointer;
   return hasUrl ? terminatedText(part.payload, 0) : std::u16string_view();

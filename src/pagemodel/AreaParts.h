@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "pagemodel/DrawPart.h"
+#include "pagemodel/FieldVisitor.h"
 #include "pagemodel/NameValue.h"
 #include "storage/Archive.h"
 
@@ -22,18 +23,23 @@ struct SignatureInfo {
   NameValues attributes;
 };
 
-/// The url up to its first zero character; empty where there is none.
+/// All characters of the url; empty where there is none.
+[[nodiscard]] std::u16string_view storedUrl(const DrawPart& part);
+/// The url up to its first zero character: what comparisons look at.
 [[nodiscard]] std::u16string_view hyperlinkUrl(const DrawPart& part);
 /// Null for a part of a version that has none.
 [[nodiscard]] const SignatureInfo* signatureInfo(const DrawPart& part);
 
 void readClickArea(DrawPart& part, eArchive& archive, i32 v);
+void visitClickArea(const DrawPart& part, FieldVisitor& visitor);
 
 void readHyperlinkArea(DrawPart& part, eArchive& archive, i32 v);
+void visitHyperlinkArea(const DrawPart& part, FieldVisitor& visitor);
 void copyHyperlinkArea(DrawPart& target, const DrawPart& source);
 void shiftHyperlinkArea(DrawPart& part, i32 dx, i32 dy);
 
 void readSignatureField(DrawPart& part, eArchive& archive, i32 v);
+void visitSignatureField(const DrawPart& part, FieldVisitor& visitor);
 void copySignatureField(DrawPart& target, const DrawPart& source);
 void shiftSignatureField(DrawPart& part, i32 dx, i32 dy);
 void releaseSignatureField(DrawPart& part);

@@ -1,6 +1,7 @@
 #include "pagemodel/DrawList.h"
 
 #include "base/Wrapping.h"
+#include "pagemodel/FieldVisitor.h"
 #include "pagemodel/PartOperations.h"
 
 namespace rvf {
@@ -16,6 +17,19 @@ bool areBorrowed(const DrawList& list) {
 }
 
 }  // namespace
+
+void forEachField(const DrawList& list, FieldVisitor& visitor) {
+  visitor.number("originX", list.originX);
+  visitor.number("originY", list.originY);
+  visitor.number("count", list.count);
+  visitor.number("contentTally", list.contentTally);
+  visitor.number("byteA", list.byteA);
+  visitor.number("byteB", list.byteB);
+  visitor.number("listFlags", list.listFlags);
+  visitor.number("valueA", list.valueA);
+  visitor.number("valueB", list.valueB);
+  visitor.number("listExtra", list.listExtra);
+}
 
 DrawPart& appendSlot(DrawList& list) {
   const auto index = static_cast<std::size_t>(list.count);

@@ -1,6 +1,7 @@
 #include "pagemodel/DrawStatic.h"
 
 #include "pagemodel/DrawListReader.h"
+#include "pagemodel/FieldVisitor.h"
 #include "pagemodel/PartVersions.h"
 #include "storage/RecordFrame.h"
 
@@ -16,6 +17,19 @@ void readLists(DrawStatic& object, eArchive& archive) {
 }
 
 }  // namespace
+
+void forEachField(const DrawStatic& object, FieldVisitor& visitor) {
+  visitor.number("hasSecond", object.hasSecond);
+  visitor.number("valueC", object.valueC);
+  visitor.number("valueD", object.valueD);
+  visitor.number("valueF", object.valueF);
+  visitor.text("name", object.name.view());
+  visitor.number("valueA", object.valueA);
+  visitor.number("valueB", object.valueB);
+  visitor.number("valueE", object.valueE);
+  visitor.number("indexA", object.indexA);
+  visitor.number("indexB", object.indexB);
+}
 
 void readDrawStatic(DrawStatic& object, eArchive& archive) {
   using namespace static_version;

@@ -12,4 +12,6 @@ void readWithoutPool(DrawPart& part, eArchive&, i32) { part.poolKind = kNoPool; 
 
 void readNothing(DrawPart&, eArchive&, i32) {}
 
+void visitNothing(const DrawPart&, FieldVisitor&) {}
+
 }  // namespace rvf

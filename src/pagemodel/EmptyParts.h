@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pagemodel/DrawPart.h"
+#include "pagemodel/FieldVisitor.h"
 #include "storage/Archive.h"
 
 namespace rvf {
@@ -14,5 +15,6 @@ void makeUnknown(DrawPart& part);
 void readWithoutPool(DrawPart& part, eArchive& archive, i32 v);
 /// All others, unknown codes included: all fields stay zero.
 void readNothing(DrawPart& part, eArchive& archive, i32 v);
+void visitNothing(const DrawPart& part, FieldVisitor& visitor);
 
 }  // namespace rvf

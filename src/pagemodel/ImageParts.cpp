@@ -265,6 +265,14 @@ void releaseImageNames(DrawPart& part) {
 
 // RESOURCE
 
+std::span<const std::byte> resourceBytes(const DrawPart& part) {
+  const ResourceFields& fields = part.fields.resource;
+  if (fields.bytes != kSetPointer) {
+    return {};
+  }
+  return {part.payload.data(), static_cast<std::size_t>(fields.byteCount)};
+}
+
 void readResource(DrawPart& part, eArchive& archive, i32 v) {
   using namespace part_version;
   constexpr i32 kWithoutBytes = 0;  // of dataMode: the count is stored, but no bytes
@@ -302,9 +310,19 @@ void shiftResource(DrawPart& part, i32 dx, i32 dy) {
 
 // IMPORTPAGE
 
+namespace {
+constexpr std::size_t kClipValues = 4;
+}
+
+std::span<const i32> importClip(const DrawPart& part) {
+  if (part.fields.importPage.clip != kSetPointer) {
+    return {};
+  }
+  return {part.payload.at<i32>(0), kClipValues};
+}
+
 void readImportPage(DrawPart& part, eArchive& archive, i32 v) {
   using namespace part_version;
-  constexpr std::size_t kClipValues = 4;
   ImportPageFields& fields = part.fields.importPage;
   fields.pageObject = archive.ReadI32();
   fields.pageNumber = archive.ReadU16();
@@ -331,6 +349,18 @@ void shiftImportPage(DrawPart& part, i32 dx, i32 dy) {
 // BCOCABARCODE
 
 BarcodeOrigin& barcodeOrigin(DrawPart& part) { return *part.payload.at<BarcodeOrigin>(0); }
+
+const BarcodeOrigin& barcodeOrigin(const DrawPart& part) {
+  return *part.payload.at<BarcodeOrigin>(0);
+}
+
+std::u16string_view barcodeText(const DrawPart& part) {
+  const BcocaBarcodeFields& fields = part.fields.barcode;
+  if (fields.text != kSetPointer) {
+    return {};
+  }
+  return {part.payload.at<char16_t>(sizeof(BarcodeOrigin)), fields.textLength};
+}
 
 void readBarcode(DrawPart& part, eArchive& archive, i32) {
   BcocaBarcodeFields& fields = part.fields.barcode;

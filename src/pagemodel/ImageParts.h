@@ -2,8 +2,10 @@
 
 #include <memory>
 #include <span>
+#include <string_view>
 
 #include "pagemodel/DrawPart.h"
+#include "pagemodel/FieldVisitor.h"
 #include "pagemodel/NameValue.h"
 #include "pagemodel/colour/ColourValue.h"
 #include "storage/Archive.h"
@@ -73,9 +75,14 @@ static_assert(sizeof(BarcodeOrigin) == 16);
 [[nodiscard]] const ImageInfo& imageInfo(const DrawPart& part);
 /// The bytes of an image; none for a kind that stores none.
 [[nodiscard]] std::span<const std::byte> imageBytes(const DrawPart& part);
+[[nodiscard]] std::span<const std::byte> resourceBytes(const DrawPart& part);
+[[nodiscard]] std::span<const i32> importClip(const DrawPart& part);
 [[nodiscard]] BarcodeOrigin& barcodeOrigin(DrawPart& part);
+[[nodiscard]] const BarcodeOrigin& barcodeOrigin(const DrawPart& part);
+[[nodiscard]] std::u16string_view barcodeText(const DrawPart& part);
 
 void readImage(DrawPart& part, eArchive& archive, i32 v);
+void visitImage(const DrawPart& part, FieldVisitor& visitor);
 /// The copy has bytes, names, link and values of its own.
 void copyImage(DrawPart& target, const DrawPart& source);
 void shiftImage(DrawPart& part, i32 dx, i32 dy);
@@ -84,12 +91,15 @@ void releaseImage(DrawPart& part);
 void releaseImageNames(DrawPart& part);
 
 void readResource(DrawPart& part, eArchive& archive, i32 v);
+void visitResource(const DrawPart& part, FieldVisitor& visitor);
 void shiftResource(DrawPart& part, i32 dx, i32 dy);
 
 void readImportPage(DrawPart& part, eArchive& archive, i32 v);
+void visitImportPage(const DrawPart& part, FieldVisitor& visitor);
 void shiftImportPage(DrawPart& part, i32 dx, i32 dy);
 
 void readBarcode(DrawPart& part, eArchive& archive, i32 v);
+void visitBarcode(const DrawPart& part, FieldVisitor& visitor);
 void shiftBarcode(DrawPart& part, i32 dx, i32 dy);
 
 }  // namespace rvf

@@ -184,13 +184,24 @@ u16 foldedTagId(u16 id, u8 band) {
   return static_cast<u16>(id - start + kStarts[band]);
 }
 
-const TaggedTexts& taggedTexts(const DrawPart& part) { return *part.payload.at<TaggedTexts>(0); }
-
 namespace {
 
 /// A text of `length` characters behind `before` bytes of a payload.
 std::u16string_view textAt(const DrawPart& part, std::size_t before, i32 length) {
+  if (length == 0) {
+    return {};
+  }
   return {part.payload.at<char16_t>(before), static_cast<std::size_t>(length)};
+}
+
+/// What stands in front of the texts; without texts in a part that holds nothing.
+TaggedTexts taggedTexts(const DrawPart& part) {
+  const bool isThere = part.fields.taggedObject.language == kSetPointer;
+  return isThere ? *part.payload.at<TaggedTexts>(0) : TaggedTexts{u"", 0, 0, 0};
+}
+
+KeyTexts keyTexts(const DrawPart& part) {
+  return part.payload.size() == 0 ? KeyTexts{} : *part.payload.at<KeyTexts>(0);
 }
 
 /// The bytes of a text and its terminator.
@@ -200,17 +211,19 @@ std::size_t textSize(i32 length) {
 
 }  // namespace
 
+std::u16string_view language(const DrawPart& part) { return taggedTexts(part).language; }
+
 std::u16string_view tagText(const DrawPart& part) {
   return textAt(part, sizeof(TaggedTexts), taggedTexts(part).tagLength);
 }
 
 std::u16string_view altText(const DrawPart& part) {
-  const TaggedTexts& texts = taggedTexts(part);
+  const TaggedTexts texts = taggedTexts(part);
   return textAt(part, sizeof(TaggedTexts) + textSize(texts.tagLength), texts.altLength);
 }
 
 std::u16string_view actualText(const DrawPart& part) {
-  const TaggedTexts& texts = taggedTexts(part);
+  const TaggedTexts texts = taggedTexts(part);
   const std::size_t before = textSize(texts.tagLength) + textSize(texts.altLength);
   return textAt(part, sizeof(TaggedTexts) + before, texts.actualLength);
 }
@@ -245,11 +258,11 @@ std::u16string_view bookmarkTitle(const DrawPart& part) {
 }
 
 std::u16string_view keyText(const DrawPart& part) {
-  return textAt(part, sizeof(KeyTexts), part.payload.at<KeyTexts>(0)->keyLength);
+  return textAt(part, sizeof(KeyTexts), keyTexts(part).keyLength);
 }
 
 std::u16string_view keySecondText(const DrawPart& part) {
-  const KeyTexts& texts = *part.payload.at<KeyTexts>(0);
+  const KeyTexts texts = keyTexts(part);
   return textAt(part, sizeof(KeyTexts) + textSize(texts.keyLength), texts.secondLength);
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "pagemodel/DrawPart.h"
+#include "pagemodel/FieldVisitor.h"
 #include "pagemodel/NameValue.h"
 #include "storage/Archive.h"
 #include "storage/HyperlinkInfo.h"
@@ -61,28 +62,37 @@ inline u8 tagBand = 0;
 [[nodiscard]] const SubscribeEntries& subscribeEntries(const DrawPart& part);
 
 // Texts with their whole length; empty where there is none.
-[[nodiscard]] const TaggedTexts& taggedTexts(const DrawPart& part);
 [[nodiscard]] std::u16string_view tagText(const DrawPart& part);
 [[nodiscard]] std::u16string_view altText(const DrawPart& part);
 [[nodiscard]] std::u16string_view actualText(const DrawPart& part);
+[[nodiscard]] std::u16string_view language(const DrawPart& part);
 [[nodiscard]] std::u16string_view bookmarkTitle(const DrawPart& part);
 [[nodiscard]] std::u16string_view keyText(const DrawPart& part);
 [[nodiscard]] std::u16string_view keySecondText(const DrawPart& part);
 
 void readStartEnd(DrawPart& part, eArchive& archive, i32 v);
+void visitStartEnd(const DrawPart& part, FieldVisitor& visitor);
 void copyStartEnd(DrawPart& target, const DrawPart& source);
 void shiftStartEnd(DrawPart& part, i32 dx, i32 dy);
 void releaseStartEnd(DrawPart& part);
 
 void readUdlIgnore(DrawPart& part, eArchive& archive, i32 v);
+void visitUdlIgnore(const DrawPart& part, FieldVisitor& visitor);
 void readLayerIgnore(DrawPart& part, eArchive& archive, i32 v);
+void visitLayerIgnore(const DrawPart& part, FieldVisitor& visitor);
 void readInserterBarcode(DrawPart& part, eArchive& archive, i32 v);
+void visitInserterBarcode(const DrawPart& part, FieldVisitor& visitor);
 void readMaskedObject(DrawPart& part, eArchive& archive, i32 v);
+void visitMaskedObject(const DrawPart& part, FieldVisitor& visitor);
 void readTaggedObject(DrawPart& part, eArchive& archive, i32 v);
+void visitTaggedObject(const DrawPart& part, FieldVisitor& visitor);
 void readBookmark(DrawPart& part, eArchive& archive, i32 v);
+void visitBookmark(const DrawPart& part, FieldVisitor& visitor);
 void readLocSearchKey(DrawPart& part, eArchive& archive, i32 v);
+void visitLocSearchKey(const DrawPart& part, FieldVisitor& visitor);
 
 void readSubscribe(DrawPart& part, eArchive& archive, i32 v);
+void visitSubscribe(const DrawPart& part, FieldVisitor& visitor);
 void releaseSubscribe(DrawPart& part);
 
 }  // namespace rvf

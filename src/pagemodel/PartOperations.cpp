@@ -17,6 +17,7 @@ namespace rvf {
 namespace {
 
 using ReadOperation = void (*)(DrawPart& part, eArchive& archive, i32 version);
+using VisitOperation = void (*)(const DrawPart& part, FieldVisitor& visitor);
 using CopyOperation = void (*)(DrawPart& target, const DrawPart& source);
 using ShiftOperation = void (*)(DrawPart& part, i32 dx, i32 dy);
 using ReleaseOperation = void (*)(DrawPart& part);
@@ -25,6 +26,7 @@ using ReleaseOperation = void (*)(DrawPart& part);
 struct PartOperations {
   PartType type;
   ReadOperation read;
+  VisitOperation visit;
   CopyOperation copy;        // null: copyPart does not take over its fields
   ShiftOperation shift;      // null: it has no place
   ReleaseOperation release;  // null: all that it holds lies in the payload as plain bytes
@@ -50,71 +52,71 @@ constexpr u8 pointersAt(std::initializer_list<std::size_t> offsets) {
 }
 
 constexpr PartOperations emptyPart(PartType type) {
-  return {type, readNothing, kNotCopied, kNotShifted, kPlain, 0};
+  return {type, readNothing, visitNothing, kNotCopied, kNotShifted, kPlain, 0};
 }
 
 // clang-format off
 constexpr std::array<PartOperations, kPartTypeCount> kOperations = {{
-    {PartType::kUnknown, readWithoutPool, kNotCopied, kNotShifted, kPlain, 0},
-    {PartType::kText, readText, copyPlain, shiftText, kPlain,
+    {PartType::kUnknown, readWithoutPool, visitNothing, kNotCopied, kNotShifted, kPlain, 0},
+    {PartType::kText, readText, visitText, copyPlain, shiftText, kPlain,
      pointersAt({offsetof(TextFields, runs), offsetof(TextFields, text)})},
-    {PartType::kLine, readLine, copyPlain, shiftLine, kPlain,
+    {PartType::kLine, readLine, visitLine, copyPlain, shiftLine, kPlain,
      pointersAt({offsetof(LineFields, points)})},
-    {PartType::kRect, readRect, copyPlain, shiftRect, kPlain, 0},
-    {PartType::kPoly, readPoly, copyPoly, shiftPoly, releasePoly,
+    {PartType::kRect, readRect, visitRect, copyPlain, shiftRect, kPlain, 0},
+    {PartType::kPoly, readPoly, visitPoly, copyPoly, shiftPoly, releasePoly,
      pointersAt({offsetof(PolyFields, points), offsetof(PolyFields, style)})},
-    {PartType::kImage, readImage, copyImage, shiftImage, releaseImage,
+    {PartType::kImage, readImage, visitImage, copyImage, shiftImage, releaseImage,
      pointersAt({offsetof(ImageFields, data), offsetof(ImageFields, info)})},
-    {PartType::kStartEnd, readStartEnd, copyStartEnd, shiftStartEnd, releaseStartEnd,
+    {PartType::kStartEnd, readStartEnd, visitStartEnd, copyStartEnd, shiftStartEnd, releaseStartEnd,
      pointersAt({offsetof(StartEndFields, info)})},
-    {PartType::kTextProp, readTextProp, copyPlain, kNotShifted, kPlain, 0},
-    {PartType::kClickArea, readClickArea, copyPlain, kNotShifted, kPlain, 0},
-    {PartType::kStaticRef, readStaticRef, copyPlain, shiftStaticRef, kPlain, 0},
-    {PartType::kResource, readResource, copyPlain, shiftResource, kPlain,
+    {PartType::kTextProp, readTextProp, visitTextProp, copyPlain, kNotShifted, kPlain, 0},
+    {PartType::kClickArea, readClickArea, visitClickArea, copyPlain, kNotShifted, kPlain, 0},
+    {PartType::kStaticRef, readStaticRef, visitStaticRef, copyPlain, shiftStaticRef, kPlain, 0},
+    {PartType::kResource, readResource, visitResource, copyPlain, shiftResource, kPlain,
      pointersAt({offsetof(ResourceFields, bytes), offsetof(ResourceFields, hyperlink)})},
     emptyPart(PartType::kTextBox),
     emptyPart(PartType::kTable),
     emptyPart(PartType::kTextWrap),
-    {PartType::k1Line, readWithoutPool, kNotCopied, kNotShifted, kPlain, 0},
-    {PartType::kLocSearchKey, readLocSearchKey, kNotCopied, kNotShifted, kPlain,
+    {PartType::k1Line, readWithoutPool, visitNothing, kNotCopied, kNotShifted, kPlain, 0},
+    {PartType::kLocSearchKey, readLocSearchKey, visitLocSearchKey, kNotCopied, kNotShifted, kPlain,
      pointersAt({offsetof(LocSearchKeyFields, keyText), offsetof(LocSearchKeyFields, keySecondText)})},
     emptyPart(PartType::kFixedText),
-    {PartType::kRecompose, readNothing, copyPlain, kNotShifted, kPlain, 0},
+    {PartType::kRecompose, readNothing, visitNothing, copyPlain, kNotShifted, kPlain, 0},
     emptyPart(PartType::kInputRadioButton),
     emptyPart(PartType::kInputCheckBox),
     emptyPart(PartType::kInputEditBox),
     emptyPart(PartType::kInputList),
     emptyPart(PartType::kInputFunctionButton),
-    {PartType::kUdlIgnoreStartEnd, readUdlIgnore, copyPlain, kNotShifted, kPlain, 0},
+    {PartType::kUdlIgnoreStartEnd, readUdlIgnore, visitUdlIgnore, copyPlain, kNotShifted, kPlain, 0},
     emptyPart(PartType::kInputHyperlinkButton),
     emptyPart(PartType::kInputCustomButton),
     emptyPart(PartType::kInputOrderList),
     emptyPart(PartType::kInputProcessList),
     emptyPart(PartType::kInputMenuButton),
     emptyPart(PartType::kInputProcessButton),
-    {PartType::kJust1Line, readJust1Line, copyPlain, shiftJust1Line, kPlain, 0},
-    {PartType::kLineSet, readLineSet, copyPlain, shiftLineSet, kPlain,
+    {PartType::kJust1Line, readJust1Line, visitJust1Line, copyPlain, shiftJust1Line, kPlain, 0},
+    {PartType::kLineSet, readLineSet, visitLineSet, copyPlain, shiftLineSet, kPlain,
      pointersAt({offsetof(LineSetFields, offsets)})},
-    {PartType::kBcocaBarcode, readBarcode, kNotCopied, shiftBarcode, kPlain,
+    {PartType::kBcocaBarcode, readBarcode, visitBarcode, kNotCopied, shiftBarcode, kPlain,
      pointersAt({offsetof(BcocaBarcodeFields, origin), offsetof(BcocaBarcodeFields, text)})},
-    {PartType::kImportPage, readImportPage, copyPlain, shiftImportPage, kPlain,
+    {PartType::kImportPage, readImportPage, visitImportPage, copyPlain, shiftImportPage, kPlain,
      pointersAt({offsetof(ImportPageFields, clip)})},
-    {PartType::kLayerIgnoreStartEnd, readLayerIgnore, copyPlain, kNotShifted, kPlain, 0},
+    {PartType::kLayerIgnoreStartEnd, readLayerIgnore, visitLayerIgnore, copyPlain, kNotShifted, kPlain, 0},
     emptyPart(PartType::kInputCustomControl),
-    {PartType::kInserterBarcodeStartEnd, readInserterBarcode, copyPlain, kNotShifted, kPlain, 0},
-    {PartType::kMaskedObjectStartEnd, readMaskedObject, copyPlain, kNotShifted, kPlain, 0},
+    {PartType::kInserterBarcodeStartEnd, readInserterBarcode, visitInserterBarcode, copyPlain, kNotShifted, kPlain, 0},
+    {PartType::kMaskedObjectStartEnd, readMaskedObject, visitMaskedObject, copyPlain, kNotShifted, kPlain, 0},
     emptyPart(PartType::kInputFileUpload),
     emptyPart(PartType::kWebPlaceholder),
-    {PartType::kHyperlinkArea, readHyperlinkArea, copyHyperlinkArea, shiftHyperlinkArea, kPlain,
+    {PartType::kHyperlinkArea, readHyperlinkArea, visitHyperlinkArea, copyHyperlinkArea, shiftHyperlinkArea, kPlain,
      pointersAt({offsetof(HyperlinkAreaFields, url)})},
-    {PartType::kSubscribe, readSubscribe, kNotCopied, kNotShifted, releaseSubscribe,
+    {PartType::kSubscribe, readSubscribe, visitSubscribe, kNotCopied, kNotShifted, releaseSubscribe,
      pointersAt({offsetof(SubscribeFields, entries)})},
-    {PartType::kTaggedObjectStartEnd, readTaggedObject, copyPlain, kNotShifted, kPlain,
+    {PartType::kTaggedObjectStartEnd, readTaggedObject, visitTaggedObject, copyPlain, kNotShifted, kPlain,
      pointersAt({offsetof(TaggedObjectFields, tagText), offsetof(TaggedObjectFields, altText),
                  offsetof(TaggedObjectFields, actualText), offsetof(TaggedObjectFields, language)})},
-    {PartType::kBookmark, readBookmark, kNotCopied, kNotShifted, kPlain,
+    {PartType::kBookmark, readBookmark, visitBookmark, kNotCopied, kNotShifted, kPlain,
      pointersAt({offsetof(BookmarkFields, title)})},
-    {PartType::kSignatureField, readSignatureField, copySignatureField, shiftSignatureField,
+    {PartType::kSignatureField, readSignatureField, visitSignatureField, copySignatureField, shiftSignatureField,
      releaseSignatureField,
      pointersAt({offsetof(SignatureFieldFields, rect), offsetof(SignatureFieldFields, fieldName),
                  offsetof(SignatureFieldFields, fieldValue),
@@ -144,20 +146,24 @@ void readPayload(DrawPart& part, eArchive& archive, i32 version) {
   operationsOf(part.type).read(part, archive, version);
 }
 
+void forEachField(const DrawPart& part, FieldVisitor& visitor) {
+  operationsOf(part.type).visit(part, visitor);
+  visitor.number("extraId", part.extraId);
+}
+
 void copyPart(DrawPart& target, const DrawPart& source) {
   if (&target == &source) {
     return;
   }
-  releasePart(target, kReleaseAll);
+  const PartType before = target.type;
+  makeBlank(target);
   target.extraId = source.extraId;
   target.ownerTag = source.ownerTag;
-  target.poolKind = 0;
   if (const CopyOperation copy = operationsOf(source.type).copy) {
     target.type = source.type;
     copy(target, source);
-  } else if (source.type == PartType::kUnknown) {
-    target.type = PartType::kUnknown;
-    target.fields = PartFields();
+  } else if (source.type != PartType::kUnknown) {
+    target.type = before;
   }
 }
 

@@ -14,9 +14,9 @@ constexpr i32 kKeepHyperlink = 5;
 /// reads nothing.
 void readPayload(DrawPart& part, eArchive& archive, i32 version);
 
-/// Makes `target` a deep copy of `source`; nothing happens if they are the same. A type that is not
-/// copied leaves the target's type as it is, except that an UNKNOWN source makes it UNKNOWN. What
-/// the target owned outside its payload is gone then, and its pointers to that are null.
+/// Makes `target` a deep copy of `source`; nothing happens if they are the same. A source of a type
+/// that is not copied leaves the target without fields: its type stays as it was, except that an
+/// UNKNOWN source makes it UNKNOWN.
 void copyPart(DrawPart& target, const DrawPart& source);
 
 /// Moves a part by an offset. Types without a place do not move.

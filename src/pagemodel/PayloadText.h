@@ -31,6 +31,11 @@ void readPartText(eArchive& archive, i32 count, char16_t* target);
   return {block.at<char16_t>(offset)};
 }
 
+/// The one text that fills a block, without its terminator.
+[[nodiscard]] inline std::u16string_view wholeText(const PayloadBlock& block) {
+  return {block.at<char16_t>(0), block.size() / sizeof(char16_t) - 1};
+}
+
 /// A field stored in 32 bits of which only the low ones are kept.
 [[nodiscard]] inline u8 readLow8(eArchive& archive) { return static_cast<u8>(archive.ReadI32()); }
 [[nodiscard]] inline u16 readLow16(eArchive& archive) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pagemodel/DrawPart.h"
+#include "pagemodel/FieldVisitor.h"
 #include "pagemodel/StaticLookup.h"
 #include "storage/Archive.h"
 
@@ -19,6 +20,7 @@ struct DrawList;
 void setChildList(DrawPart& part, const DrawList* list);
 
 void readStaticRef(DrawPart& part, eArchive& archive, i32 v);
+void visitStaticRef(const DrawPart& part, FieldVisitor& visitor);
 void shiftStaticRef(DrawPart& part, i32 dx, i32 dy);
 
 }  // namespace rvf

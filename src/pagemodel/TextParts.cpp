@@ -13,7 +13,7 @@ namespace {
 
 constexpr u16 kExtensionMarker = 0xFEFE;
 constexpr std::size_t kExtensionHead = 2 * sizeof(u16);  // marker and count
-constexpr i32 kOutlineSize = 6 * sizeof(i32);
+constexpr i32 kOutlineSize = sizeof(OutlineRecord);
 constexpr u8 kDefaultRunClass = 255;
 constexpr u8 kDefaultExtensionClass = 5;
 
@@ -50,6 +50,32 @@ std::span<TextRun> extensionRuns(DrawPart& part) {
   const std::size_t area = textRuns(part).size_bytes();
   const u16 count = *part.payload.at<u16>(area + sizeof(kExtensionMarker));
   return {part.payload.at<TextRun>(area + kExtensionHead), count};
+}
+
+std::span<const TextRun> extensionRuns(const DrawPart& part) {
+  if ((part.fields.text.textFlags & text_flag::kExtensionRuns) == 0) {
+    return {};
+  }
+  const std::size_t area = textRuns(part).size_bytes();
+  const u16 count = *part.payload.at<u16>(area + sizeof(kExtensionMarker));
+  return {part.payload.at<TextRun>(area + kExtensionHead), count};
+}
+
+std::vector<OutlineRecord> outlineRecords(const DrawPart& part) {
+  const u8 flags = part.fields.text.textFlags;
+  if ((flags & text_flag::kOutlineRecords) == 0) {
+    return {};
+  }
+  std::size_t area = textRuns(part).size_bytes();
+  if ((flags & text_flag::kExtensionRuns) != 0) {
+    area += kExtensionHead + extensionRuns(part).size_bytes();
+  }
+  const u16 count = *part.payload.at<u16>(area);
+  std::vector<OutlineRecord> records(count);
+  if (count > 0) {
+    std::memcpy(records.data(), part.payload.data() + area + sizeof(count), count * kOutlineSize);
+  }
+  return records;
 }
 
 namespace {

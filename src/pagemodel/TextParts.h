@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
 #include <span>
+#include <vector>
 
 #include "pagemodel/DrawPart.h"
+#include "pagemodel/FieldVisitor.h"
 #include "storage/Archive.h"
 
 namespace rvf {
@@ -32,15 +35,22 @@ struct TextRun {
 };
 static_assert(sizeof(TextRun) == 16);
 
+using OutlineRecord = std::array<i32, 6>;
+
 [[nodiscard]] std::span<TextRun> textRuns(DrawPart& part);
 [[nodiscard]] std::span<const TextRun> textRuns(const DrawPart& part);
 [[nodiscard]] std::span<char16_t> textCharacters(DrawPart& part);
 [[nodiscard]] std::span<const char16_t> textCharacters(const DrawPart& part);
 [[nodiscard]] std::span<TextRun> extensionRuns(DrawPart& part);
+[[nodiscard]] std::span<const TextRun> extensionRuns(const DrawPart& part);
+/// Copies, since the records stand unaligned in the payload.
+[[nodiscard]] std::vector<OutlineRecord> outlineRecords(const DrawPart& part);
 
 void readText(DrawPart& part, eArchive& archive, i32 v);
+void visitText(const DrawPart& part, FieldVisitor& visitor);
 void shiftText(DrawPart& part, i32 dx, i32 dy);
 
 void readTextProp(DrawPart& part, eArchive& archive, i32 v);
+void visitTextProp(const DrawPart& part, FieldVisitor& visitor);
 
 }  // namespace rvf

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "pagemodel/DrawPart.h"
+#include "pagemodel/FieldVisitor.h"
 #include "storage/Archive.h"
 
 namespace rvf {
@@ -61,21 +62,26 @@ struct PolyStyle : PolyStyleFields {
 [[nodiscard]] std::span<const i32> lineOffsets(const DrawPart& part);
 
 void readLine(DrawPart& part, eArchive& archive, i32 v);
+void visitLine(const DrawPart& part, FieldVisitor& visitor);
 void shiftLine(DrawPart& part, i32 dx, i32 dy);
 
 void readRect(DrawPart& part, eArchive& archive, i32 v);
+void visitRect(const DrawPart& part, FieldVisitor& visitor);
 void shiftRect(DrawPart& part, i32 dx, i32 dy);
 
 /// A POLY without points becomes an UNKNOWN part; its record is read all the same.
 void readPoly(DrawPart& part, eArchive& archive, i32 v);
+void visitPoly(const DrawPart& part, FieldVisitor& visitor);
 void copyPoly(DrawPart& target, const DrawPart& source);
 void shiftPoly(DrawPart& part, i32 dx, i32 dy);
 void releasePoly(DrawPart& part);
 
 void readJust1Line(DrawPart& part, eArchive& archive, i32 v);
+void visitJust1Line(const DrawPart& part, FieldVisitor& visitor);
 void shiftJust1Line(DrawPart& part, i32 dx, i32 dy);
 
 void readLineSet(DrawPart& part, eArchive& archive, i32 v);
+void visitLineSet(const DrawPart& part, FieldVisitor& visitor);
 void shiftLineSet(DrawPart& part, i32 dx, i32 dy);
 
 }  // namespace rvf

@@ -1,3 +1,4 @@
+#include "pagemodel/ImageParts.h"
 #include "pagemodel/PartRows.h"
 #include "pagemodel/colour/UsedColourList.h"
 
