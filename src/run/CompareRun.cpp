@@ -1,7 +1,6 @@
 #include "run/CompareRun.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <optional>
 #include <utility>
 
@@ -101,8 +100,8 @@ bool CompareRun::openReport(const eString& objection) {
   eString line;
   messageFile_ = std::make_unique<eDiskFile>();
   auto sink = std::make_unique<FileSink>(*messageFile_, path);
-  if (!objection.isEmpty() || !sink->openFile(options_.msgEncoding, true)) {
-    tellMessageFileProblem(path, objection.isEmpty() ? systemErrorText(errno) : objection);
+  if (!objection.isEmpty() || !sink->openFile(options_.msgEncoding, ByteOrderMark::kWritten)) {
+    tellMessageFileProblem(path, objection.isEmpty() ? sink->openFailure() : objection);
     line.Format(u" ****** There was an error opening the %ls named %ls *****", kMessageFileLabel,
                 path);
   } else if (!sink->connect()) {
@@ -115,7 +114,7 @@ bool CompareRun::openReport(const eString& objection) {
   }
   sink.reset();
   messageFile_.reset();
-  consoleSink_.WriteLine(line.c_str(), true);
+  consoleSink_.WriteLine(line.c_str(), LineEnd::kWritten);
   return false;
 }
 
@@ -123,7 +122,7 @@ void CompareRun::greet() {
   consoleSink_.WriteLine(
       u"-*-*- Plenarix Batch Compare Utility Version 16.2.0 32-bit (DBCS)  -*-*- Batch Regression "
       u"Utility.",
-      true);
+      LineEnd::kWritten);
   consoleSink_.Flush();
 }
 

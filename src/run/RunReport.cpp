@@ -48,7 +48,7 @@ template <class... Arguments>
 void writeLine(TextSink& sink, const char16_t* format, const Arguments&... arguments) {
   eString line;
   line.Format(format, arguments...);
-  sink.WriteLine(line.c_str(), true);
+  sink.WriteLine(line.c_str(), LineEnd::kWritten);
 }
 
 void writeDifferences(TextSink& sink, DiffFlags status) {

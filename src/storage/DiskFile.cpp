@@ -121,7 +121,7 @@ bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
   }
   contentChanged();
   name_ = path;
-  openFailure_ = eString();
+  failure_ = eString();
   refusedLength_ = 0;
   const std::string nativePath = toNative(path.text());
   const std::string mode = modeString(flags, isText);
@@ -134,7 +134,7 @@ bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
     errno = EISDIR;
   } else if (exists && mode.starts_with('r') && !S_ISREG(status.st_mode)) {
     errno = EINVAL;
-    openFailure_ = u"Not a regular file";
+    failure_ = u"Not a regular file";
   } else if (exists && mode.starts_with('r') && status.st_size > kLongestFile) {
     errno = EFBIG;
     refusedLength_ = status.st_size;
@@ -144,8 +144,8 @@ bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
   }
   isOpen_ = stream_ != nullptr;
   errorState_ = !isOpen_;
-  if (!isOpen_ && openFailure_.isEmpty()) {
-    openFailure_ = systemErrorText(errno);
+  if (!isOpen_ && failure_.isEmpty()) {
+    failure_ = systemErrorText(errno);
   }
   if (isOpen_ && (flags & open_flags::kUnbuffered) != 0) {
     std::setvbuf(stream_, nullptr, _IONBF, 0);
@@ -162,8 +162,9 @@ i32 eDiskFile::Write(const void* source, i32 count) {
   errno = 0;
   const bool written = stream_ != nullptr && writeBytes(stream_, source, size) == size;
   errorState_ = !written;
+  failure_ = written ? eString() : systemErrorText(errno);
   if (!written) {
-    Report(MessageNumber::kFileWriteFailed, count, name_, systemErrorText(errno));
+    Report(MessageNumber::kFileWriteFailed, count, name_, failure_);
   }
   return written ? 1 : 0;
 }

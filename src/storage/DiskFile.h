@@ -35,7 +35,7 @@ class eDiskFile final : public FileObject {
   [[nodiscard]] std::FILE* stream() const override { return stream_; }
 
   /// Why the last Open failed, for people. Empty when it did not.
-  [[nodiscard]] const eString& openFailure() const { return openFailure_; }
+  [[nodiscard]] const eString& openFailure() const { return failure(); }
   /// Bytes of the file that the last Open refused as too large; 0 when it did not.
   [[nodiscard]] i64 refusedLength() const { return refusedLength_; }
 
@@ -43,7 +43,6 @@ class eDiskFile final : public FileObject {
   void closeStream();
 
   std::FILE* stream_ = nullptr;
-  eString openFailure_;
   i64 refusedLength_ = 0;
 };
 

@@ -45,8 +45,8 @@ class FileObject {
   virtual i32 GetPos(i64& position) = 0;
   virtual i32 SetPos(i64 position) = 0;
   virtual void SetLength(i32 size) = 0;
-  /// Returns whether the file is open now. A failure leaves the reason in errno and reports
-  /// nothing: what it means is the caller's affair.
+  /// Returns whether the file is open now. A failure is not reported, since only the caller knows
+  /// what it means; `failure` gives the reason.
   [[nodiscard]] virtual bool Open(const eString& path, i32 flags, bool isText) = 0;
   /// Returns what the kind of file says (see there); errorState tells whether it failed.
   virtual i32 Write(const void* source, i32 count) = 0;
@@ -78,6 +78,8 @@ class FileObject {
   [[nodiscard]] bool isOpen() const { return isOpen_; }
   [[nodiscard]] bool errorState() const { return errorState_; }
   [[nodiscard]] bool atEnd() const { return atEnd_; }
+  /// Why the last Open or Write failed, in words; empty if it did not.
+  [[nodiscard]] const eString& failure() const { return failure_; }
 
  protected:
   void positionChanged() {
@@ -87,6 +89,7 @@ class FileObject {
   }
 
   eString name_;
+  eString failure_;
   bool isOpen_ = false;
   bool errorState_ = false;  // the last operation failed
   bool atEnd_ = false;       // the last read reached the end of the file

@@ -205,8 +205,9 @@ void MessageOutput::EmitLine(const MessageEntry& entry, const MessageRecord* rec
   }
   emitting_ = true;
   const auto isWritten = [this](const LinePiece& piece) {
-    return reporter_.reportSink->WriteIndented(
-               piece.text.data(), static_cast<i32>(piece.text.size()), piece.indent, true) != 0;
+    return reporter_.reportSink->WriteIndented(piece.text.data(),
+                                               static_cast<i32>(piece.text.size()), piece.indent,
+                                               LineEnd::kWritten) != 0;
   };
   const bool allWritten = std::ranges::all_of(cutLine(entry.text.view()), isWritten);
   emitting_ = false;
@@ -229,7 +230,7 @@ void MessageOutput::emitStructured(const eString& text, const MessageRecord* rec
   const std::u16string content =
       u"<![CDATA[" + std::u16string(withoutLinePrefix(text.view())) + u"]]>";
   StartElement(reporter_.structuredSink, tag.c_str());
-  reporter_.structuredSink->WriteLine(content.c_str(), true);
+  reporter_.structuredSink->WriteLine(content.c_str(), LineEnd::kWritten);
   EndElement(reporter_.structuredSink, kElementName);
 }
 

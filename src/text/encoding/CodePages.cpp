@@ -7,10 +7,11 @@ namespace rvf {
 
 namespace {
 
+/// Without a display name, an encoding is shown by its converter's name.
 struct EncodingRow {
   i32 id;
   const char16_t* converterName;
-  const char16_t* displayName;  // null: the same
+  const char16_t* displayName;
 };
 
 constexpr const char16_t* kLatin1Name = u"iso-8859-1";
@@ -60,7 +61,8 @@ struct NameRow {
   const char16_t* name;
 };
 
-// Searched in order. The rows of the ids 0, 12 and 30 are never reached and keep their places.
+// Searched in order. Quirk that stays: the rows of the ids 0, 12 and 30 are never reached, so that
+// their names give the ids 1 and 20.
 constexpr NameRow kNames[] = {
     {1, u"ISO-8859-1"},
     {2, u"IBM-1047"},
@@ -101,7 +103,7 @@ struct FallbackRow {
   const char16_t* instead;
 };
 
-// Converters that a stock ICU has under another name or in an older edition.
+// Converters that a stock ICU has under another name or in an older version only.
 constexpr FallbackRow kFallbacks[] = {
     {u"ibm-1370", u"ibm-1373_P100-2002"},
     {u"ibm-943_P14A-2000", u"ibm-943_P15A-2003"},
@@ -111,13 +113,13 @@ constexpr FallbackRow kFallbacks[] = {
 
 }  // namespace
 
-void GetEncodingName(i32 id, bool forDisplay, eString& name) {
+void GetEncodingName(i32 id, NameUse use, eString& name) {
   const auto* row = std::ranges::find(kEncodings, id, &EncodingRow::id);
   if (row == std::end(kEncodings)) {
     name.Assign(kLatin1Name);
     return;
   }
-  const bool hasOwnDisplayName = forDisplay && row->displayName != nullptr;
+  const bool hasOwnDisplayName = use == NameUse::kDisplay && row->displayName != nullptr;
   name.Assign(hasOwnDisplayName ? row->displayName : row->converterName);
 }
 

@@ -9,7 +9,7 @@ namespace rvf {
 namespace {
 
 constexpr std::size_t kChunkSize = 4096;
-// No encoding of the table needs more bytes for a character of 16 bits, shifts included.
+// No encoding in the table needs more bytes for one 16-bit character, shifts included.
 constexpr std::size_t kMostBytesPerCharacter = 4;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
@@ -41,14 +41,40 @@ i32 textOf(i32 code, bool isWanted, eString& text) {
   return code;
 }
 
+// What the name tells. The rest shift only if their converter switches between widths.
+ShiftClass shiftClassOf(std::u16string_view name) {
+  if (name.starts_with(u"JEF")) {
+    return ShiftClass::kJef;
+  }
+  if (name.starts_with(u"jips")) {
+    return ShiftClass::kJips;
+  }
+  return name.starts_with(u"ISO_2022") ? ShiftClass::kIso2022 : ShiftClass::kNone;
+}
+
 }  // namespace
 
+ShiftBytes shiftBytes(ShiftClass shiftClass) {
+  switch (shiftClass) {
+    case ShiftClass::kDoubleByte:
+      return {"\x0E", "\x0F"};
+    case ShiftClass::kJef:
+      return {"\x28", "\x29"};
+    case ShiftClass::kJips:
+      return {"\x1A\x71", "\x1A\x70"};
+    case ShiftClass::kNone:
+    case ShiftClass::kIso2022:
+      break;
+  }
+  return {};
+}
+
 i32 RecordReader::GetErrorText(eString& text) const {
-  return textOf(lastError_, lastError_ > record_error::kFirstFatal, text);
+  return textOf(lastError_, hasFailed(), text);
 }
 
 i32 RecordReader::GetWarningText(eString& text) const {
-  return textOf(lastError_, lastError_ <= record_error::kFirstFatal, text);
+  return textOf(lastError_, !hasFailed(), text);
 }
 
 i32 RecordReader::fail(i32 error) {
@@ -66,50 +92,63 @@ bool RecordReader::Open(const eString& encodingName, i32 encodingId, i32 maximum
     fail(record_error::kOutOfMemory);
     return false;
   }
-  if (!openConverter(encodingName)) {
+  isOpen_ = openConverter(encodingName);
+  if (!isOpen_) {
     fail(record_error::kNoConverter);
+  }
+  return isOpen_;
+}
+
+bool RecordReader::openConverter(const eString& encodingName) {
+  eString name = encodingName;
+  if (name.isEmpty() && encoding_ == encoding_id::kNoDecoding) {
+    return true;
+  }
+  if (name.isEmpty()) {
+    GetEncodingName(encoding_, NameUse::kConverter, name);
+  }
+  isJefEncoding_ = name.view().starts_with(u"JEF-");
+  shiftClass_ = shiftClassOf(name.view());
+  if (!converter_.SetEncodingByName(name)) {
     return false;
+  }
+  if (!encodingName.isEmpty()) {
+    encoding_ = converter_.encodingId();
+  }
+  if (!hasShiftBytes() && converter_.shiftsWidths()) {
+    shiftClass_ = ShiftClass::kDoubleByte;
+  }
+  if (!isUtf16(encoding_)) {
+    noteDelimiters();
   }
   return true;
 }
 
-bool RecordReader::openConverter(const eString& name) {
-  if (!name.isEmpty()) {
-    isJefEncoding_ = name.view().starts_with(u"JEF-");
-    if (!converter_.SetEncodingByName(name)) {
-      return false;
-    }
-    encoding_ = converter_.encodingId() == encoding_id::kUtf16 ? encoding_id::kUtf16Le
-                                                               : converter_.encodingId();
-  } else if (encoding_ != encoding_id::kNoDecoding) {
-    if (!converter_.SetEncoding(encoding_)) {
-      return false;
-    }
-    isJefEncoding_ = converter_.converterName().view().starts_with(u"JEF-");
+// The delimiters as this encoding writes them. Shift sequences around them do not count, and the
+// UTF-16 forms are the bytes of ASCII with a zero beside them.
+void RecordReader::noteDelimiters() {
+  const std::string_view delimiters = converter_.ConvertFromWide(u"\n\r");
+  if (delimiters.size() == 2) {
+    lineFeed_ = delimiters[0];
+    carriageReturn_ = delimiters[1];
   }
-  // The delimiters as this encoding writes them. Shift sequences around them do not count, and the
-  // UTF-16 forms are these same bytes with a zero beside them.
-  if (converter_.isOpen() && !isUtf16(encoding_)) {
-    const std::string_view delimiters = converter_.ConvertFromWide(u"\n\r");
-    if (delimiters.size() == 2) {
-      lineFeed_ = delimiters[0];
-      carriageReturn_ = delimiters[1];
-    }
-  }
-  return true;
 }
 
 void RecordReader::useEncoding(i32 id) {
-  if (id != encoding_) {
-    encoding_ = id;
-    if (!converter_.SetEncoding(id)) {
-      fail(record_error::kNoConverter);
-    }
+  if (id == encoding_) {
+    return;
+  }
+  encoding_ = id;
+  if (outputConverter_ != nullptr) {
+    outputConverter_->SetEncoding(id);
+  }
+  if (!converter_.SetEncoding(id)) {
+    fail(record_error::kNoConverter);
   }
 }
 
-// A mark settles the byte order of a UTF-16 file, whatever was selected. A mark of another encoding
-// than the selected one is an error; encodings without a mark are not looked at.
+// A mark decides the byte order of a UTF-16 file, whatever was selected. The mark of an encoding
+// other than the selected one is an error. In encodings without a mark nothing is checked.
 void RecordReader::checkMark() {
   const std::string_view start = unread();
   const bool isUtf8 = encoding_ == encoding_id::kUtf8;
@@ -129,8 +168,8 @@ void RecordReader::checkMark() {
   }
 }
 
-// Adds a chunk to what is unread. False when the buffer has no room for one: the record that it
-// holds has no end.
+// Adds a chunk to what is unread. False if the buffer has no room for one: the record in it has no
+// end.
 bool RecordReader::fill() {
   const std::size_t kept = fillPosition_ - readPosition_;
   if (kept + kChunkSize > bytes_.size()) {
@@ -139,6 +178,7 @@ bool RecordReader::fill() {
   }
   std::copy(bytes_.begin() + static_cast<std::ptrdiff_t>(readPosition_),
             bytes_.begin() + static_cast<std::ptrdiff_t>(fillPosition_), bytes_.begin());
+  bufferOffset_ += static_cast<i64>(readPosition_);
   readPosition_ = 0;
   fillPosition_ = kept;
   const i32 got = file_->Read(bytes_.data() + kept, static_cast<i32>(kChunkSize));
@@ -153,11 +193,11 @@ bool RecordReader::fill() {
   if (std::exchange(firstRead_, false)) {
     checkMark();
   }
-  // Half a character at the end of the file is made whole with a zero byte.
+  // Half a character at the end of the file is completed with a zero byte.
   if (atEnd_ && (fillPosition_ - readPosition_) % static_cast<std::size_t>(unitSize()) != 0) {
     bytes_[fillPosition_++] = '\0';
   }
-  return lastError_ < record_error::kFirstFatal;
+  return !hasFailed();
 }
 
 bool RecordReader::isUnitAt(std::string_view bytes, std::size_t offset, char character) const {
@@ -181,23 +221,28 @@ std::size_t RecordReader::findLineFeed(std::string_view bytes, std::size_t from)
 i32 RecordReader::ReadRecord(const char16_t*& text, i32& length) {
   text = u"";
   length = 0;
-  if (lastError_ >= record_error::kFirstFatal) {
+  if (hasFailed()) {
     return -1;
   }
   lastError_ = record_error::kNone;
-  std::size_t scanned = 0;  // whole characters that hold no line feed
+  std::size_t scanned = 0;  // bytes of whole characters without a line feed
   for (;;) {
     const std::string_view bytes = unread();
     const auto unit = static_cast<std::size_t>(unitSize());
     const std::size_t found = firstRead_ ? bytes.npos : findLineFeed(bytes, scanned);
     if (found != bytes.npos) {
+      recordPosition_ = position();
       readPosition_ += found + unit;
       const bool hasReturn = found >= unit && isUnitAt(bytes, found - unit, carriageReturn_);
       return decode(bytes.substr(0, hasReturn ? found - unit : found), text, length);
     }
+    if (atEnd_ && bytes.empty()) {
+      return -1;
+    }
     if (atEnd_) {
+      recordPosition_ = position();
       readPosition_ = fillPosition_;
-      return bytes.empty() ? -1 : decode(bytes, text, length);
+      return decode(bytes, text, length);
     }
     scanned = bytes.size() / unit * unit;
     if (!fill()) {

@@ -11,10 +11,11 @@
 
 namespace rvf {
 
-/// What went wrong with the reading of records. From kFirstFatal on it stays.
+/// What went wrong with the reading of records. Codes from kFirstFatal on are final.
 namespace record_error {
 constexpr i32 kNone = 0;
-constexpr i32 kShortRead = 1;  // the end of the file came into the buffer
+/// The end of the file has been read into the buffer.
+constexpr i32 kShortRead = 1;
 constexpr i32 kUnexpectedMark = 8001;
 constexpr i32 kTruncatedCharacter = 8002;
 constexpr i32 kFirstFatal = 9000;
@@ -27,27 +28,38 @@ constexpr i32 kWrongMark = 9006;
 constexpr i32 kUnsupportedCharacter = 9007;
 }  // namespace record_error
 
+/// How an encoding switches between single and double bytes.
+enum class ShiftClass : i32 { kNone = 1, kDoubleByte = 2, kJef = 3, kJips = 4, kIso2022 = 5 };
+
+/// The bytes that switch to double and back to single bytes; empty for the classes without any of
+/// their own.
+struct ShiftBytes {
+  std::string_view toDouble;
+  std::string_view toSingle;
+};
+[[nodiscard]] ShiftBytes shiftBytes(ShiftClass shiftClass);
+
 /// Reads a text file in any encoding as records of wide text. A record ends at a line feed, at a
 /// carriage return with a line feed, or at the end of the file. Memory is bounded by the longest
 /// record allowed, whatever the length of the file.
 ///
-/// It reports nothing itself, but for a converter that cannot be opened and what the file object
-/// reports: its user asks for the error and tells it in its own way.
+/// The reader keeps its error for its user to ask for and report. Only the converter and the file
+/// object report their own failures.
 class RecordReader {
  public:
   RecordReader() = default;
   RecordReader(const RecordReader&) = delete;
   RecordReader& operator=(const RecordReader&) = delete;
 
-  /// The file to read, from its position on. It stays the caller's.
+  /// The file to read, from its current position on. It stays the caller's.
   void Attach(FileObject* file) { file_ = file; }
 
-  /// Sets up the buffer and the converter, by name if there is one, else by id. False on failure,
-  /// with the reason in GetErrorCode.
+  /// Sets up the buffer and the converter, by name if one is given, otherwise by id. Returns false
+  /// on failure, with the reason in GetErrorCode.
   [[nodiscard]] bool Open(const eString& encodingName, i32 encodingId, i32 maximumRecordLength);
 
   /// Delivers the next record and returns its length in characters, or -1 at the end of the file
-  /// and after a fatal error. The text stays until the next call and is zero-terminated.
+  /// and after a fatal error. The text is zero-terminated and valid until the next call.
   i32 ReadRecord(const char16_t*& text, i32& length);
 
   /// Whether the file is exhausted.
@@ -59,8 +71,28 @@ class RecordReader {
   i32 GetErrorText(eString& text) const;
   i32 GetWarningText(eString& text) const;
 
+  // The rest is part of the interface; a run does not call it.
+
+  [[nodiscard]] bool isOpen() const { return isOpen_; }
+  /// Whether a fatal error has ended the reading.
+  [[nodiscard]] bool hasFailed() const { return lastError_ >= record_error::kFirstFatal; }
+
+  /// Byte offsets from where the file stood when the reading began: that of the next record and
+  /// that of the record that was delivered last. Half a character at the end counts as a whole one.
+  [[nodiscard]] i64 position() const { return bufferOffset_ + static_cast<i64>(readPosition_); }
+  [[nodiscard]] i64 recordPosition() const { return recordPosition_; }
+
+  [[nodiscard]] i32 maximumRecordLength() const { return maximumRecordLength_; }
   /// The encoding, which a byte-order mark may have changed.
   [[nodiscard]] i32 encoding() const { return encoding_; }
+  [[nodiscard]] bool isJefEncoding() const { return isJefEncoding_; }
+  [[nodiscard]] ShiftClass shiftClass() const { return shiftClass_; }
+  [[nodiscard]] bool hasShiftBytes() const { return shiftClass_ != ShiftClass::kNone; }
+
+  /// A converter for writing back, borrowed, that follows when a byte-order mark changes the
+  /// encoding; null for none.
+  void setOutputConverter(TextConverter* converter) { outputConverter_ = converter; }
+  [[nodiscard]] TextConverter* outputConverter() const { return outputConverter_; }
 
   /// See TextConverter::setReplacements.
   void setReplacements(std::span<const ReplacementPair> pairs) {
@@ -69,6 +101,7 @@ class RecordReader {
 
  private:
   [[nodiscard]] bool openConverter(const eString& name);
+  void noteDelimiters();
   [[nodiscard]] bool fill();
   void checkMark();
   void useEncoding(i32 id);
@@ -82,23 +115,32 @@ class RecordReader {
   i32 fail(i32 error);
 
   FileObject* file_ = nullptr;
-  bool atEnd_ = false;  // the file gave fewer bytes than were asked for
-  std::string bytes_;   // raw input; what is unread lies between the positions
+  /// The last read gave fewer bytes than were asked for.
+  bool atEnd_ = false;
+  /// Raw input. What is unread lies between the two positions.
+  std::string bytes_;
   std::size_t readPosition_ = 0;
   std::size_t fillPosition_ = 0;
+  /// The offset of the buffer's first byte in what was read of the file.
+  i64 bufferOffset_ = 0;
+  i64 recordPosition_ = 0;
   i32 maximumRecordLength_ = 0;
   std::u16string wide_;
   std::string cleaned_;
-  bool firstRead_ = true;  // the mark is still to be looked for
+  /// The byte-order mark is still to be checked.
+  bool firstRead_ = true;
+  bool isOpen_ = false;
   i32 lastError_ = record_error::kNone;
   i32 encoding_ = encoding_id::kNone;
   TextConverter converter_;
+  TextConverter* outputConverter_ = nullptr;
   char lineFeed_ = '\n';
   char carriageReturn_ = '\r';
   bool isJefEncoding_ = false;
+  ShiftClass shiftClass_ = ShiftClass::kNone;
 };
 
-/// Cleans one record of a JEF encoding in place: the shifts get their one form, and the control
+/// Cleans one record of a JEF encoding in place: all shifts get the same form, and the control
 /// sequences, which stand for no character, are removed.
 void cleanJefRecord(std::string& record);
 

@@ -4,7 +4,6 @@
 #include <unicode/ucnv_err.h>
 
 #include <algorithm>
-#include <limits>
 
 #include "messages/MessageReporter.h"
 
@@ -19,31 +18,29 @@ void ConverterCloser::operator()(UConverter* converter) const {
 
 namespace {
 
-// ICU never chooses the byte order from its platform.
+// ICU must never choose the byte order from the platform.
 eString withByteOrder(const eString& name) {
   return name == eString(u"UTF-16") ? eString(u"UTF-16LE") : name;
 }
 
-ConverterHandle tryOpen(const char16_t* name) {
+bool tryOpen(const char16_t* name, ConverterHandle& handle) {
   UErrorCode code = U_ZERO_ERROR;
-  ConverterHandle handle(ucnv_openU(name, &code));
-  const bool isGood = code == U_ZERO_ERROR || code == U_AMBIGUOUS_ALIAS_WARNING;
-  return isGood ? std::move(handle) : nullptr;
+  handle.reset(ucnv_openU(name, &code));
+  return handle != nullptr && (code == U_ZERO_ERROR || code == U_AMBIGUOUS_ALIAS_WARNING);
 }
 
 }  // namespace
 
-// What ICU calls for bytes that it cannot map.
+// ICU calls this for bytes that it cannot map.
 void TextConverter::substitute(const void* context, UConverterToUnicodeArgs* arguments,
-                               const char* bytes, int32_t length, UConverterCallbackReason reason,
+                               const char* bytes, int32_t, UConverterCallbackReason reason,
                                UErrorCode* code) {
   if (reason > UCNV_IRREGULAR) {
-    return;  // told of a reset, a close or a copy: nothing to convert
+    return;  // a reset, a close or a copy: there is nothing to convert
   }
   Decoding& decoding = *static_cast<Decoding*>(const_cast<void*>(context));
   const std::span<const ReplacementPair> pairs = decoding.replacements;
-  const auto byte = length > 0 ? static_cast<u8>(bytes[0]) : u8{0};
-  const auto found = std::ranges::find(pairs, byte, &ReplacementPair::byte);
+  const auto found = std::ranges::find(pairs, static_cast<u8>(*bytes), &ReplacementPair::byte);
   decoding.isTruncated = *code == U_TRUNCATED_CHAR_FOUND;
   *code = U_ZERO_ERROR;
   if (found != pairs.end()) {
@@ -53,48 +50,47 @@ void TextConverter::substitute(const void* context, UConverterToUnicodeArgs* arg
   }
 }
 
-namespace {
-
-bool fitsIcu(std::size_t size, std::size_t unit) {
-  return size <= static_cast<std::size_t>(std::numeric_limits<int32_t>::max()) / unit;
-}
-
-}  // namespace
-
-ConverterHandle OpenConverter(const eString& name) {
+i32 OpenConverter(const eString& name, ConverterHandle& handle) {
   const eString wanted = withByteOrder(name);
-  ConverterHandle handle = tryOpen(wanted.c_str());
   const char16_t* fallback = fallbackConverter(wanted);
-  if (handle == nullptr && *fallback != 0) {
-    handle = tryOpen(fallback);
-  }
-  if (handle == nullptr) {
+  if (!tryOpen(wanted.c_str(), handle) && (*fallback == 0 || !tryOpen(fallback, handle))) {
     eString text;
     text.Format(u"Could not open Unicode Converter with \"%ls\" encoding.", wanted);
     Report(MessageNumber::kConverterNotOpened, text);
-    return nullptr;
+    return converter_result::kNotOpened;
   }
   ucnv_setFallback(handle.get(), 1);
-  return handle;
+  return converter_result::kOpened;
+}
+
+void TextConverter::CloseConverter() {
+  converter_.reset();
+  converterName_.Empty();
 }
 
 bool TextConverter::SetEncoding(i32 id) {
   eString name;
-  GetEncodingName(id, false, name);
+  GetEncodingName(id, NameUse::kConverter, name);
   const bool isSet = SetEncodingByName(name);
   encodingId_ = id;
   return isSet;
 }
 
 bool TextConverter::SetEncodingByName(const eString& name) {
-  converter_.reset();
-  converter_ = OpenConverter(name);
-  converterName_ = isOpen() ? name : eString();
-  GetEncodingId(name, encodingId_);
-  if (isOpen()) {
-    installCallback();
+  const eString wanted = name;  // may be the name of the converter that is closed here
+  CloseConverter();
+  GetEncodingId(wanted, encodingId_);
+  if (OpenConverter(wanted, converter_) != converter_result::kOpened) {
+    CloseConverter();
+    return false;
   }
-  return isOpen();
+  converterName_ = wanted;
+  installCallback();
+  return true;
+}
+
+bool TextConverter::shiftsWidths() const {
+  return isOpen() && ucnv_getType(converter_.get()) == UCNV_EBCDIC_STATEFUL;
 }
 
 void TextConverter::setReplacements(std::span<const ReplacementPair> pairs) {
@@ -109,43 +105,38 @@ void TextConverter::installCallback() {
 }
 
 std::string_view TextConverter::ConvertFromWide(std::u16string_view text) {
-  if (converter_ == nullptr || text.empty()) {
+  if (!isOpen() || text.empty() || text.size() > kLongestText) {
     return {};
   }
-  const auto largest = static_cast<std::size_t>(ucnv_getMaxCharSize(converter_.get()));
-  // The shifts in front of and behind the text need room too.
-  const std::size_t room = (text.size() + 10) * largest;
-  if (!fitsIcu(text.size() + 10, largest)) {
-    return {};
-  }
-  convertBuffer_.resize(std::max(convertBuffer_.size(), room));
+  const auto length = static_cast<int32_t>(text.size());
+  const int32_t room = UCNV_GET_MAX_BYTES_FOR_STRING(length, ucnv_getMaxCharSize(converter_.get()));
+  convertBuffer_.resize(std::max(convertBuffer_.size(), static_cast<std::size_t>(room)));
   UErrorCode code = U_ZERO_ERROR;
-  const int32_t length = ucnv_fromUChars(converter_.get(), convertBuffer_.data(),
-                                         static_cast<int32_t>(convertBuffer_.size()), text.data(),
-                                         static_cast<int32_t>(text.size()), &code);
+  const int32_t written =
+      ucnv_fromUChars(converter_.get(), convertBuffer_.data(),
+                      static_cast<int32_t>(convertBuffer_.size()), text.data(), length, &code);
   if (U_FAILURE(code)) {
     return {};
   }
-  return std::string_view(convertBuffer_).substr(0, static_cast<std::size_t>(length));
+  return std::string_view(convertBuffer_).substr(0, static_cast<std::size_t>(written));
 }
 
 std::u16string_view TextConverter::ConvertToWide(std::string_view bytes) {
   constexpr std::size_t kMostCharactersPerByte = 2;
   decoding_.isTruncated = false;
-  if (converter_ == nullptr || bytes.empty() ||
-      !fitsIcu(bytes.size() + 1, kMostCharactersPerByte)) {
+  if (!isOpen() || bytes.empty() || bytes.size() > kLongestText) {
     return {};
   }
   const std::size_t room = (bytes.size() + 1) * kMostCharactersPerByte;
   convertedText_.resize(std::max(convertedText_.size(), room));
   UErrorCode code = U_ZERO_ERROR;
-  const int32_t length = ucnv_toUChars(converter_.get(), convertedText_.data(),
-                                       static_cast<int32_t>(convertedText_.size()), bytes.data(),
-                                       static_cast<int32_t>(bytes.size()), &code);
+  const int32_t written = ucnv_toUChars(converter_.get(), convertedText_.data(),
+                                        static_cast<int32_t>(convertedText_.size()), bytes.data(),
+                                        static_cast<int32_t>(bytes.size()), &code);
   if (U_FAILURE(code)) {
     return {};
   }
-  return std::u16string_view(convertedText_).substr(0, static_cast<std::size_t>(length));
+  return std::u16string_view(convertedText_).substr(0, static_cast<std::size_t>(written));
 }
 
 }  // namespace rvf

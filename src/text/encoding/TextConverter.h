@@ -13,8 +13,9 @@
 
 namespace rvf {
 
-/// Frees what a converter holds outside its normal close. Stock converters hold nothing there, so
-/// this does nothing; a build with converters of its own supplies another body.
+/// Frees what a converter holds that ucnv_close does not free. Called once just before it. Stock
+/// converters hold nothing of the kind, so this does nothing; a build with its own converters
+/// supplies another body.
 void plenarixFreePlenarixConverterResources(UConverter* converter);
 
 struct ConverterCloser {
@@ -22,8 +23,15 @@ struct ConverterCloser {
 };
 using ConverterHandle = std::unique_ptr<UConverter, ConverterCloser>;
 
-/// Opens a converter by name, or its stand-in. Failure gives null and kConverterNotOpened.
-[[nodiscard]] ConverterHandle OpenConverter(const eString& name);
+/// What OpenConverter returns.
+namespace converter_result {
+constexpr i32 kOpened = 0;
+constexpr i32 kNotOpened = 3;
+}  // namespace converter_result
+
+/// Opens a converter by name, or its stand-in, and returns one of the codes above. A failure is
+/// reported as kConverterNotOpened; `handle` then holds what ICU returned, usually null.
+[[nodiscard]] i32 OpenConverter(const eString& name, ConverterHandle& handle);
 
 /// A byte that a converter cannot map, and the character to take for it.
 struct ReplacementPair {
@@ -44,24 +52,34 @@ class TextConverter {
   /// open; another id may then be set.
   bool SetEncoding(i32 id);
   bool SetEncodingByName(const eString& name);
+  /// Closes the open converter, if there is one. The destructor and both operations above do so
+  /// themselves.
+  void CloseConverter();
 
   [[nodiscard]] bool isOpen() const { return converter_ != nullptr; }
+  /// encoding_id::kNone until an encoding is set, and for a name that has no id.
   [[nodiscard]] i32 encodingId() const { return encodingId_; }
+  /// The name of the open converter; empty if none is open.
   [[nodiscard]] const eString& converterName() const { return converterName_; }
+  /// Whether the encoding switches between single and double bytes by SO and SI.
+  [[nodiscard]] bool shiftsWidths() const;
 
-  /// The text in the encoding; empty on failure. Valid until the next call.
+  /// The text in the encoding; empty on failure. Valid until the next call. One call converts at
+  /// most kLongestText characters or bytes.
   [[nodiscard]] std::string_view ConvertFromWide(std::u16string_view text);
   /// The bytes as wide text; empty on failure. Valid until the next call.
   [[nodiscard]] std::u16string_view ConvertToWide(std::string_view bytes);
+  /// Keeps the sizes of all buffers within the 32 bits that ICU counts in.
+  static constexpr std::size_t kLongestText = std::size_t{1} << 26;
 
-  /// Characters for bytes that the encoding does not map, looked at before ICU's own substitution.
-  /// The pairs are borrowed and must outlive their use.
+  /// Characters for bytes that the encoding does not map, tried before ICU's own substitution. The
+  /// pairs are borrowed and must outlive their use. Part of the interface; a run sets none.
   void setReplacements(std::span<const ReplacementPair> pairs);
   /// Whether the bytes of the last ConvertToWide ended inside a character.
   [[nodiscard]] bool wasTruncated() const { return decoding_.isTruncated; }
 
  private:
-  /// What the substitution of undecodable bytes reads and tells.
+  /// What the substitution callback reads and records.
   struct Decoding {
     std::span<const ReplacementPair> replacements;
     bool isTruncated = false;

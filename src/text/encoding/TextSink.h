@@ -14,13 +14,34 @@
 
 namespace rvf {
 
-/// Where the lines of a sink go. The kinds 1 and 3 write nothing and have no form here.
-enum class SinkKind : i32 { kFile = 0, kStream = 2, kMemory = 4, kConsole = 5, kWideMemory = 6 };
+/// Where the lines of a sink go. The kinds without a name of their own write nothing.
+enum class SinkKind : i32 {
+  kFile = 0,
+  kNothing1 = 1,
+  kStream = 2,
+  kNothing3 = 3,
+  kMemory = 4,
+  kConsole = 5,
+  kWideMemory = 6
+};
 
-/// Where the system writes lines of wide text. The form of the sink encodes them for its
-/// destination, with the line end going through the same converter as the text in front of it.
+/// Whether a text ends its line.
+enum class LineEnd : i32 { kNone, kWritten };
+
+/// Whether a text goes through the sink's converter. Unconverted text is written at two bytes a
+/// character; the UTF-16 encodings convert all the same, because their byte order matters.
+enum class Conversion : i32 { kNone, kConverted };
+
+/// What a text is to a sink in XML mode: content is escaped, markup is not.
+enum class TextRole : i32 { kContent, kMarkup };
+
+/// Whether a UTF-16 file starts with a byte-order mark. Other encodings have none.
+enum class ByteOrderMark : i32 { kNone, kWritten };
+
+/// Where the system writes lines of wide text. Each kind of sink encodes them for its destination;
+/// a line end goes through the same converter as the text in front of it.
 ///
-/// All writing operations return the bytes written; 0 tells of a failure.
+/// All writing operations return the number of bytes written; 0 means failure.
 class TextSink {
  public:
   TextSink(SinkKind kind, eString name) : kind_(kind), name_(std::move(name)) {}
@@ -31,95 +52,153 @@ class TextSink {
   [[nodiscard]] SinkKind kind() const { return kind_; }
   [[nodiscard]] const eString& name() const { return name_; }
 
-  /// Drops indents and line ends.
-  void setRawMode(bool raw) { rawMode_ = raw; }
-  /// Writes "\n" for "\r\n".
-  void setBareLineFeed(bool bare) { bareLineFeed_ = bare; }
-  /// Escapes the five characters of markup; what stands in a CDATA section is written as it comes.
-  void setXmlMode(bool xml) { xmlMode_ = xml; }
-
   /// Hands buffered bytes on to the destination.
   virtual void Flush() {}
   /// Ends the writing. A file is closed, but stays its owner's.
   virtual void Close() {}
 
-  i32 WriteLine(const char16_t* text, bool newline);
-  i32 WriteString(const eString& text, i32 indent, bool newline);
-  /// `count` characters behind `indent` blanks. A count of 0 writes nothing, not even the line end,
-  /// and returns -1.
-  i32 WriteIndented(const char16_t* text, i32 count, i32 indent, bool newline);
-  /// The writing core. Nothing to write and no line end wanted is no failure; it returns 0 all the
-  /// same. With `asMarkup` the text is markup itself and is not escaped.
-  i32 WriteData(const char16_t* text, i32 count, bool newline, bool asMarkup = false);
+  i32 WriteLine(const char16_t* text, LineEnd end);
+  i32 WriteString(const eString& text, i32 indent, LineEnd end);
+  /// `count` characters behind `indent` blanks. Quirk that stays: a count of 0 writes nothing, not
+  /// even the line end, and returns -1.
+  i32 WriteIndented(const char16_t* text, i32 count, i32 indent, LineEnd end);
+  /// What all writing comes down to. Without text and line end it does nothing and returns 0,
+  /// although that is no failure.
+  i32 WriteData(const char16_t* text, i32 count, LineEnd end,
+                Conversion conversion = Conversion::kConverted, TextRole role = TextRole::kContent);
+
+  // The rest is part of the interface; a run does not call it.
+
+  /// Drops indents and line ends.
+  void setRawMode(bool raw) { rawMode_ = raw; }
+  /// Writes "\n" instead of "\r\n".
+  void setBareLineFeed(bool bare) { bareLineFeed_ = bare; }
+  /// Escapes the five special characters of XML, except in CDATA sections. The console and the
+  /// memory of wide characters do not escape.
+  void setXmlMode(bool xml) { xmlMode_ = xml; }
+
+  /// 1 if the sink takes its text as wide characters, 0 if it holds bytes of an encoding.
+  [[nodiscard]] virtual i32 IsWide() const { return 1; }
+  /// 0 for every kind of sink.
+  [[nodiscard]] virtual i32 GetEncodingKind() const { return 0; }
+
+  /// Makes room for `byteCount` bytes: in the line that is being built, or behind the content of a
+  /// memory sink.
+  virtual void Reserve(i32 byteCount);
+  /// Puts `count` characters into the line that is being built, at `position` (at most its length),
+  /// drops what is behind them, and returns the new length. WriteIndented writes such lines.
+  i32 AppendPending(const char16_t* text, i32 count, i32 position);
+  /// The line that is being built; of a memory sink, the place of the next byte.
+  [[nodiscard]] virtual const void* GetBuffer() const { return lineBuffer_.data(); }
+
+  /// What a memory sink holds, by the type of its characters, and the same with its ownership.
+  /// Empty for all other sinks.
+  [[nodiscard]] virtual std::string_view bytes() const { return {}; }
+  [[nodiscard]] virtual std::u16string_view wideText() const { return {}; }
+  [[nodiscard]] virtual std::string takeBytes() { return {}; }
+  [[nodiscard]] virtual std::u16string takeWideText() { return {}; }
 
  protected:
-  /// Takes finished text to the destination and returns the bytes written.
-  virtual i32 deliver(std::u16string_view text) = 0;
-  [[nodiscard]] virtual std::u16string_view lineEnd() const {
+  /// Takes finished text to the destination and returns the number of bytes written.
+  virtual i32 deliver(std::u16string_view text, Conversion conversion) = 0;
+  [[nodiscard]] virtual std::u16string_view lineEndText() const {
     return bareLineFeed_ ? u"\n" : u"\r\n";
   }
 
  private:
+  [[nodiscard]] bool escapes(TextRole role) const;
   void appendEscaped(std::u16string_view text);
 
   SinkKind kind_;
   eString name_;
-  std::u16string lineBuffer_;  // used again from line to line
-  std::u16string indented_;
+  /// Both buffers are reused from line to line.
+  std::u16string lineBuffer_;
+  std::u16string outputBuffer_;
   bool rawMode_ = false;
   bool bareLineFeed_ = false;
   bool xmlMode_ = false;
-  bool insideCData_ = false;  // a section may span several writes
+  /// A CDATA section may span several writes.
+  bool insideCData_ = false;
 };
+
+/// Builds a sink that its caller owns. A file sink needs `file` and `name`, is opened with a
+/// byte-order mark and writes in the encoding of `encodingId`. Null if the file or the converter
+/// cannot be opened, and for the kinds over a stream or a block, which have no argument here. Part
+/// of the interface; a run builds its sinks itself.
+[[nodiscard]] std::unique_ptr<TextSink> OpenSink(SinkKind kind, FileObject* file,
+                                                 const eString& name,
+                                                 i32 encodingId = encoding_id::kUtf8);
 
 /// Writes "<name>" and "</name>" as a line each; nothing on a null sink.
 void StartElement(TextSink* sink, const char16_t* name);
 void EndElement(TextSink* sink, const char16_t* name);
 
-/// A file object, which stays the caller's and must outlive the sink.
+/// A sink of a kind that writes nothing.
+class NullSink final : public TextSink {
+ public:
+  explicit NullSink(SinkKind kind) : TextSink(kind, eString()) {}
+
+ protected:
+  i32 deliver(std::u16string_view, Conversion) override { return 0; }
+};
+
+/// Writes to a file object, which stays the caller's and must outlive the sink.
 class FileSink final : public TextSink {
  public:
   FileSink(FileObject& file, const eString& name) : TextSink(SinkKind::kFile, name), file_(file) {}
 
-  /// Creates or empties the file and, for the UTF-16 encodings, writes the byte-order mark if it is
-  /// wanted: FF FE for encoding_id::kUtf16 and kUtf16Le, FE FF for kUtf16Be. A failure leaves the
-  /// reason in errno.
-  [[nodiscard]] bool openFile(i32 encodingId, bool wantsMark);
+  /// Creates or empties the file and writes the byte-order mark if it is wanted: FF FE for
+  /// encoding_id::kUtf16 and kUtf16Le, FE FF for kUtf16Be. Returns false on failure, with the
+  /// reason in `openFailure`.
+  [[nodiscard]] bool openFile(i32 encodingId, ByteOrderMark mark);
+  /// The same in the encoding of another converter, by its name. A run goes by the id.
+  [[nodiscard]] bool openFile(const TextConverter& model, ByteOrderMark mark);
   /// Opens the converter of the encoding. A failure is reported.
-  [[nodiscard]] bool connect() { return converter_.SetEncoding(encodingId_); }
+  [[nodiscard]] bool connect();
+
+  /// Why openFile failed, in the system's words.
+  [[nodiscard]] const eString& openFailure() const { return openFailure_; }
+  /// encoding_id::kNone until openFile is called.
+  [[nodiscard]] i32 encoding() const { return encodingId_; }
 
   /// Reports kSinkWriteFailed for bytes that are lost.
   void Flush() override;
   void Close() override;
 
  protected:
-  i32 deliver(std::u16string_view text) override;
+  i32 deliver(std::u16string_view text, Conversion conversion) override;
 
  private:
-  bool write(std::string_view bytes);
-  void reportFailure(int errorNumber);
+  [[nodiscard]] bool createFile(ByteOrderMark mark);
+  [[nodiscard]] bool write(std::string_view bytes);
+  void reportFailure(const eString& reason);
 
   FileObject& file_;
   TextConverter converter_;
+  /// Empty if the encoding was given by id.
+  eString converterName_;
   i32 encodingId_ = encoding_id::kNone;
-  bool failed_ = false;  // told once; nothing is written any more
+  eString openFailure_;
+  /// The failure has been reported; nothing is written any more.
+  bool failed_ = false;
 };
 
-/// An output stream, in UTF-8 or another encoding.
+/// Writes to an output stream, in UTF-8 or another encoding. Part of the interface; a run has no
+/// such sink.
 class StreamSink final : public TextSink {
  public:
   StreamSink(std::ostream& stream, const eString& name, i32 encodingId = encoding_id::kUtf8);
 
  protected:
-  i32 deliver(std::u16string_view text) override;
+  i32 deliver(std::u16string_view text, Conversion conversion) override;
 
  private:
   std::ostream& stream_;
   TextConverter converter_;
 };
 
-/// Standard output, in UTF-8 with the platform's line end. That it cannot be written is nobody's
-/// failure: the status of the run is its result.
+/// Writes to standard output, in UTF-8 with the platform's line end. Failures do not matter here:
+/// the status of the run is its result.
 class ConsoleSink final : public TextSink {
  public:
   ConsoleSink() : TextSink(SinkKind::kConsole, eString()) {}
@@ -127,37 +206,50 @@ class ConsoleSink final : public TextSink {
   void Flush() override;
 
  protected:
-  i32 deliver(std::u16string_view text) override;
-  [[nodiscard]] std::u16string_view lineEnd() const override { return u"\n"; }
+  i32 deliver(std::u16string_view text, Conversion conversion) override;
+  [[nodiscard]] std::u16string_view lineEndText() const override { return u"\n"; }
 };
 
-/// A growing block of UTF-8 in memory.
+/// What a memory sink holds.
+enum class MemoryContent : i32 { kUtf8, kWide };
+
+/// A growing block in memory. Part of the interface; a run has no such sink.
 class MemorySink final : public TextSink {
  public:
-  MemorySink();
+  explicit MemorySink(MemoryContent content = MemoryContent::kUtf8);
 
-  [[nodiscard]] const std::string& bytes() const { return bytes_; }
-  /// Gives up the block.
-  [[nodiscard]] std::string take() { return std::move(bytes_); }
+  [[nodiscard]] i32 IsWide() const override { return converter_.isOpen() ? 0 : 1; }
+  void Reserve(i32 byteCount) override;
+  [[nodiscard]] const void* GetBuffer() const override;
+  [[nodiscard]] std::string_view bytes() const override { return bytes_; }
+  [[nodiscard]] std::u16string_view wideText() const override { return wideText_; }
+  [[nodiscard]] std::string takeBytes() override { return std::exchange(bytes_, {}); }
+  [[nodiscard]] std::u16string takeWideText() override { return std::exchange(wideText_, {}); }
 
  protected:
-  i32 deliver(std::u16string_view text) override;
+  i32 deliver(std::u16string_view text, Conversion conversion) override;
 
  private:
-  std::string bytes_;
   TextConverter converter_;
+  /// Only one of the two is used.
+  std::string bytes_;
+  std::u16string wideText_;
 };
 
-/// The caller's block of wide characters. What does not fit is dropped, and the writing fails.
+/// Writes into the caller's block of wide characters. What does not fit is dropped, and the writing
+/// fails. Part of the interface; a run has no such sink.
 class WideMemorySink final : public TextSink {
  public:
   explicit WideMemorySink(std::span<char16_t> block)
       : TextSink(SinkKind::kWideMemory, eString()), block_(block) {}
 
-  [[nodiscard]] std::u16string_view text() const { return {block_.data(), writePosition_}; }
+  [[nodiscard]] const void* GetBuffer() const override { return block_.data() + writePosition_; }
+  [[nodiscard]] std::u16string_view wideText() const override {
+    return {block_.data(), writePosition_};
+  }
 
  protected:
-  i32 deliver(std::u16string_view text) override;
+  i32 deliver(std::u16string_view text, Conversion conversion) override;
 
  private:
   std::span<char16_t> block_;

@@ -29,7 +29,7 @@ class RecordingSink final : public TextSink {
   std::string lines;
 
  protected:
-  i32 deliver(std::u16string_view text) override {
+  i32 deliver(std::u16string_view text, Conversion) override {
     if (failsTo != nullptr) {
       failsTo->Report(MessageNumber::kSinkWriteFailed, u"other.dat", u"full");
       return 0;

@@ -27,13 +27,13 @@ std::string quotedBytes(std::string_view bytes) {
 }
 
 /// What stands in a file that was written in one encoding, and what is read from it.
-std::string writtenAndRead(i32 id, bool wantsMark) {
+std::string writtenAndRead(i32 id, ByteOrderMark mark) {
   const test::TempFolder folder;
   eDiskFile file;
   FileSink sink(file, fromNative(folder.write("report", "what was there before")));
-  if (!sink.openFile(id, wantsMark) || !sink.connect()) return " no converter";
-  sink.WriteLine(u"Az09[]\u00E9\u0141\u20AC\u00A5\u2014\u65E5\uFF71\U0001F600", true);
-  sink.WriteLine(u"\u65E5", false);
+  if (!sink.openFile(id, mark) || !sink.connect()) return " no converter";
+  sink.WriteLine(u"Az09[]\u00E9\u0141\u20AC\u00A5\u2014\u65E5\uFF71\U0001F600", LineEnd::kWritten);
+  sink.WriteLine(u"\u65E5", LineEnd::kNone);
   sink.Close();
   RecordReader reader;
   EXPECT_TRUE(file.Open(fromNative(folder.path("report")), open_flags::kRead, false));
@@ -50,14 +50,16 @@ TEST(FileSink, WritesAndReadsEveryEncoding) {
   std::string text;
   for (i32 id = 0; id <= 40; ++id) {
     eString name, shown;
-    GetEncodingName(id, false, name);
-    GetEncodingName(id, true, shown);
+    GetEncodingName(id, NameUse::kConverter, name);
+    GetEncodingName(id, NameUse::kDisplay, shown);
     i32 idOfName = 7;
     GetEncodingId(name, idOfName);
     text += std::to_string(id) + " " + toNative(name.view()) + ", " + toNative(shown.view()) +
-            ", " + std::to_string(idOfName) + ":" + writtenAndRead(id, true) + "\n";
+            ", " + std::to_string(idOfName) + ":" + writtenAndRead(id, ByteOrderMark::kWritten) +
+            "\n";
   }
-  for (const i32 id : {20, 21}) text += "no mark:" + writtenAndRead(id, false) + "\n";
+  for (const i32 id : {20, 21})
+    text += "no mark:" + writtenAndRead(id, ByteOrderMark::kNone) + "\n";
   test::expectFrozen("encodings.txt", text);
   i32 id = 7;
   EXPECT_TRUE(GetEncodingId(u"Utf-16", id) == 0 && id == 20);
