@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "text/NativeText.h"
+
 namespace rvf {
 namespace {
 
@@ -18,6 +20,9 @@ TEST(eString, EditsLeaveTheOtherHandleAlone) {
       {[](eString& s) { s.GetBuffer(0)[0] = u'X'; }, u"X b"},
       {[](eString& s) { s.GetBufferSetLength(2)[0] = s.GetBufferSetLength(2)[1] = u'X'; }, u"XX"},
       {[](eString& s) { s.Empty(); }, u""},
+      {[](eString& s) { s.AssignCounted(2, u"XYZ"); }, u"XY"},
+      {[](eString& s) { s.Format(u"%d", 12); }, u"12"},
+      {[](eString& s) { s.Insert(1, u'X'); }, u"aX b"},
   };
   for (const auto& [edit, result] : edits) {
     const eString original(u"a b");
@@ -29,12 +34,73 @@ TEST(eString, EditsLeaveTheOtherHandleAlone) {
   }
 }
 
+/// The content and the capacity, where the content may be that of the empty buffer that is shared.
+std::string stateOf(const eString& text) {
+  return toNative(text.view()) + " " + std::to_string(text.capacity());
+}
+
+TEST(eString, EndsOfTheOperations) {
+  const std::pair<void (*)(eString&), std::string> edits[] = {
+      {[](eString& s) { EXPECT_EQ(s.Delete(-1, 2), 4); }, "cd 4"},
+      {[](eString& s) { EXPECT_EQ(s.Delete(4, 1), 4); }, "abcd 4"},
+      {[](eString& s) { EXPECT_EQ(s.Delete(1, 0), 4); }, "abcd 4"},
+      {[](eString& s) { EXPECT_EQ(s.Delete(2, 2), 4); }, "ab 4"},
+      {[](eString& s) { EXPECT_EQ(s.Delete(1, 1), 4); }, "acd 4"},
+      {[](eString& s) { s.Insert(4, u"x"); }, "abcdx 128"},
+      {[](eString& s) { s.Insert(0, u'x'); }, "xabcd 128"},
+      {[](eString& s) { s.Insert(5, u"x"), s.Insert(-1, u"x"); }, "abcd 4"},
+      {[](eString& s) { s.Assign(u"xy"); }, "xy 4"},
+      {[](eString& s) { s.Assign(u"vwxyz"); }, "vwxyz 5"},
+      {[](eString& s) { s.Assign(static_cast<const char16_t*>(nullptr)); }, " 4"},
+      {[](eString& s) { s.Assign(s), s.Assign(eString(s)); }, "abcd 4"},
+      {[](eString& s) { s.Append(u""), s.Append(eString()); }, "abcd 4"},
+      {[](eString& s) { s.Append(eString(u'x', 61)); }, "abcd" + std::string(61, 'x') + " 130"},
+      {[](eString& s) { s.GetBuffer(5)[2] = 0, s.ReleaseBuffer(-1); }, "ab 128"},
+      {[](eString& s) { s.GetBuffer(2)[2] = u'x', s.ReleaseBuffer(3); }, "abx 4"},
+      {[](eString& s) { s.GetBufferSetLength(0); }, " 4"},
+      {[](eString& s) { s.GetBufferSetLength(1); }, "a 4"},
+      {[](eString& s) { s.Empty(), s.MakeUpper(), s.MakeLower(), s.ReleaseBuffer(-1); }, " 0"},
+      {[](eString& s) { s.ReleaseBuffer(0), s.Empty(); }, " 4"},  // empty already
+      {[](eString& s) { s.Format(u""); }, " 4"},
+      {[](eString& s) { s.Empty(), s.Format(u""); }, " 128"},
+      {[](eString& s) { s.TrimLeft(), s.TrimRight(); }, "abcd 4"}};
+  for (const auto& [edit, state] : edits) {
+    eString text(u"abcd");
+    edit(text);
+    EXPECT_EQ(stateOf(text), state);
+    EXPECT_EQ(text.c_str()[text.length()], 0);
+  }
+  const eString text(u"abca");
+  for (const auto& [start, found] : {std::pair{-1, 0}, {0, 0}, {1, 3}, {3, 3}, {4, -1}}) {
+    EXPECT_EQ(text.Find(u'a', start), found);
+  }
+  EXPECT_EQ(text.Find(0, 0), -1);
+  const std::pair<eString, std::string> parts[] = {
+      {text.Left(2), "ab 2"},   {text.Left(-1), " 0"},     {text.Mid(-1, 2), "ab 2"},
+      {text.Mid(1, 2), "bc 2"}, {text.Mid(1, 9), "bca 3"}, {text.Mid(1, -1), " 0"},
+      {text.Mid(4, 1), " 0"},   {text.Mid(5, 5), " 0"},    {text.Mid(2), "ca 2"},
+      {text.Mid(5), " 0"},      {eString(u'x', 0), " 0"},  {eString(u'x', 2), "xx 2"},
+      {eString(""), " 0"},      {eString(u""), " 0"}};
+  for (const auto& [part, state] : parts) EXPECT_EQ(stateOf(part), state);
+  for (const eString& whole : {text.Left(4), text.Left(9), text.Mid(0, 4), text.Mid(-1)}) {
+    EXPECT_TRUE(whole.sharesBufferWith(text));
+  }
+  for (const auto& [left, right, order] : {std::tuple{u"aB", u"Ab", 0},
+                                           {u"a", u"B", -1},
+                                           {u"ab", u"A", 1},
+                                           {u"Z", u"[", 1},
+                                           {u"", u"a", -1}}) {
+    EXPECT_EQ(eString(left).CompareNoCase(right), order);
+  }
+}
+
 TEST(eString, TextOfItsOwnMovesWithTheBuffer) {
   eString text = eString(u"0123456789");
   const eString other = text;
   text.AssignCounted(4, text.c_str() + 3);
   for (int i = 0; i < 6; ++i) text.Append(text.c_str() + 1);
   EXPECT_EQ(text.view().substr(0, 12), u"345645645645");
+  EXPECT_EQ(other.view(), u"0123456789");
 }
 
 TEST(eString, WidenTrimAndCase) {
@@ -65,6 +131,7 @@ TEST(eString, FormatConversions) {
       {formatted(u"[%.*d][%*.*d]", 3, 7, 5, 3, 7), u"[007][  007]"},
       {formatted(u"[%6ls][%-6S][%*s]%.2ls", u"a", eString(u"b"), -6, u"c", u"def"),
        u"[     a][b     ][c     ]de"},
+      {formatted(u"[%.0ls][%1ls]%-2cx", u"ab", u"ab", u'c'), u"[][ab]c x"},
       {formatted(u"%c%C%lc 100%%", u'a', u'\u00E9', u'c'), u"a\u00E9c 100%"},
       {formatted(u"%x %X %#x %o %u", 255, 255, 255, 8, -1), u"ff FF 0xff 10 4294967295"},
       // "l" is 32 bits wide; only I64 takes more.
@@ -88,6 +155,23 @@ TEST(eString, LongFormattedTextsAreCut) {
   const std::u16string format = std::u16string(1023, u'y') + u"%ls";
   EXPECT_EQ(formatted(format.c_str(), eString(u'x', 9000)).length(), 5119);
   EXPECT_EQ(formatted(u"%100000s|", u"x").length(), 4097);  // the widest that a format can ask for
+  const FormatArgument widths[] = {FormatArgument(3000), FormatArgument(0)};
+  for (const auto& [text, estimate] : {std::pair{u"ab%%c", 4},
+                                       {u"%c", 2},
+                                       {u"%5C", 5},
+                                       {u"%.7hc", 7},
+                                       {u"%s%S", 2048},
+                                       {u"%2000ls", 2000},
+                                       {u"%.1500ls", 1500},
+                                       {u"%*ls", 3000},
+                                       {u"%d%i%o%p%u%x%X", 224},
+                                       {u"%#x%##d", 70},
+                                       {u"%f", 64},
+                                       {u"%e%g%G", 384},
+                                       {u"%k%", 0},
+                                       {u"%.*s", 3000}}) {
+    EXPECT_EQ(estimateFormattedLength(text, widths), estimate) << toNative(text);
+  }
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ TEST(NativeText, EveryByteStringComesBack) {
       ASSERT_EQ(toNative(fromNative(bytes + rest).view()), bytes + rest);
     }
   }
+  EXPECT_EQ(toNative(u"a\xD83D"), "a\xED\xA0\xBD");  // half a pair at the end
 }
 
 /// Bytes as they stand, but for those that are no ASCII.
@@ -61,19 +62,46 @@ TEST(FileSink, WritesAndReadsEveryEncoding) {
   for (const i32 id : {20, 21})
     text += "no mark:" + writtenAndRead(id, ByteOrderMark::kNone) + "\n";
   test::expectFrozen("encodings.txt", text);
-  i32 id = 7;
-  EXPECT_TRUE(GetEncodingId(u"Utf-16", id) == 0 && id == 20);
+  for (const auto& [name, expected] :
+       {std::pair{u"Utf-16", 20}, {u"utf-16le", 20}, {u"none", -1}}) {
+    i32 id = 7;
+    EXPECT_EQ(GetEncodingId(name, id), expected == -1 ? -1 : 0);
+    EXPECT_EQ(id, expected);
+  }
 }
 
-TEST(TextConverter, FailedOpenIsReportedAndNotFinal) {
+TEST(TextConverter, OpenedAndClosed) {
   test::HeldMessages messages;
-  TextConverter converter;
-  EXPECT_FALSE(converter.SetEncoding(11) && converter.SetEncodingByName(u"none"));
+  ConverterHandle handle;
+  EXPECT_EQ(OpenConverter(u"UTF-16", handle), converter_result::kOpened);
+  EXPECT_EQ(OpenConverter(u"none", handle), converter_result::kNotOpened);
   EXPECT_EQ(messages.take(), std::vector<std::string>{
                                  "9045 Could not open Unicode Converter with \"none\" encoding."});
-  EXPECT_TRUE(converter.ConvertFromWide(u"a").empty() && converter.ConvertToWide("a").empty());
+  TextConverter converter;
+  const auto state = [&converter] {
+    const std::string_view bytes = converter.ConvertFromWide(u"a\u00E9");
+    return std::to_string(converter.encodingId()) + toNative(converter.converterName().view()) +
+           (converter.isOpen() ? " open " : " closed ") + quotedBytes(bytes) +
+           test::quoted(converter.ConvertToWide(bytes));
+  };
+  EXPECT_EQ(state(), "-1 closed \"\"\"\"");
+  for (const auto& [name, expected] : {std::pair{u"UTF-16", "20UTF-16 open \"a|<233>|\"\"a<233>\""},
+                                       {u"none", "-1 closed \"\"\"\""},
+                                       {u"utf-16be", "21utf-16be open \"|a|<233>\"\"a<233>\""}}) {
+    const bool isOpened = converter.SetEncodingByName(name);
+    EXPECT_EQ(isOpened, converter.isOpen());
+    EXPECT_EQ(state(), expected);
+  }
+  EXPECT_TRUE(converter.SetEncodingByName(converter.converterName()));
+  converter.CloseConverter();
+  EXPECT_EQ(state(), "21 closed \"\"\"\"");
+  EXPECT_TRUE(converter.SetEncoding(999));
+  EXPECT_EQ(state(), "999iso-8859-1 open \"a<233>\"\"a<233>\"");
   EXPECT_TRUE(converter.SetEncoding(11));
   EXPECT_EQ(converter.ConvertToWide("a\xFFz\xE2\x82"), u"a\uFFFDz\uFFFD");
+  EXPECT_TRUE(converter.wasTruncated());
+  const std::u16string_view tooLong(u"a", TextConverter::kLongestText + 1);  // nothing is read
+  EXPECT_TRUE(converter.ConvertFromWide(tooLong).empty());
 }
 
 }  // namespace

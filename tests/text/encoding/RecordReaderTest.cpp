@@ -5,6 +5,8 @@
 #include <array>
 
 #include "storage/MemFile.h"
+#include "support/FailingFile.h"
+#include "support/Reporting.h"
 #include "text/NativeText.h"
 
 namespace rvf {
@@ -13,9 +15,8 @@ namespace {
 using namespace std::string_literals;
 
 using Records = std::vector<std::u16string>;
-const Records kWrongMark = {u"wrong mark"}, kTooLong = {u"too long"};
 
-/// The records, and behind them the error that ended the reading.
+/// The records, and behind them the text of the error that ended the reading.
 Records readAll(std::string bytes, i32 encoding, i32 limit = 32767) {
   eMemFile file(reinterpret_cast<std::byte*>(bytes.data()), static_cast<i32>(bytes.size()), 0);
   RecordReader reader;
@@ -26,10 +27,13 @@ Records readAll(std::string bytes, i32 encoding, i32 limit = 32767) {
   for (i32 length = 0; reader.ReadRecord(text, length) >= 0;) {
     records.emplace_back(text, static_cast<std::size_t>(length));
   }
-  if (reader.GetErrorCode() == record_error::kWrongMark) records.push_back(kWrongMark[0]);
-  if (reader.GetErrorCode() == record_error::kRecordTooLong) records.push_back(kTooLong[0]);
+  eString error;
+  EXPECT_EQ(reader.GetErrorText(error) >= 9000, reader.hasFailed());
+  if (reader.hasFailed()) records.emplace_back(error.view());
   return records;
 }
+const Records kWrongMark = {u"Incorrect Byte-Order Mark Found in UTF Encoded File"};
+const Records kTooLong = {u"Internal Buffer Full - End of Record Not Found"};
 
 /// The text as an encoding of these has it: 20, 21 or UTF-8.
 std::string encoded(std::u16string_view text, i32 encoding) {
@@ -104,6 +108,83 @@ TEST(RecordReader, RecordsUpToTheLimit) {
     }
   }
   EXPECT_EQ(readAll(std::string(1000000, 'x'), 30), kTooLong);
+}
+
+// What the reader tells after each record: its place, the place of the next, the code, the warning.
+TEST(RecordReader, StateAfterEachRecord) {
+  const auto states = [](std::string bytes, i32 encoding) {
+    test::FailingFile file(bytes, bytes == "?" ? 1 : test::FailingFile::kNever, false);
+    TextConverter output;
+    RecordReader reader;
+    reader.Attach(&file);
+    reader.setOutputConverter(&output);
+    EXPECT_TRUE(reader.Open(u"", encoding, 9000) && reader.isOpen() && !reader.AtEnd());
+    const char16_t* text = nullptr;
+    std::string all;
+    eString warning;
+    for (i32 length = 0; length >= 0;) {
+      length = reader.ReadRecord(text, length);
+      all += std::to_string(reader.recordPosition()) + "-" + std::to_string(reader.position()) +
+             (reader.AtEnd() ? "." : ":") + std::to_string(reader.GetWarningText(warning));
+      all += toNative(warning.view()) + " ";
+    }
+    EXPECT_EQ(reader.outputConverter(), &output);
+    return all + std::to_string(reader.encoding()) + " " + std::to_string(output.encodingId());
+  };
+  const std::string cut = "8002Truncated Character Found in UTF-8 File ";
+  EXPECT_EQ(states("\xEF\xBB\xBF"
+                   "a\r\n\nbc",
+                   11),
+            "3-6:1 6-7:0 7-9.0 7-9.0 11 -1");
+  EXPECT_EQ(states("\xFE\xFF\0a\0\n\0b"s, 12), "2-6:1 6-8.0 6-8.0 21 21");
+  EXPECT_EQ(states(std::string(5000, 'x') + "\ny\n", 30), "0-5001:1 5001-5003.0 5001-5003.0 30 -1");
+  EXPECT_EQ(states("a\xE2\x82\nb\xE2\x82", 11), "0-4:1 4-7." + cut + "4-7.0 11 -1");
+  EXPECT_EQ(states("a\n\x81", 10), "0-2:1 2-3.0 2-3.0 10 -1");
+  EXPECT_EQ(states("", 11), "0-0.1 11 -1");
+  EXPECT_EQ(states("?", 30), "0-0.9002 30 -1");  // the read fails
+}
+
+TEST(RecordReader, OpenedByNameOrId) {
+  const test::HeldMessages messages;
+  const auto opened = [](const char16_t* name, i32 id) {
+    RecordReader reader;
+    const bool isOpen = reader.Open(name, id, 10);
+    eString error, warning;
+    EXPECT_EQ(reader.GetErrorText(error), isOpen ? 0 : 9004);
+    EXPECT_EQ(error.view(), isOpen ? u"" : u"Unable to Open ICU Library");
+    EXPECT_TRUE(reader.GetWarningText(warning) == reader.GetErrorCode() && warning.isEmpty());
+    EXPECT_EQ(reader.isOpen(), isOpen);
+    EXPECT_EQ(reader.maximumRecordLength(), 10);
+    const ShiftBytes shift = shiftBytes(reader.shiftClass());
+    return std::to_string(reader.encoding()) + (reader.isJefEncoding() ? " JEF " : " ") +
+           std::to_string(static_cast<i32>(reader.shiftClass())) +
+           (reader.hasShiftBytes() ? " shifts " : " ") + std::string(shift.toDouble) +
+           std::string(shift.toSingle);
+  };
+  const std::tuple<const char16_t*, i32, std::string> rows[] = {
+      {u"", 12, "20 1 "},
+      {u"", 10, "10 1 "},
+      {u"", -2, "-2 1 "},
+      {u"UTF-16", 11, "20 1 "},
+      {u"hz", 11, "-1 1 "},
+      {u"", 17, "17 2 shifts \x0E\x0F"},
+      {u"ibm-939", 11, "19 2 shifts \x0E\x0F"},
+      {u"", 9, "9 5 shifts "},
+      {u"", 28, "28 JEF 3 shifts ()"},
+      {u"JEF", 11, "11 3 shifts ()"},
+      {u"jips", 11, "11 4 shifts \x1Aq\x1Ap"}};
+  for (const auto& [name, id, expected] : rows) EXPECT_EQ(opened(name, id), expected);
+  constexpr ReplacementPair kPairs[] = {{0xFE, u'x'}, {0xFF, u'\u20AC'}};
+  std::string bytes = "a\xFF\xFE\xFD";
+  eMemFile file(reinterpret_cast<std::byte*>(bytes.data()), 4, 0);
+  RecordReader reader;
+  reader.Attach(&file);
+  ASSERT_TRUE(reader.Open(u"", 11, 9));
+  reader.setReplacements(kPairs);
+  const char16_t* text = nullptr;
+  i32 length = 0;
+  EXPECT_EQ(reader.ReadRecord(text, length), 4);
+  EXPECT_EQ(std::u16string_view(text), u"a\u20ACx\uFFFD");
 }
 
 TEST(RecordReader, JefCleaning) {
