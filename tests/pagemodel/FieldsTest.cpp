@@ -1,0 +1,132 @@
+// Every field of every type, against a table that was written by hand: what is read at each
+// version, which bytes of the record it comes from, whether it is copied, how it is moved, and what
+// a change of it earns.
+
+#include "compare/PartComparison.h"
+#include "pagemodel/PartRows.h"
+#include "support/FieldTable.h"
+#include "text/NativeText.h"
+
+namespace rvf::test {
+namespace {
+
+constexpr std::size_t kFirstField = 5;  // behind version and type
+
+std::string typeName(const Part& part) {
+  return toNative(kPartTypeNames[static_cast<std::size_t>(part.type)]);
+}
+
+class Fields : public ::testing::TestWithParam<Part> {
+ protected:
+  Fields() {
+    auto tables = fieldTables();
+    rows = tables.contains(typeName(GetParam())) ? tables.at(typeName(GetParam()))
+                                                 : tables.at("OTHER");
+  }
+
+  /// What the table has for a version, as `valueOf` changes it.
+  [[nodiscard]] Rows expected(int version, auto valueOf) const {
+    Rows found;
+    for (const FieldRow& row : rows) {
+      const std::string value = valueOf(row, row.valueAt(version));
+      if (value != "none") found.push_back(row.name + " " + value);
+    }
+    return found;
+  }
+  static void expectSame(const Rows& found, const Rows& wanted, const std::string& what) {
+    EXPECT_EQ(changedRows(found, wanted), "") << what << " and should not be";
+    EXPECT_EQ(changedRows(wanted, found), "") << what << " should be but is not";
+  }
+
+  std::vector<FieldRow> rows;
+};
+
+TEST_P(Fields, AreReadAtEveryVersion) {
+  const auto asStored = [](const FieldRow&, const std::string& value) { return value; };
+  for (const int version : versionGates()) {
+    if (version < 0) continue;
+    DrawPart part;
+    readWhole(part, readDrawPart, recordOf(GetParam(), version), true);
+    expectSame(fieldsOf(part), expected(version, asStored), "read at " + std::to_string(version));
+  }
+}
+
+TEST_P(Fields, AreCopiedAndMoved) {
+  DrawPart part = readFresh(GetParam()), copy;
+  copyPart(copy, part);
+  const auto copied = [&copy](const FieldRow& row, const std::string& value) {
+    const bool hasType = copy.type != PartType::kUnknown;
+    return row.is('c') ? value : std::string(hasType && value != "none" ? "0" : "none");
+  };
+  expectSame(fieldsOf(copy), expected(kNewestPart, copied), "copied");
+
+  const auto moved = [](const FieldRow& row, const std::string& value) {
+    if (!row.is('x') && !row.is('y')) return value;
+    std::ostringstream sum;
+    sum << std::stod(value) + (row.is('x') ? 5 : -7);
+    return sum.str();
+  };
+  shiftPart(part, 5, -7);
+  expectSame(fieldsOf(part), expected(kNewestPart, moved), "moved");
+  shiftPart(part, 0, 7);
+  shiftPart(part, -5, 0);
+  EXPECT_EQ(fieldsOf(part), fieldsOf(readFresh(GetParam())));
+}
+
+std::string bitNames(DiffFlags bits) {
+  std::string names;
+  for (const auto& [bit, name] : {std::pair{diff::kRotation, "Rotation"},
+                                  {diff::kText, "Text"},
+                                  {diff::kImages, "Images"},
+                                  {diff::kFonts, "Fonts"},
+                                  {diff::kLines, "Lines"},
+                                  {diff::kBorderLines, "BorderLines"},
+                                  {diff::kShapes, "Shapes"},
+                                  {diff::kLineWidth, "LineWidth"},
+                                  {diff::kColor, "Color"},
+                                  {diff::kPosition, "Position"},
+                                  {diff::kContent, "Content"}}) {
+    if ((bits & bit) != 0) names += (names.empty() ? "" : "+") + std::string(name);
+    bits &= ~bit;
+  }
+  return bits == 0 && !names.empty() ? names : std::to_string(bits);
+}
+
+/// The names of the fields that differ, none of which may have come or gone.
+std::string changedNames(const Rows& rows, const Rows& others) {
+  std::string names;
+  for (std::size_t i = 0; i < std::max(rows.size(), others.size()); ++i) {
+    const std::string row = i < rows.size() ? rows[i] : "(end) ";
+    if (i >= others.size() || row != others[i]) names += row.substr(0, row.find(' '));
+  }
+  return names;
+}
+
+TEST_P(Fields, ComeFromTheirBytesAndEarnTheirBits) {
+  const std::string record = recordOf(GetParam());
+  const DrawPart part = readFresh(GetParam());
+  const Rows before = fieldsOf(part);
+  std::size_t offset = kFirstField;
+  for (const FieldRow& row : rows) {
+    for (std::size_t i = 0; i < row.disk; ++i, ++offset) {
+      if (!row.isAltered) continue;
+      std::string bytes = record;
+      bytes[offset] ^= 1;
+      DrawPart altered;
+      readWhole(altered, readDrawPart, bytes, true);
+      const std::string where = row.name + ", byte " + std::to_string(i);
+      EXPECT_EQ(changedNames(before, fieldsOf(altered)), i < row.kept ? row.name : "") << where;
+      const bool isEqual = partsEqual(altered, part);
+      const DiffFlags bits = classifyParts(altered, part, {});
+      if (row.earns == "?" || i >= row.kept) continue;
+      EXPECT_EQ(isEqual && bits == 0 ? "=" : bitNames(bits), row.earns) << where;
+    }
+  }
+  EXPECT_EQ(offset, record.size()) << "the table has every byte of the record";
+}
+
+INSTANTIATE_TEST_SUITE_P(OfType, Fields, ::testing::ValuesIn(allParts()),
+                         [](const auto& info) { return "Type" + typeName(info.param); });
+
+}  // namespace
+}  // namespace rvf::test
