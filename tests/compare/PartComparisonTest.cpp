@@ -47,9 +47,7 @@ std::string comparison(const DrawPart& left, const DrawPart& right,
 
 /// Both ways, with no tolerance, with two different ones, and with negative ones. What differs by
 /// one bit in the second byte of a number is just at the border of 256.
-std::string comparisons(const std::string& record, const DrawPart& right) {
-  DrawPart left;
-  if (!readRecord(left, record)) return "not readable";
+std::string comparisons(const DrawPart& left, const DrawPart& right) {
   std::string results;
   for (const auto& [position, width] : {std::pair{0, 0}, {256, 255}, {255, 256}, {-1, -1}}) {
     const Tolerances tolerances{position, width};
@@ -63,13 +61,17 @@ std::string comparisons(const std::string& record, const DrawPart& right) {
 std::string sweep(const Part& left, const Part& right) {
   constexpr std::size_t kFirstField = 5;  // behind version and type
   const std::string record = recordOf(left);
-  const DrawPart read = readFresh(right);
+  const DrawPart read = readFresh(right), unchanged = readFresh(left);
   Deltas deltas;
-  deltas.add("unchanged", {comparisons(record, read)});
+  deltas.add("unchanged", {comparisons(unchanged, read)});
   for (std::size_t i = kFirstField; i < record.size(); ++i) {
-    std::string changed = record;
-    changed[i] ^= 1;
-    deltas.add("byte " + std::to_string(i), {comparisons(changed, read)});
+    std::string bytes = record;
+    bytes[i] ^= 1;
+    DrawPart changed;
+    if (!readRecord(changed, bytes)) continue;
+    // A byte of a count changes all fields behind it, and some bytes are dropped.
+    const Rows names = changedNames(fieldsOf(unchanged), fieldsOf(changed));
+    if (!names.empty()) deltas.add(names[0], {comparisons(changed, read)});
   }
   return Shown::row("types", left.type, right.type) + "\n" + deltas.text();
 }

@@ -92,16 +92,6 @@ std::string bitNames(DiffFlags bits) {
   return bits == 0 && !names.empty() ? names : std::to_string(bits);
 }
 
-/// The names of the fields that differ, none of which may have come or gone.
-std::string changedNames(const Rows& rows, const Rows& others) {
-  std::string names;
-  for (std::size_t i = 0; i < std::max(rows.size(), others.size()); ++i) {
-    const std::string row = i < rows.size() ? rows[i] : "(end) ";
-    if (i >= others.size() || row != others[i]) names += row.substr(0, row.find(' '));
-  }
-  return names;
-}
-
 TEST_P(Fields, ComeFromTheirBytesAndEarnTheirBits) {
   const std::string record = recordOf(GetParam());
   const DrawPart part = readFresh(GetParam());
@@ -115,7 +105,8 @@ TEST_P(Fields, ComeFromTheirBytesAndEarnTheirBits) {
       DrawPart altered;
       readWhole(altered, readDrawPart, bytes, true);
       const std::string where = row.name + ", byte " + std::to_string(i);
-      EXPECT_EQ(changedNames(before, fieldsOf(altered)), i < row.kept ? row.name : "") << where;
+      EXPECT_EQ(changedNames(before, fieldsOf(altered)), Rows(i < row.kept ? 1 : 0, row.name))
+          << where;
       const bool isEqual = partsEqual(altered, part);
       const DiffFlags bits = classifyParts(altered, part, {});
       if (row.earns == "?" || i >= row.kept) continue;

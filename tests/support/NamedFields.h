@@ -75,4 +75,17 @@ inline std::string changedRows(const Rows& rows, const Rows& others) {
   return text;
 }
 
+/// The names of the fields that differ between two objects of the same shape; all behind the first
+/// one that only one of them has.
+inline Rows changedNames(const Rows& rows, const Rows& others) {
+  Rows names;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (i >= others.size() || rows[i] != others[i]) {
+      names.push_back(rows[i].substr(0, rows[i].find(' ')));
+    }
+  }
+  if (others.size() > rows.size()) names.emplace_back("more fields");
+  return names;
+}
+
 }  // namespace rvf::test
