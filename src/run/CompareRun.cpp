@@ -10,7 +10,8 @@
 #include "messages/MessageReporter.h"
 #include "messages/ProcessEnd.h"
 #include "run/ExitStatus.h"
-#include "run/OperatorNotes.h"
+#include "run/Explanations.h"
+#include "run/FailureLog.h"
 #include "run/OutputGuard.h"
 #include "run/Progress.h"
 #include "run/RunReport.h"
@@ -21,9 +22,11 @@ namespace rvf {
 namespace {
 
 constexpr const char16_t* kMessageFileLabel = u"Message File";
+constexpr const char16_t* kMessageFileRole = u"message file";
 
-void tellUnusable(const eString& path, const eString& reason) {
-  Report(MessageNumber::kFileUnusable, path, reason);
+// An empty name would end the substitution of the message's arguments.
+void reportUnusable(const eString& path, const eString& reason) {
+  Report(MessageNumber::kFileUnusable, path.isEmpty() ? u"(no name)" : path, reason);
 }
 
 /// What stands behind such a record cannot be told, so reading on would compare garbage.
@@ -33,15 +36,15 @@ void tellUnusable(const eString& path, const eString& reason) {
 }
 
 /// Opens a file of the comparison. Null, and a report, when that fails.
-std::unique_ptr<eDiskFile> openFile(const eString& path, i32 flags) {
+std::unique_ptr<eDiskFile> openFile(const eString& path, i32 flags, FailureLog& failures) {
   auto file = std::make_unique<eDiskFile>();
   if (file->Open(path, flags | open_flags::kUnbuffered, false)) {
     return file;
   }
   if (file->refusedLength() != 0) {
-    tellTooLarge(path, file->refusedLength());
+    failures.add(path, explainTooLarge(file->refusedLength()));
   }
-  tellUnusable(path, file->openFailure());
+  reportUnusable(path, file->openFailure());
   return nullptr;
 }
 
@@ -54,13 +57,13 @@ void closeFile(std::unique_ptr<eDiskFile>& file) {
 
 }  // namespace
 
-CompareRun::CompareRun() = default;
+CompareRun::CompareRun(FailureLog& failures) : failures_(failures) {}
 
 CompareRun::~CompareRun() {
   try {
     closeRun(exit_status::kFailed);
   } catch (...) {
-    // Without memory the report stays without its end; what ended the run is told by main.
+    // Without memory the closing report is lost; main tells what ended the run.
   }
 }
 
@@ -78,33 +81,35 @@ bool CompareRun::openRun() {
   if (options_.badControlLine) {
     return false;
   }
-  firstFile_ = openFile(options_.firstFile, open_flags::kRead);
+  firstFile_ = openFile(options_.firstFile, open_flags::kRead, failures_);
   if (firstFile_ == nullptr) {
     return false;
   }
-  secondFile_ = openFile(options_.secondFile, open_flags::kRead);
+  secondFile_ = openFile(options_.secondFile, open_flags::kRead, failures_);
   if (secondFile_ == nullptr) {
     return false;
   }
   if (!objections.differenceFile.isEmpty()) {
-    tellUnusable(options_.differenceFile, objections.differenceFile);
+    reportUnusable(options_.differenceFile, objections.differenceFile);
     return false;
   }
-  differenceFile_ = openFile(options_.differenceFile, open_flags::kWrite | open_flags::kCreate);
+  differenceFile_ =
+      openFile(options_.differenceFile, open_flags::kWrite | open_flags::kCreate, failures_);
   return differenceFile_ != nullptr;
 }
 
-// Here the message file itself is the problem, so that the console is told.
+// Here the message file itself is the problem, so the console is told.
 bool CompareRun::openReport(const eString& objection) {
   const eString& path = options_.messageFile;
   eString line;
   messageFile_ = std::make_unique<eDiskFile>();
   auto sink = std::make_unique<FileSink>(*messageFile_, path);
   if (!objection.isEmpty() || !sink->openFile(options_.msgEncoding, ByteOrderMark::kWritten)) {
-    tellMessageFileProblem(path, objection.isEmpty() ? sink->openFailure() : objection);
+    failures_.add(path, objection.isEmpty() ? sink->openFailure() : objection, kMessageFileRole);
     line.Format(u" ****** There was an error opening the %ls named %ls *****", kMessageFileLabel,
                 path);
   } else if (!sink->connect()) {
+    failures_.add(path, u"There is no converter for its encoding", kMessageFileRole);
     line.Format(u" ****** There was an error connecting the %ls named %ls to an output sink *****",
                 kMessageFileLabel, path);
   } else {
@@ -119,10 +124,12 @@ bool CompareRun::openReport(const eString& objection) {
 }
 
 void CompareRun::greet() {
-  consoleSink_.WriteLine(
-      u"-*-*- Plenarix Batch Compare Utility Version 16.2.0 32-bit (DBCS)  -*-*- Batch Regression "
+  eString line;
+  line.Format(
+      u"-*-*- Plenarix Batch Compare Utility Version %ls 32-bit (DBCS)  -*-*- Batch Regression "
       u"Utility.",
-      LineEnd::kWritten);
+      kProgramVersion);
+  consoleSink_.WriteLine(line.c_str(), LineEnd::kWritten);
   consoleSink_.Flush();
 }
 
@@ -146,15 +153,17 @@ void CompareRun::closeReport(i32 status) {
   messageFile_.reset();
 }
 
-bool CompareRun::loadCapture(RvfReader& reader, eDiskFile& file) const {
+bool CompareRun::loadCapture(RvfReader& reader, eDiskFile& file) {
   reader.load(file);
+  if (reader.valid()) {
+    return true;
+  }
+  failures_.add(file.name(), explainRejection(reader, file.GetLength()));
   if (const std::optional<NewerRecord>& newer = reader.loadResult().newer) {
     endOnNewerRecord(*newer);
   }
-  if (!reader.valid()) {
-    Report(MessageNumber::kFileUnusable, file.name(), u"Invalid RVF");
-  }
-  return reader.valid();
+  Report(MessageNumber::kFileUnusable, file.name(), u"Invalid RVF");
+  return false;
 }
 
 i32 CompareRun::compareFiles() {
@@ -168,13 +177,36 @@ i32 CompareRun::compareFiles() {
   const auto progress = makeProgress(std::min(first.pageCount, second.pageCount));
   const WalkOutput output{*differenceFile_, options_.firstFile, options_.secondFile,
                           progress.get()};
-  const DiffFlags bits = walkCustomers(first, second, true, options_.tolerances, output);
-  for (const CompareContext* context : {&firstContext, &secondContext}) {
-    if (context->newerRecord() != nullptr) {
-      endOnNewerRecord(*context->newerRecord());
-    }
+  const auto status =
+      static_cast<i32>(walkCustomers(first, second, true, options_.tolerances, output));
+  notePages(first, options_.firstFile);
+  notePages(second, options_.secondFile);
+  if (progress != nullptr) {
+    const ProgressState& last = progress->last();
+    counts_ = {.status = status,
+               .customersDone = last.customersDone,
+               .pagesCompared = last.pagesCompared,
+               .differingPages = last.differingPages,
+               .unpairedPages = i64{first.pageCount} + second.pageCount - 2 * last.pagesCompared};
   }
-  return static_cast<i32>(bits);
+  return status;
+}
+
+void CompareRun::notePages(RvfReader& reader, const eString& path) {
+  const DamageRecord& damage = reader.damage();
+  for (const DamagedPage& place : damage.places) {
+    failures_.addDamage(path, describePage(reader, place));
+  }
+  failures_.countDamage(damage.count);
+  if (const NewerRecord* newer = reader.context().newerRecord(); newer != nullptr) {
+    const DamagedPage place = {reader.currentCustomer, reader.currentPage,
+                               reader.context().pageFailure()->offset};
+    eString reason = explainNewerRecord(*newer);
+    reason.Append(u", at ");
+    reason.Append(describePage(reader, place));
+    failures_.add(path, reason);
+    endOnNewerRecord(*newer);
+  }
 }
 
 }  // namespace rvf

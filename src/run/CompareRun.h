@@ -1,9 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 
 #include "base/Integers.h"
+#include "run/OperatorNotes.h"
 #include "run/RunOptions.h"
 #include "storage/DiskFile.h"
 #include "text/eString.h"
@@ -11,6 +13,7 @@
 
 namespace rvf {
 
+class FailureLog;
 class RvfReader;
 
 /// The steps of one run and everything that it owns: the settings, the two sinks and the three
@@ -18,8 +21,9 @@ class RvfReader;
 /// through the reporter and is the last one but closeRun.
 class CompareRun {
  public:
-  /// Opens nothing and reports nothing.
-  CompareRun();
+  /// Opens nothing and reports nothing. `failures` stays the caller's; what no message can tell
+  /// goes there directly.
+  explicit CompareRun(FailureLog& failures);
   CompareRun(const CompareRun&) = delete;
   CompareRun& operator=(const CompareRun&) = delete;
   /// Closes with the status of a failed run what is still open.
@@ -32,8 +36,8 @@ class CompareRun {
   /// Opens the message file and writes banner and summary to it, then opens both inputs and empties
   /// the difference file: before the first page is read, so that a difference file that cannot be
   /// written stops the run early. What cannot be opened, or must not be (OutputGuard.h), is
-  /// reported as kFileUnusable and ends the step; for the message file the console is told, and
-  /// standard error why.
+  /// reported as kFileUnusable and ends the step; for the message file the console gets a line, and
+  /// the failures the reason.
   [[nodiscard]] bool openRun();
 
   /// Says on the console that the program is at work.
@@ -48,13 +52,18 @@ class CompareRun {
   void closeRun(i32 status);
 
   [[nodiscard]] const RunOptions& options() const { return options_; }
+  /// What a comparison that came to its end has found, if somebody sits at a terminal to read it.
+  [[nodiscard]] const std::optional<ComparisonCounts>& counts() const { return counts_; }
 
  private:
   [[nodiscard]] bool openReport(const eString& objection);
-  [[nodiscard]] bool loadCapture(RvfReader& reader, eDiskFile& file) const;
+  [[nodiscard]] bool loadCapture(RvfReader& reader, eDiskFile& file);
+  void notePages(RvfReader& reader, const eString& path);
   void closeReport(i32 status);
 
+  FailureLog& failures_;
   RunOptions options_;
+  std::optional<ComparisonCounts> counts_;
   ConsoleSink consoleSink_;
   std::unique_ptr<eDiskFile> messageFile_;
   std::unique_ptr<FileSink> reportSink_;  // over messageFile_

@@ -2,12 +2,15 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include "messages/MessageReporter.h"
 #include "messages/ProcessEnd.h"
 #include "messages/catalogue/MessageOutput.h"
 #include "run/CompareRun.h"
 #include "run/ExitStatus.h"
+#include "run/FailureLog.h"
+#include "run/Interruption.h"
 #include "run/OperatorNotes.h"
 #include "run/Progress.h"
 #include "run/RunOptions.h"
@@ -17,27 +20,15 @@ namespace rvf {
 
 namespace {
 
-// A process end comes from deep inside the readers, with no path to the run.
-MessageOutput* currentOutput = nullptr;
-
-/// Nothing is closed and no archive is written out: the message file stays as it is, without a
-/// closing report, so that nobody takes the run for a finished one.
-void endAtOnce() {
-  eraseProgressLine();
-  if (currentOutput != nullptr) {
-    currentOutput->printHeldMessages();
-  }
-  std::fflush(nullptr);
-  std::_Exit(foldToProcessStatus(exit_status::kFailed));
-}
-
-/// The back end of the reporter for the time of a run. At its end it tells the operator what is
-/// still held, also when the run ends with an exception.
+/// Takes part in the messages of one run: stands behind the reporter as its back end and hears of
+/// failures as its listener. At its end it prints what is still held, also when the run ends with
+/// an exception.
 class MessageSession {
  public:
   MessageSession() : output_(messageReporter) {
     messageReporter.attachBackEnd(&output_);
-    currentOutput = &output_;
+    messageReporter.attachListener(&failures_);
+    current = this;
     handlerBefore_ = setProcessEndHandler(endAtOnce);
   }
   MessageSession(const MessageSession&) = delete;
@@ -46,10 +37,11 @@ class MessageSession {
     try {
       printHeldMessages();
     } catch (...) {
-      // Out of memory: what ended the run is told, the messages are not.
+      // Out of memory: main tells what ended the run, the messages are lost.
     }
     setProcessEndHandler(handlerBefore_);
-    currentOutput = nullptr;
+    current = nullptr;
+    messageReporter.attachListener(nullptr);
     messageReporter.attachBackEnd(nullptr);
   }
 
@@ -59,9 +51,26 @@ class MessageSession {
       output_.printHeldMessages();
     }
   }
+  [[nodiscard]] FailureLog& failures() { return failures_; }
 
  private:
+  // A process end comes from deep inside the readers, with no path to the run.
+  static inline MessageSession* current = nullptr;
+
+  /// Nothing is closed and no archive is written out: the message file stays as it is, without a
+  /// closing report, so that nobody takes the run for a finished one.
+  static void endAtOnce() {
+    eraseProgressLine();
+    if (current != nullptr) {
+      current->printHeldMessages();
+      printFailures(current->failures_);
+    }
+    std::fflush(nullptr);
+    std::_Exit(foldToProcessStatus(exit_status::kFailed));
+  }
+
   MessageOutput output_;
+  FailureLog failures_;
   ProcessEndHandler handlerBefore_;
 };
 
@@ -70,7 +79,10 @@ bool failedSeverely() {
 }
 
 i32 takeSteps(CompareRun& run, MessageSession& session, std::span<const eString> arguments) {
-  if (!run.parseArguments(arguments) || !run.openRun() || failedSeverely()) {
+  const bool isUnderstood = run.parseArguments(arguments);
+  printWarnings(run.options());
+  const InterruptionNotice interruptionNotice;
+  if (!isUnderstood || !run.openRun() || failedSeverely()) {
     return exit_status::kFailed;
   }
   run.greet();
@@ -84,16 +96,36 @@ i32 takeSteps(CompareRun& run, MessageSession& session, std::span<const eString>
                           : formExitStatus(status, run.options().simpleReturn);
 }
 
+void explainFailure(const RunOptions& options, FailureLog& failures) {
+  if (options.controlFileFailure) {
+    failures.add(options.controlFileFailure->path, options.controlFileFailure->reason,
+                 u"control file");
+  }
+  if (failures.isEmpty() && options.badOptions.empty()) {
+    failures.add(options.messageFile, u"It holds a message that is severe");
+  }
+  printFailures(failures);
+  printBadOptions(options);
+}
+
 }  // namespace
 
 i32 runCompare(std::span<const eString> arguments) {
   prepareStandardStreams();
+  if (const std::string answer = answerToQuestion(arguments); !answer.empty()) {
+    std::fwrite(answer.data(), 1, answer.size(), stdout);
+    return exit_status::kIdentical;
+  }
   MessageSession session;
-  CompareRun run;
+  CompareRun run(session.failures());
   const i32 exitStatus = takeSteps(run, session, arguments);
   run.closeRun(exit_status::kFailed);  // a run that got to its end has nothing open any more
   session.printHeldMessages();
-  tellFailedOptions(run.options());
+  if (exitStatus == exit_status::kFailed) {
+    explainFailure(run.options(), session.failures());
+  } else if (run.counts()) {
+    printResult(*run.counts());
+  }
   return exitStatus;
 }
 

@@ -1,23 +1,47 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
+#include "base/Integers.h"
 #include "run/RunOptions.h"
 
 namespace rvf {
 
-// What the operator is told on standard error beside the numbered messages. Nothing here fails: a
-// standard error that cannot be written is ignored.
+class FailureLog;
 
-/// Why the options ended the run: the control file that could not be used, and how options are
-/// written if one was not understood. Nothing when all were in order.
-void tellFailedOptions(const RunOptions& options);
+// What the operator is told beside the numbered messages: on standard error, but for the answers to
+// --help and --version. Nothing here fails: a stream that cannot be written is ignored.
 
-/// Why the message file could not be opened, or must not be.
-void tellMessageFileProblem(const eString& path, const eString& reason);
+/// What a finished comparison has found, for people.
+struct ComparisonCounts {
+  i32 status = 0;  // the DiffFlags of the files
+  i32 customersDone = 0;
+  i64 pagesCompared = 0;
+  i64 differingPages = 0;
+  i64 unpairedPages = 0;  // of both files; those that the walk did not come to are among them
+};
 
-/// A capture file of `length` bytes has offsets that its format cannot hold.
-void tellTooLarge(const eString& path, i64 length);
+/// One line without an end: "3 of 120 pages differ, 2 pages have no partner".
+[[nodiscard]] std::string resultLine(const ComparisonCounts& counts);
 
-/// A failure that no message stands for.
+/// Text as UTF-8 that a terminal can show: control characters appear as \x1B.
+[[nodiscard]] std::string printable(const eString& text);
+
+/// The answer to `--help` or `--version`, if that is the only argument; otherwise empty.
+[[nodiscard]] std::string answerToQuestion(std::span<const eString> arguments);
+
+/// The options that are accepted but not taken as they are written.
+void printWarnings(const RunOptions& options);
+
+/// Why the options ended the run: the control file that could not be used, each option that was not
+/// understood, and then how options are written. Nothing when all were in order.
+void printBadOptions(const RunOptions& options);
+
+void printFailures(const FailureLog& failures);
+void printResult(const ComparisonCounts& counts);
+
+/// Reports a failure that no message stands for.
 void reportFatalError(const char* reason);
 
 }  // namespace rvf

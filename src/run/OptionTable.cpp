@@ -105,22 +105,69 @@ bool setControlFileEncoding(RunOptions& options, const eString& value) {
   return true;
 }
 
+// What is accepted, but not as it is written
+
+eString numberTakenAs(const RunOptions&, const eString& value) {
+  const i32 number = leadingDecimal(value.text());
+  eString canonical;
+  canonical.Format(u"%d", number);
+  eString written = value;
+  written.TrimLeft();
+  if (written.text().starts_with(u'+')) {
+    written.Delete(0, 1);
+  }
+  eString text;
+  if (written != canonical) {
+    text.Format(u"taken as %d", number);
+  }
+  return text;
+}
+
+eString messageEncodingTakenAs(const RunOptions& options, const eString& value) {
+  const eString name = upperCased(value);
+  if (std::ranges::find(kMessageEncodings, name.text(), &NamedEncoding::name) !=
+      std::end(kMessageEncodings)) {
+    return {};
+  }
+  const auto* row = std::ranges::find(kMessageEncodings, options.msgEncoding, &NamedEncoding::id);
+  eString text;
+  text.Format(u"no such encoding; the message file is written in %ls", eString(row->name));
+  return text;
+}
+
+eString controlFileEncodingTakenAs(const RunOptions&, const eString& value) {
+  const bool isKnown = value.text() == kDefaultControlFileEncoding ||
+                       controlFileEncodingId(value) != encoding_id::kLatin1;
+  return isKnown ? u"" : u"no such encoding (names are in capitals); read as ISO88591";
+}
+
+eString dbcsModeTakenAs(const RunOptions& options, const eString& value) {
+  constexpr std::u16string_view kUsualNegations[] = {u"", u"FALSE", u"NO", u"OFF", u"0"};
+  const bool isExpected =
+      options.dbcsMode ||
+      std::ranges::find(kUsualNegations, upperCased(value).text()) != std::end(kUsualNegations);
+  return isExpected ? u"" : u"taken as FALSE; only TRUE turns it on";
+}
+
 constexpr OptionRow kOptions[] = {
     {u"COMPARE", u"FIRST,SECOND", u"the two page-capture files", setFiles},
-    {u"POS_TOLERANCE", u"N", u"positions may differ by N units", setPositionTolerance},
-    {u"LINE_TOLERANCE", u"N", u"line widths may differ by N units", setLineTolerance},
-    {u"DIFFTOLERANCE", u"N", u"both tolerances", setBothTolerances},
+    {u"POS_TOLERANCE", u"N", u"positions may differ by N units", setPositionTolerance,
+     numberTakenAs},
+    {u"LINE_TOLERANCE", u"N", u"line widths may differ by N units", setLineTolerance,
+     numberTakenAs},
+    {u"DIFFTOLERANCE", u"N", u"both tolerances", setBothTolerances, numberTakenAs},
     {u"DIFFERENCEFILE", u"PATH", u"the difference file to write", setDifferenceFile},
     {u"MESSAGEFILE", u"PATH", u"the message file to write", setMessageFile},
     {u"MSGENCODE", u"NAME",
      u"its encoding: ASCII BIG5 EBCDIC ISO88592 LATIN1 LATIN2\n"
      u"SJIS UTF16 UTF16BE UTF16LE UTF8",
-     setMessageEncoding},
+     setMessageEncoding, messageEncodingTakenAs},
     {u"SIMPLERETURN", u"", u"exit status 0 or 1 instead of the difference bits", setSimpleReturn},
-    {u"DBCS_MODE", u"TRUE", u"old capture files have two bytes a character", setDbcsMode},
+    {u"DBCS_MODE", u"TRUE", u"old capture files have two bytes a character", setDbcsMode,
+     dbcsModeTakenAs},
     {u"CONTROLFILE", u"PATH", u"a file of further options, one a line", setControlFile},
     {u"CONTROLFILEENCODING", u"NAME", u"its encoding: ISO88591 UTF16BE UTF16LE UTF8",
-     setControlFileEncoding},
+     setControlFileEncoding, controlFileEncodingTakenAs},
 };
 
 }  // namespace

@@ -17,6 +17,9 @@ struct OptionRow {
   std::u16string_view help;
   /// Sets the option. Returns false when the value is not understood.
   bool (*apply)(RunOptions& options, const eString& value);
+  /// What a value is taken as that is accepted, but not as it is written; empty for one that is.
+  /// Null: every value is taken as written.
+  eString (*takenAs)(const RunOptions& options, const eString& value) = nullptr;
 
   [[nodiscard]] bool takesValue() const { return !valueForm.empty(); }
 };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 
 namespace rvf {
@@ -18,8 +19,9 @@ constexpr auto kRedrawEvery = 250ms;
 constexpr std::chrono::duration<f64> kTooEarlyToJudge = 2s;
 constexpr std::size_t kUsualWidth = 80;
 
-// One terminal, one line on it: what a process end has to erase without a path to the run.
-std::size_t shownWidth = 0;
+// One terminal, one line on it: what a process end or a signal has to erase without a path to the
+// run.
+volatile std::sig_atomic_t shownWidth = 0;
 
 std::size_t terminalWidth() {
   winsize size{};
@@ -31,10 +33,12 @@ void draw(std::string line) {
   // The last column stays free: a character in it would move some terminals to the next line.
   line.resize(std::min(line.size(), terminalWidth() - 1));
   const std::size_t width = line.size();
-  line.resize(std::max(width, shownWidth), ' ');
+  const auto shown = static_cast<std::size_t>(shownWidth);
+  line.resize(std::max(width, shown), ' ');
+  shownWidth = static_cast<std::sig_atomic_t>(line.size());
   std::fprintf(stderr, "\r%s", line.c_str());
   std::fflush(stderr);
-  shownWidth = width;
+  shownWidth = static_cast<std::sig_atomic_t>(width);
 }
 
 std::string duration(f64 seconds) {
@@ -69,16 +73,15 @@ Progress::~Progress() { eraseProgressLine(); }
 void Progress::pagesCompared(i32 customersDone, i32 customerCount, i64 pagesCompared,
                              i32 differingPages) {
   const Clock::time_point now = Clock::now();
-  if (now - lastDrawn_ < kRedrawEvery) {
-    return;
+  last_.customersDone = customersDone;
+  last_.customerCount = customerCount;
+  last_.pagesCompared = pagesCompared;
+  last_.differingPages = differingPages;
+  last_.elapsed = now - start_;
+  if (now - lastDrawn_ >= kRedrawEvery) {
+    lastDrawn_ = now;
+    draw(progressLine(last_));
   }
-  lastDrawn_ = now;
-  draw(progressLine({.customersDone = customersDone,
-                     .customerCount = customerCount,
-                     .pagesCompared = pagesCompared,
-                     .pageTotal = pageTotal_,
-                     .differingPages = differingPages,
-                     .elapsed = now - start_}));
 }
 
 std::unique_ptr<Progress> makeProgress(i64 pageTotal) {
@@ -87,9 +90,20 @@ std::unique_ptr<Progress> makeProgress(i64 pageTotal) {
 
 void eraseProgressLine() {
   if (shownWidth > 0) {
-    std::fprintf(stderr, "\r%*s\r", static_cast<int>(shownWidth), "");
+    std::fprintf(stderr, "\r%*s\r", shownWidth, "");
     std::fflush(stderr);
     shownWidth = 0;
+  }
+}
+
+void eraseProgressLineFromHandler() {
+  constexpr char kBlank = ' ';
+  if (shownWidth > 0) {
+    [[maybe_unused]] ssize_t written = write(STDERR_FILENO, "\r", 1);
+    for (std::sig_atomic_t i = 0; i < shownWidth; ++i) {
+      written = write(STDERR_FILENO, &kBlank, 1);
+    }
+    written = write(STDERR_FILENO, "\r", 1);
   }
 }
 

@@ -27,7 +27,7 @@ struct ProgressState {
 /// is erased at the end.
 class Progress final : public WalkObserver {
  public:
-  explicit Progress(i64 pageTotal) : pageTotal_(pageTotal) {}
+  explicit Progress(i64 pageTotal) { last_.pageTotal = pageTotal; }
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
   ~Progress() override;
@@ -35,10 +35,13 @@ class Progress final : public WalkObserver {
   void pagesCompared(i32 customersDone, i32 customerCount, i64 pagesCompared,
                      i32 differingPages) override;
 
+  /// How far the comparison was when it was heard of last.
+  [[nodiscard]] const ProgressState& last() const { return last_; }
+
  private:
   using Clock = std::chrono::steady_clock;
 
-  i64 pageTotal_;
+  ProgressState last_;
   Clock::time_point start_ = Clock::now();
   Clock::time_point lastDrawn_ = start_;
 };
@@ -48,5 +51,7 @@ class Progress final : public WalkObserver {
 
 /// Removes the line that is shown, if there is one: for what else is to appear on standard error.
 void eraseProgressLine();
+/// The same for a signal handler.
+void eraseProgressLineFromHandler();
 
 }  // namespace rvf

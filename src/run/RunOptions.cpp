@@ -3,55 +3,48 @@
 #include <algorithm>
 
 #include "messages/MessageReporter.h"
+#include "run/OptionLine.h"
 #include "run/OptionTable.h"
 #include "storage/DiskFile.h"
 #include "text/encoding/RecordReader.h"
 
 namespace rvf {
 
-namespace {
-
-bool startsOption(const eString& text) {
-  return text.c_str()[0] == u'-' || text.c_str()[0] == u'/';
-}
-
-bool isComment(const eString& text) { return text.c_str()[0] == u'%' || text.c_str()[0] == u'*'; }
-
-}  // namespace
-
 bool RunOptions::parseCommandLine(std::span<const eString> arguments, bool readControl) {
   for (std::size_t index = 1; index < arguments.size();) {
     // The shell has split a value with blanks in it: it is put together with one blank a seam.
     eString text = arguments[index++];
-    for (; index < arguments.size() && !startsOption(arguments[index]); ++index) {
+    for (; index < arguments.size() && !startsAsOption(arguments[index]); ++index) {
       text.AppendChar(u' ');
       text.Append(arguments[index]);
     }
     if (!parseOption(text)) {
       Report(MessageNumber::kOptionNotUnderstood, text);
       badArgument = true;
+      badOptions.push_back({{}, text, explainBadOption(text)});
     }
   }
   return !badArgument && (!readControl || readControlFiles());
 }
 
 bool RunOptions::parseOption(const eString& line) {
-  eString text = line;
-  text.TrimLeft();
-  text.TrimRight();
-  if (text.isEmpty() || isComment(text)) {
+  const OptionLine pieces = splitOptionLine(line);
+  if (pieces.isIgnored) {
     return true;
   }
-  if (!startsOption(text)) {
+  const OptionRow* option = findOption(pieces.name, pieces.value.has_value());
+  if (option == nullptr) {
     return false;
   }
-  // Directly behind the dash a "=" is part of the name.
-  const i32 equals = text.Find(u'=', 2);
-  const bool withValue = equals >= 0;
-  eString name = withValue ? text.Mid(1, equals - 1) : text.Mid(1);
-  name.MakeUpper();
-  const OptionRow* option = findOption(name, withValue);
-  return option != nullptr && option->apply(*this, withValue ? text.Mid(equals + 1) : eString());
+  const eString value = pieces.value.value_or(eString());
+  if (!option->apply(*this, value)) {
+    return false;
+  }
+  const eString taken = option->takenAs == nullptr ? eString() : option->takenAs(*this, value);
+  if (!taken.isEmpty()) {
+    warnings.push_back({place_, line, taken});
+  }
+  return true;
 }
 
 void RunOptions::addControlFile(const eString& path) {
@@ -73,7 +66,7 @@ bool RunOptions::readControlFiles() {
 bool RunOptions::readControlFile(const eString& path) {
   constexpr i32 kLongestLine = 32767;
   eDiskFile file;
-  if (!file.Open(path, open_flags::kRead, false)) {
+  if (!file.Open(path, open_flags::kRead | open_flags::kSequential, false)) {
     controlFileFailure = {path, file.openFailure()};
     return false;
   }
@@ -83,7 +76,8 @@ bool RunOptions::readControlFile(const eString& path) {
   if (reader.Open(eString(), controlFileEncodingId(controlFileEncoding), kLongestLine)) {
     const char16_t* text = nullptr;
     i32 length = 0;
-    while (reader.ReadRecord(text, length) >= 0) {
+    for (i32 number = 1; reader.ReadRecord(text, length) >= 0; ++number) {
+      place_.Format(u"%ls:%d", path, number);
       eString line;
       line.AssignCounted(length, text);
       if (!line.isEmpty() && !parseOption(line)) {
@@ -92,6 +86,7 @@ bool RunOptions::readControlFile(const eString& path) {
       }
     }
   }
+  place_.Empty();
   eString reason;
   reader.GetErrorText(reason);
   if (!reason.isEmpty()) {
@@ -102,6 +97,7 @@ bool RunOptions::readControlFile(const eString& path) {
 }
 
 void RunOptions::noteBadControlLine(const eString& line) {
+  badOptions.push_back({place_, line, explainBadOption(line)});
   if (badControlLine) {
     return;
   }

@@ -11,6 +11,8 @@
 
 namespace rvf {
 
+constexpr const char16_t* kDefaultControlFileEncoding = u"ISO88591";
+
 /// The settings of one run, with their defaults. They come from the command line and then from the
 /// control files that it names, all in one syntax: an option line is a comment, or a dash or slash,
 /// a name and possibly "=value" (OptionTable.h). Of several lines with one name the last one holds.
@@ -21,6 +23,15 @@ struct RunOptions {
     eString reason;
   };
 
+  /// What the operator is to be told about one option.
+  struct Note {
+    eString place;  // "FILE:LINE" of a control file; empty for the command line
+    eString option;
+    eString text;
+  };
+
+  std::vector<Note> badOptions;       // all that were not understood, and why
+  std::vector<Note> warnings;         // accepted, but not as they are written
   bool badArgument = false;           // an argument was not understood
   std::vector<eString> controlFiles;  // in the order of reading, each path once
   bool badControlLine = false;        // a line of a control file was not understood
@@ -34,7 +45,7 @@ struct RunOptions {
   Tolerances tolerances;
   bool simpleReturn = false;  // the exit status tells only whether the files differ
   bool dbcsMode = false;      // text of two bytes a character in files too old to tell it
-  eString controlFileEncoding{u"ISO88591"};
+  eString controlFileEncoding{kDefaultControlFileEncoding};
 
   /// Takes the arguments behind the first one, which names the program. Words that begin neither
   /// with "-" nor with "/" belong to the option in front of them. Reports each option that is not
@@ -48,15 +59,18 @@ struct RunOptions {
   /// Appends a control file, unless its path is listed already.
   void addControlFile(const eString& path);
 
-  /// Reads all control files, those included that a control file adds. Returns whether the last one
-  /// was understood; a bad line in any of them sets badControlLine, and the first one is reported
-  /// (kOptionNotUnderstood). A file that cannot be opened or read ends the reading with false,
-  /// reports nothing and is told in controlFileFailure.
+  /// Reads all control files, those included that a control file adds. They may be anything that
+  /// can be read from front to end, a pipe too. Returns whether the last one was understood; a bad
+  /// line in any of them sets badControlLine, and the first one is reported (kOptionNotUnderstood).
+  /// A file that cannot be opened or read ends the reading with false, reports nothing and is
+  /// described in controlFileFailure.
   [[nodiscard]] bool readControlFiles();
 
  private:
   [[nodiscard]] bool readControlFile(const eString& path);
   void noteBadControlLine(const eString& line);
+
+  eString place_;  // of the line that is being parsed, as in Note
 };
 
 /// A line of a control file as a message can show it: characters from 32 to 127 as they are, others

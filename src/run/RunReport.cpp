@@ -72,7 +72,7 @@ void writeBanner(TextSink* sink, const char16_t* label) {
   i32 year = 0;
   now.GetDate(month, day, year, MonthsFrom::kOne);
   writeLine(*sink, kRule);
-  writeLine(*sink, u" * Plenarix Batch Compare Utility Version 16.2.0 32-bit (DBCS)");
+  writeLine(*sink, u" * Plenarix Batch Compare Utility Version %ls 32-bit (DBCS)", kProgramVersion);
   writeLine(*sink, u" * Execution Begins: %d/%d/%d   %.2d:%.2d:%.2d", month, day, year,
             now.GetHour(), now.GetMinute(), now.GetSecond());
   writeLine(*sink, u" * %ls  (%ls)", label, kBannerNumber);

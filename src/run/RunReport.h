@@ -7,6 +7,8 @@ namespace rvf {
 
 class TextSink;
 
+constexpr const char16_t* kProgramVersion = u"16.2.0";
+
 // What a run writes to its message file by itself, apart from the numbered messages. Scripts read
 // these lines, so their literals are frozen, leading blanks and tabs included.
 

@@ -132,14 +132,15 @@ bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
     // Without knowing what stands there, opening it might wait without end.
   } else if (exists && S_ISDIR(status.st_mode)) {
     errno = EISDIR;
-  } else if (exists && mode.starts_with('r') && !S_ISREG(status.st_mode)) {
+  } else if (exists && mode.starts_with('r') && !S_ISREG(status.st_mode) &&
+             (flags & open_flags::kSequential) == 0) {
     errno = EINVAL;
     failure_ = u"Not a regular file";
   } else if (exists && mode.starts_with('r') && status.st_size > kLongestFile) {
     errno = EFBIG;
     refusedLength_ = status.st_size;
   } else {
-    const bool isFifo = exists && S_ISFIFO(status.st_mode);
+    const bool isFifo = exists && S_ISFIFO(status.st_mode) && !mode.starts_with('r');
     stream_ = isFifo ? openFifoForWriting(nativePath, mode) : openStream(nativePath, mode);
   }
   isOpen_ = stream_ != nullptr;

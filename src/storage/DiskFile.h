@@ -20,8 +20,9 @@ class eDiskFile final : public FileObject {
   /// A file on disk has the length of what was written.
   void SetLength(i32) override {}
   /// What would make the run wait or read without end is refused before anything is opened: for
-  /// reading all but regular files (a directory with EISDIR, others with EINVAL), for writing a
-  /// FIFO that nobody reads. So is reading a file whose end has no offset (EFBIG).
+  /// reading all but regular files (a directory with EISDIR, others, unless kSequential is asked
+  /// for, with EINVAL), for writing a FIFO that nobody reads. So is reading a file whose end has no
+  /// offset (EFBIG).
   [[nodiscard]] bool Open(const eString& path, i32 flags, bool isText) override;
   /// Returns 1 when all bytes were written, else 0: items, not bytes. Reports kFileWriteFailed.
   i32 Write(const void* source, i32 count) override;

@@ -26,6 +26,8 @@ constexpr i32 kAppend = 0x2000;  // with kCreate: keeps the content and writes b
 /// Every read and write goes to the system as it is, so that a failing write is told where it
 /// happens: for an archive, which brings a buffer of its own, and for the message file.
 constexpr i32 kUnbuffered = 0x10000;
+/// The file is only read from front to end, so that it may be a pipe or a device.
+constexpr i32 kSequential = 0x20000;
 }  // namespace open_flags
 
 /// One interface over a file on disk and a block of memory. Failures are reported by number, as

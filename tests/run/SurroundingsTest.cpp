@@ -1,10 +1,4 @@
-#include "run/Surroundings.h"
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <string>
-#include <vector>
+#include "run/RunFolder.h"
 
 namespace rvf::test {
 namespace {
@@ -35,31 +29,45 @@ TEST_F(Surroundings, UnusableFilesEndTheRunAtOnce) {
   };
   struct Place {
     const char* arguments;  // with @ for the path
-    const char* told;
+    const char* role;       // where the reason is all that is told
     const char* report;
     bool isRead;
   };
   const Place places[] = {
-      {"-COMPARE=@,RVF2.rvf", "QZ001903S (1) File @: ", "-1", true},
-      {"-COMPARE=RVF1.rvf,@", "QZ001903S (1) File @: ", "-1", true},
-      {"-CONTROLFILE=@", "rvfcompare: control file @: ", kNoReport, true},
-      {"-DIFFERENCEFILE=@", "QZ001903S (1) File @: ", "-1", false},
-      {"-MESSAGEFILE=@", "rvfcompare: message file @: ", kNoReport, false},
+      {"-COMPARE=@,RVF2.rvf", "", "-1", true},
+      {"-COMPARE=RVF1.rvf,@", "", "-1", true},
+      {"-CONTROLFILE=@", " (control file)", kNoReport, true},
+      {"-DIFFERENCEFILE=@", "", "-1", false},
+      {"-MESSAGEFILE=@", " (message file)", kNoReport, false},
   };
   shell("mkfifo pipe; ln -s pipe link");
   for (const auto& [path, whyNotRead, whyNotWritten] : files) {
-    for (const auto& [arguments, told, expected, isRead] : places) {
-      const char* reason = isRead ? whyNotRead : whyNotWritten;
-      if (reason == nullptr) continue;
+    for (const auto& [arguments, role, expected, isRead] : places) {
+      const std::string reason = isRead                     ? whyNotRead
+                                 : whyNotWritten == nullptr ? ""
+                                                            : whyNotWritten;
+      const bool isControlFile = std::string(role).starts_with(" (c");
+      if (reason.empty() || (isControlFile && reason.starts_with("Not"))) continue;
       SCOPED_TRACE(filledIn(arguments, path));
       const ProgramResult result = runAnew(filledIn(arguments, path));
+      const std::string why = std::string(path) + ": " + reason;
       EXPECT_EQ(result.status, 255);
-      EXPECT_EQ(result.err, filledIn(told, path) + reason + "\n");
+      EXPECT_EQ(result.err, (*role == 0 ? "QZ001903S (1) File " + why + "\n" : "") +
+                                "rvfcompare: " + why + role + "\n");
       EXPECT_EQ(result.out.empty(), isRead || report() != kNoReport) << result.out;
       EXPECT_EQ(report(), expected);
       EXPECT_FALSE(has(differenceName));
     }
   }
+}
+
+TEST_F(Surroundings, ControlFilesMayBePipes) {
+  EXPECT_EQ(shell("echo -SIMPLERETURN | \"$P\" -CONTROLFILE=/dev/stdin").status, 1);
+  EXPECT_EQ(shell("mkfifo pipe; echo -SIMPLERETURN >pipe & \"$P\" -CONTROLFILE=pipe").status, 1);
+  EXPECT_EQ(run("-CONTROLFILE=/dev/null").status, kTrueStatus);
+  EXPECT_EQ(
+      run("-CONTROLFILE=/dev/zero").err,
+      "rvfcompare: /dev/zero: Internal Buffer Full - End of Record Not Found (control file)\n");
 }
 
 TEST_F(Surroundings, EveryEndOfARun) {
@@ -73,8 +81,10 @@ TEST_F(Surroundings, EveryEndOfARun) {
   write("order2.rvf", onePage({text({.text = u"b"}), text({.text = u"a"})}));
   write("cut.rvf", smallestCapture(false).substr(0, 32));  // ends where its index should be
   write("empty.rvf", "");
+  write("warned.rvf", onePage({startEnd({.nameValues = std::vector<NameValueFields>(65536)})}));
   write("mark.ctl", "\xFE\xFF-SIMPLERETURN\n");
-  write("bad.ctl", "-SIMPLERETURN\n-P\xD6S_TOLERANCE=5\n-FOO\n");
+  write("bad.ctl", "-SIMPLERETURN\n\n-P\xD6S_TOLERANCE=5\n% -X\n-F\x1BO\n");
+  write("good.ctl", "-POS_TOLERANCE=5mm\n");
   struct Row {
     const char* arguments;
     int status;
@@ -88,22 +98,44 @@ TEST_F(Surroundings, EveryEndOfARun) {
       {"-COMPARE=order1.rvf,order2.rvf -SIMPLERETURN", 0, "129", 'C'},
       {"-COMPARE=RVF1.rvf,other.rvf", 16, "2097152"},
       {"-COMPARE=RVF1.rvf,other.rvf /simplereturn", 1, "2097152"},
-      {"-COMPARE=RVF1.rvf,cut.rvf", 255, unusable + "cut.rvf: Invalid RVF\n-1"},
-      {"-COMPARE=empty.rvf,cut.rvf -SIMPLERETURN", 255, unusable + "empty.rvf: Invalid RVF\n-1"},
+      {"-COMPARE=RVF1.rvf,cut.rvf", 255, unusable + "cut.rvf: Invalid RVF\n-1", 'E',
+       "rvfcompare: cut.rvf: Damaged or cut short at offset 32, in the header, the shared objects "
+       "or "
+       "the index\n"},
+      {"-COMPARE=empty.rvf,cut.rvf -SIMPLERETURN", 255, unusable + "empty.rvf: Invalid RVF\n-1",
+       'E', "rvfcompare: empty.rvf: The file is empty\n"},
       // Nothing is closed: no closing report, and the difference file's bytes are lost.
       {"-COMPARE=newer.rvf,newer.rvf", 255, kNoEnd, 'E',
-       "QZ002564S (1) Record DRAWLIST 108, known 107\n"},
-      {"-COMPARE=RVF1.rvf,", 255, "-1", 'N', "QZ001903S (1) File |1|: |2|\n"},
+       "QZ002564S (1) Record DRAWLIST 108, known 107\n"
+       "rvfcompare: newer.rvf: A record DRAWLIST has version 108, this program knows versions up "
+       "to "
+       "107, at offset 44, customer 0 \"C1\", page 0\n"},
+      {"-COMPARE=RVF1.rvf,", 255, "-1", 'N',
+       "QZ001903S (1) File (no name): No such file or directory\n"
+       "rvfcompare: (no name): No such file or directory\n"},
       {"word -FOO=1 '' 2 -COMPARE=a -CONTROLFILE=none", 255, kNoReport, 'N',
        "QZ001019E (1) Option word\nQZ001019E (2) Option -FOO=1  2\n"
-       "QZ001019E (3) Option -COMPARE=a\n"},
+       "QZ001019E (3) Option -COMPARE=a\n"
+       "rvfcompare: word: an option begins with - or /, as in -COMPARE=FIRST,SECOND\n"
+       "rvfcompare: -FOO=1  2: no such option\n"
+       "rvfcompare: -COMPARE=a: the option is to be written as -COMPARE=FIRST,SECOND\n"},
       {"-CONTROLFILE=mark.ctl -CONTROLFILEENCODING=UTF8 -CONTROLFILE=none", 255, kNoReport, 'N',
-       "rvfcompare: control file mark.ctl: Incorrect Byte-Order Mark Found in UTF Encoded File\n"},
-      {"-CONTROLFILE=bad.ctl", 255, "-1", 'N', "QZ001019E (1) Option -Pd6S_TOLERANCE=5\n"},
+       "rvfcompare: mark.ctl: Incorrect Byte-Order Mark Found in UTF Encoded File (control "
+       "file)\n"},
+      {"-CONTROLFILE=bad.ctl -CONTROLFILE=good.ctl", 255, "-1", 'N',
+       "rvfcompare: good.ctl:1: warning: -POS_TOLERANCE=5mm: taken as 5\n"
+       "QZ001019E (1) Option -Pd6S_TOLERANCE=5\n"
+       "rvfcompare: bad.ctl:3: -P\xC3\x96S_TOLERANCE=5: no such option; did you mean "
+       "-POS_TOLERANCE=N?\n"
+       "rvfcompare: bad.ctl:5: -F\\x1BO: no such option\n"},
       {"-DIFFERENCEFILE=/dev/full", 255,
-       "QZ001811S (1) Output /dev/full: No space left on device\n2176", 'N'},
+       "QZ001811S (1) Output /dev/full: No space left on device\n2176", 'N',
+       "rvfcompare: /dev/full: writing failed: No space left on device\n"},
       {"-MESSAGEFILE=/dev/full", 255, kNoReport, 'C',
-       "QZ001806S (1) Report /dev/full: No space left on device\n"},
+       "QZ001806S (1) Report /dev/full: No space left on device\n"
+       "rvfcompare: /dev/full: writing failed: No space left on device\n"},
+      {"-COMPARE=warned.rvf,warned.rvf", 255, "QZ009048S (1) Values\nQZ009048S (2) Values\n129",
+       'C', "rvfcompare: PlenarixMessages.dat: It holds a message that is severe\n"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.arguments);
@@ -171,33 +203,44 @@ TEST_F(Surroundings, OutputsDestroyNothing) {
     SCOPED_TRACE(options + output);
     shell(prepare);
     const auto before = files();
-    const std::string reason = "It is also " + what + " of this run\n";
+    const std::string reason = "It is also " + what + " of this run";
 
     ProgramResult result = run(options + "-MESSAGEFILE=" + output);
     EXPECT_EQ(result.status, 255);
     EXPECT_EQ(result.out, kMessageFileLine + output + " *****\n");
-    EXPECT_EQ(result.err, "rvfcompare: message file " + output + ": " + reason);
+    EXPECT_EQ(result.err, "rvfcompare: " + output + ": " + reason + " (message file)\n");
     EXPECT_TRUE(files() == before);
 
     if (what == "the difference file") continue;
     result = run(options + "-DIFFERENCEFILE=" + output);
     EXPECT_EQ(result.status, 255);
-    EXPECT_NE(result.err.find(output), std::string::npos);
-    EXPECT_NE(result.err.find("It is also " + what), std::string::npos);
+    EXPECT_TRUE(result.err.ends_with("rvfcompare: " + output + ": " + reason + "\n"));
     EXPECT_EQ(report(), "-1");
     shell("rm PlenarixMessages.dat");
     EXPECT_TRUE(files() == before);
   }
 }
 
-// Two files that have lost the same page: without severities they would be identical.
-TEST_F(Surroundings, LossCountsWithoutCatalogueToo) {
+// Two files that have lost the same page are not identical, whatever the catalogue knows of it,
+// unless it says that this is not severe.
+TEST_F(Surroundings, LossCountsWithoutTheCatalogue) {
   PageFields lost = page({line()});
   lost.filePosition = 1000000;
-  write("RVF1.rvf", writeCapture(captureOf({page({line()}), lost})).bytes);
-  for (const std::string catalogue : {kCatalogue, "no catalogue\n"}) {
+  write("RVF1.rvf", writeCapture(captureOf({page({line()}), lost, lost})).bytes);
+  const std::string head = "// test\n#define MESS_SYMB_VER 1602008\n";
+  const std::pair<std::string, int> catalogues[] = {
+      {kCatalogue, 255},
+      {"no catalogue\n", 255},
+      {head, 255},
+      {head + "#define NO_SEPARATORS 9999 // W\n", 255},
+      {head + "#define DAMAGED 9042 // S|0|1|Damage\n", 255},
+      {head + "#define DAMAGED 9042 // W|0|0|Damage\n", 0},
+      {head + "#define DAMAGED 9042 // W|0|1|Damage\n", 0},
+  };
+  for (const auto& [catalogue, status] : catalogues) {
+    SCOPED_TRACE(catalogue);
     write("MsgResource_en-us.dat", catalogue);
-    EXPECT_EQ(run("-COMPARE=RVF1.rvf,RVF1.rvf").status, 255) << catalogue;
+    EXPECT_EQ(run("-COMPARE=RVF1.rvf,RVF1.rvf -SIMPLERETURN").status, status);
   }
 }
 
@@ -217,7 +260,9 @@ TEST_F(Surroundings, StandardStreamsDoNotCount) {
 TEST_F(Surroundings, FullDisk) {
   const ProgramResult noReport = shell("ulimit -f 1; exec \"$P\"");
   EXPECT_EQ(noReport.status, 255);
-  EXPECT_EQ(noReport.err, "QZ001806S (1) Report PlenarixMessages.dat: File too large\n");
+  EXPECT_EQ(noReport.err,
+            "QZ001806S (1) Report PlenarixMessages.dat: File too large\n"
+            "rvfcompare: PlenarixMessages.dat: writing failed: File too large\n");
   EXPECT_EQ(report(), kNoEnd);
 
   const std::string pair = writeCapture(captureOf(std::vector<PageFields>(2000))).bytes;
@@ -225,9 +270,48 @@ TEST_F(Surroundings, FullDisk) {
   write("RVF2.rvf", pair);
   const ProgramResult noResult = shell("ulimit -f 8; exec \"$P\"");
   EXPECT_EQ(noResult.status, 255);
-  EXPECT_EQ(noResult.err, "");
+  EXPECT_EQ(noResult.err, "rvfcompare: Differenced.dat: writing failed: File too large\n");
   EXPECT_EQ(report(), "QZ001811S (1) Output Differenced.dat: File too large\n0");
   EXPECT_FALSE(differenceIsComplete());
+}
+
+TEST_F(Surroundings, QuestionsTouchNoFile) {
+  const ProgramResult version = run("--version");
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out, "rvfcompare 16.2.0\n");
+  const ProgramResult help = run("--help");
+  EXPECT_EQ(help.status, 0);
+  EXPECT_TRUE(help.out.starts_with("usage: rvfcompare [OPTION]...\n"));
+  EXPECT_NE(help.out.find("\n  -POS_TOLERANCE=N            positions may"), std::string::npos);
+  EXPECT_EQ(version.err + help.err, "");
+  EXPECT_FALSE(has(messagesName));
+  EXPECT_NE(run("--help --version").err.find("understood as the only argument"), std::string::npos);
+}
+
+// The difference file is a pipe that takes no more, so that the run is in its midst.
+TEST_F(Surroundings, TerminalsAndInterruptions) {
+  std::vector<PageFields> pages(40000);
+  write("RVF1.rvf", writeCapture(captureOf(pages)).bytes);
+  pages.back() = page({line()});
+  write("RVF2.rvf", writeCapture(captureOf(pages)).bytes);
+  shell("mkfifo pipe");
+  const std::string start = "exec 3<>pipe; ";
+  for (const auto& [name, status] : {std::pair("INT", 130), std::pair("TERM", 143)}) {
+    const ProgramResult result = shell(start + "exec timeout --foreground --preserve-status -s " +
+                                       name + " 0.4 \"$P\" -DIFFERENCEFILE=pipe");
+    EXPECT_EQ(result.status, status);
+    EXPECT_EQ(result.err,
+              "rvfcompare: interrupted: the difference file and the message file are incomplete\n");
+    EXPECT_EQ(report(), kNoEnd);
+  }
+  const std::string terminal = "script -qec '$P -DIFFERENCEFILE=pipe' /dev/null";
+  const std::string shown =
+      shell(start + "export P; (sleep 0.4; exec cat <&3 >taken) & " + terminal + "; kill $!").out;
+  const std::size_t line = shown.find("\r0 of 1 customers, ");
+  const std::size_t result = shown.find("\rrvfcompare: 1 of 40000 pages differs\r\n");
+  ASSERT_TRUE(line != shown.npos && result != shown.npos) << shown;
+  EXPECT_EQ(shown.find_first_not_of(" \r", shown.rfind("differ", result) + 6), result + 1)
+      << "the line is erased";
 }
 
 }  // namespace

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/Integers.h"
+#include "messages/MessageReporter.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+/// Why a run fails, for the operator: files and reasons, in the order in which they came up, then
+/// the places of damage. It hears of each message that means a loss; whoever knows more than a
+/// message can say adds that, before the message is raised. Each reason is kept once, and of many
+/// only the first ten, so a disk that fails on every page does not fill the memory.
+class FailureLog final : public MessageListener {
+ public:
+  static constexpr std::size_t kMostReasons = 10;
+
+  void messageRaised(const MessageEntry& entry) override;
+  /// Without a path the reason stands alone. `role` says what the run wanted of the file, where
+  /// that is not plain.
+  void add(const eString& path, const eString& reason, const char16_t* role = u"");
+  /// One of the damaged places.
+  void addDamage(const eString& path, const eString& place);
+  /// So many places were damaged, those among them that are added one by one.
+  void countDamage(i64 count) { damageCount_ += count; }
+
+  [[nodiscard]] bool isEmpty() const { return reasonCount_ == 0 && damageCount_ == 0; }
+  /// A line for each reason and place, "rvfcompare: PATH: REASON"; behind those that are listed the
+  /// number of the others.
+  [[nodiscard]] std::string text() const;
+
+ private:
+  struct Reason {
+    eString path;
+    std::string line;
+  };
+  std::vector<Reason> reasons_;
+  std::vector<std::string> damage_;
+  i64 reasonCount_ = 0;
+  i64 damageCount_ = 0;
+};
+
+}  // namespace rvf
