@@ -144,6 +144,10 @@ void printResult(const ComparisonCounts& counts) {
   print("rvfcompare: " + resultLine(counts) + "\n");
 }
 
-void reportFatalError(const char* reason) { print(std::string("rvfcompare: ") + reason + "\n"); }
+// There may be no memory left.
+void reportFatalError(const char* reason) {
+  eraseProgressLine();
+  std::fprintf(stderr, "rvfcompare: %s\n", reason);
+}
 
 }  // namespace rvf
