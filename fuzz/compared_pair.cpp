@@ -105,7 +105,8 @@ i32 firstFreeByLooking(const DrawPart& part, const DrawList& list,
 void requireSamePairings(const DrawList& parts, const DrawList& list,
                          const Tolerances& tolerances) {
   std::pmr::vector<bool> isTaken(static_cast<std::size_t>(list.count), false);
-  MatchCandidates candidates(list, isTaken, tolerances);
+  ChildListResults childLists(tolerances);
+  MatchCandidates candidates(list, isTaken, childLists);
   for (const DrawPart& part : parts.parts()) {
     const i32 found = candidates.firstFree(part);
     require(found == firstFreeByLooking(part, list, isTaken, tolerances),

@@ -57,11 +57,28 @@ DiffFlags classifySignatureFields(const DrawPart&, const DrawPart&, const Tolera
   return diff::kContent;
 }
 
+namespace {
+
+void addText(MatchKey& key, std::u16string_view upToZero) {
+  key.addBytes(upToZero.data(), upToZero.size() * sizeof(char16_t));
+}
+
+}  // namespace
+
 void addSignatureFieldToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
   const SignatureFieldFields& fields = part.fields.signatureField;
   key.addAll(fields.fieldFlagA, fields.fieldFlagB, fields.fieldId);
-  if (const SignatureInfo* info = signatureInfo(part)) {
-    key.addAll(info->left, info->top, info->right, info->bottom);
+  const SignatureInfo* info = signatureInfo(part);
+  if (info == nullptr) {
+    return;
+  }
+  key.addAll(info->left, info->top, info->right, info->bottom, info->attributes.size());
+  addText(key, info->fieldName.c_str());
+  addText(key, info->fieldValue.c_str());
+  for (const NameValue& attribute : info->attributes) {
+    addText(key, attribute.name.c_str());
+    key.add(attribute.hasValue);
+    addText(key, attribute.value.c_str());
   }
 }
 

@@ -1,9 +1,13 @@
 #include "compare/CompareImageParts.h"
 
 #include "compare/PartBytes.h"
-#include "pagemodel/ImageParts.h"
 
 namespace rvf {
+
+bool ownsNothing(const ImageInfo& info) {
+  return info.hyperlink == nullptr && info.nameValues == nullptr && info.wideName == nullptr &&
+         info.narrowName == nullptr;
+}
 
 bool equalImages(const DrawPart& left, const DrawPart& right) {
   const ImageFields& a = left.fields.image;
@@ -21,8 +25,16 @@ DiffFlags classifyImages(const DrawPart&, const DrawPart&, const Tolerances&) {
 void addImageToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
   const ImageFields& fields = part.fields.image;
   const ImageInfo& info = imageInfo(part);
+  if (!ownsNothing(info)) {
+    key.exclude();
+    return;
+  }
   key.addAll(fields.pixelWidth, fields.pixelHeight, fields.dataLength, fields.imageKind, info.left,
-             info.top, info.right, info.bottom);
+             info.top, info.right, info.bottom, info.reservedA, info.kindValue, info.flagA,
+             info.flagB, info.flagC, info.flagD, info.valueA, info.valueB, info.valueC,
+             info.colourA, info.colourB, info.colourC, info.colourD, info.valueD, info.reservedB,
+             info.valueE, info.imageFlag, info.colourE, info.valueF, info.valueG,
+             info.nameValueCount, info.byteE);
   const std::span<const std::byte> bytes = imageBytes(part);
   key.addBytes(bytes.data(), bytes.size());
 }

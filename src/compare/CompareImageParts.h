@@ -4,12 +4,15 @@
 #include "compare/MatchKey.h"
 #include "compare/Tolerances.h"
 #include "pagemodel/DrawPart.h"
+#include "pagemodel/ImageParts.h"
 
 namespace rvf {
 
 // The comparison of IMAGE and RESOURCE.
 // The rows of PartComparison.cpp tell which types `left` may have.
 
+/// Whether an image can equal another one: what it owns counts by its identity.
+[[nodiscard]] bool ownsNothing(const ImageInfo& info);
 [[nodiscard]] bool equalImages(const DrawPart& left, const DrawPart& right);
 [[nodiscard]] bool equalResources(const DrawPart& left, const DrawPart& right);
 

@@ -7,15 +7,19 @@
 
 namespace rvf {
 
+// All fields of a reference count.
 bool equalStaticRefs(const DrawPart& left, const DrawPart& right) {
-  // All fields of a reference count.
   constexpr std::size_t kAllFields = sizeof(StaticRefFields);
-  if (std::memcmp(&left.fields.staticRef, &right.fields.staticRef, kAllFields) != 0) {
-    return false;
-  }
+  return std::memcmp(&left.fields.staticRef, &right.fields.staticRef, kAllFields) == 0;
+}
+
+bool equalChildren(const DrawPart& left, const DrawPart& right, ChildListResults* childLists) {
   const DrawList* a = childList(left);
   const DrawList* b = childList(right);
-  return a == nullptr || b == nullptr || listsEqual(*a, *b);
+  if (a == nullptr || b == nullptr) {
+    return true;
+  }
+  return childLists == nullptr ? listsEqual(*a, *b) : childLists->areEqual(*a, *b);
 }
 
 namespace {
@@ -56,11 +60,31 @@ DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
   return bits;
 }
 
+// A reference without a layer matches those of every layer. So each is filed twice, with all of its
+// object and with those of its layer or without one; searched for are all of the object, or those
+// of the layer and those without one.
 void addStaticRefToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const StaticRefFields& fields = part.fields.staticRef;
   key.addAll(fields.objectType, fields.width, fields.height, fields.refA, fields.refB,
              fields.useSecond, fields.secondIsHidden, fields.staticIndex);
-  key.addPlace(fields.x, fields.y, tolerances.positionTolerance);
+  key.addPlace(fields.x, fields.y, tolerances);
+  enum class Shelf : i32 { kAllLayers, kNoLayer, kThisLayer };
+  const bool isFirst = key.number() == 0;
+  Shelf shelf = layersAreSet(fields) ? Shelf::kThisLayer : Shelf::kNoLayer;
+  if (key.use() == KeyUse::kFiled) {
+    shelf = isFirst ? Shelf::kAllLayers : shelf;
+  } else if (!layersAreSet(fields)) {
+    shelf = Shelf::kAllLayers;
+    if (!isFirst) {
+      key.exclude();
+    }
+  } else if (!isFirst) {
+    shelf = Shelf::kNoLayer;
+  }
+  key.add(shelf);
+  if (shelf == Shelf::kThisLayer) {
+    key.addAll(fields.layerByteA, fields.layerByteB, fields.refC, fields.refD);
+  }
 }
 
 }  // namespace rvf

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "compare/ChildListResults.h"
 #include "compare/DiffFlags.h"
 #include "compare/MatchKey.h"
 #include "compare/Tolerances.h"
@@ -10,7 +11,11 @@ namespace rvf {
 // The comparison of STATICREF.
 // The rows of PartComparison.cpp tell which types `left` may have.
 
+/// The record alone.
 [[nodiscard]] bool equalStaticRefs(const DrawPart& left, const DrawPart& right);
+/// Whether the child lists that both have are equal. `childLists` may be null.
+[[nodiscard]] bool equalChildren(const DrawPart& left, const DrawPart& right,
+                                 ChildListResults* childLists);
 
 /// For parts that are not equal.
 [[nodiscard]] DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,

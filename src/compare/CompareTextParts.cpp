@@ -66,11 +66,16 @@ DiffFlags classifyTexts(const DrawPart& left, const DrawPart& right, const Toler
 void addTextToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const TextFields& fields = part.fields.text;
   const std::span<const char16_t> characters = textCharacters(part);
+  const std::span<const TextRun> runs = textRuns(part);
   key.addAll(fields.fontId, fields.fontExtra, fields.rotation, fields.fontVariant, fields.colour,
              fields.tint, fields.runCount, fields.textLength);
   key.addBytes(characters.data(), characters.size_bytes());
-  for (const TextRun& run : textRuns(part)) {
-    key.addPlace(run.x, run.y, tolerances.positionTolerance);
+  if (tolerances.positionTolerance < 0) {
+    key.addBytes(runs.data(), runs.size_bytes());  // nothing is within it, but equal runs match
+    return;
+  }
+  for (const TextRun& run : runs) {
+    key.addPlace(run.x, run.y, tolerances);
   }
 }
 
@@ -91,22 +96,27 @@ std::span<const std::byte> payloadBytes(const DrawPart& part) {
   return {part.payload.data(), part.payload.size()};
 }
 
+// Quirk that stays: the lengths count characters of two bytes, but only as many bytes count.
+i32 comparedLength(const TextPropFields& fields) {
+  const u32 lengthC = fields.propKind == kKindWithLengthC ? fields.lengthC : 0U;
+  return static_cast<i32>(static_cast<u32>(fields.lengthA) + static_cast<u32>(fields.lengthB) +
+                          lengthC);
+}
+
 }  // namespace
 
 bool equalTextProps(const DrawPart& left, const DrawPart& right) {
   if (!sameWords(left, right, kTextPropWords)) {
     return false;
   }
-  // Quirk that stays: the lengths count characters of two bytes, but only as many bytes count.
-  const TextPropFields& fields = right.fields.textProp;
-  const u32 lengthC = fields.propKind == kKindWithLengthC ? fields.lengthC : 0U;
-  const u32 sum = static_cast<u32>(fields.lengthA) + static_cast<u32>(fields.lengthB) + lengthC;
-  if (static_cast<i32>(sum) <= 0) {
+  const i32 length = comparedLength(right.fields.textProp);
+  if (length <= 0) {
     return true;
   }
+  const auto size = static_cast<std::size_t>(length);
   const std::span<const std::byte> a = payloadBytes(left);
   const std::span<const std::byte> b = payloadBytes(right);
-  return a.size() >= sum && b.size() >= sum && sameBytes(a.first(sum), b.first(sum));
+  return a.size() >= size && b.size() >= size && sameBytes(a.first(size), b.first(size));
 }
 
 // Quirk that stays: the sense of the type test is the reverse of all others'. Two TEXTPROP parts
@@ -117,10 +127,24 @@ DiffFlags classifyTextProps(const DrawPart& left, const DrawPart&, const Toleran
 
 void addTextPropWordsToKey(MatchKey& key, const DrawPart& part) {
   const PartWords words = partWords(part);
+  if ((words.setPointers & kTextPropWords) != 0) {
+    key.exclude();
+    return;
+  }
   for (std::size_t i = 0; i < kFieldWords; ++i) {
     if ((kTextPropWords >> i & 1) != 0) {
       key.add(words.words[i]);
     }
+  }
+  TextPropFields fields;
+  static_assert(sizeof(fields) <= sizeof(words.words));
+  std::memcpy(&fields, words.words.data(), sizeof(fields));
+  const i32 length = comparedLength(fields);
+  const std::span<const std::byte> bytes = payloadBytes(part);
+  if (length > 0 && bytes.size() < static_cast<std::size_t>(length)) {
+    key.exclude();
+  } else if (length > 0) {
+    key.addBytes(bytes.data(), static_cast<std::size_t>(length));
   }
 }
 

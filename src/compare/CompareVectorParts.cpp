@@ -20,6 +20,13 @@ bool anyPointMoved(std::span<const Point> left, std::span<const Point> right, i3
   return false;
 }
 
+/// Nothing is within a negative tolerance, so that only equal parts match, whatever the other one
+/// is.
+Tolerances usableTolerances(const Tolerances& tolerances) {
+  const bool anyIsNegative = tolerances.positionTolerance < 0 || tolerances.lineTolerance < 0;
+  return anyIsNegative ? Tolerances() : tolerances;
+}
+
 DiffFlags widthBits(i32 left, i32 right, const Tolerances& tolerances) {
   return exceeds(left, right, tolerances.lineTolerance) ? diff::kLineWidth : 0;
 }
@@ -52,11 +59,13 @@ DiffFlags classifyLines(const DrawPart& left, const DrawPart& right, const Toler
 
 void addLineToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const LineFields& fields = part.fields.line;
+  const std::span<const Point> points = linePoints(part);
+  const Tolerances usable = points.empty() ? tolerances : usableTolerances(tolerances);
   key.addAll(fields.colour, fields.tint, fields.pointCount, fields.lineStyle, fields.lineKind,
              fields.overprint);
-  key.addWithin(fields.width, tolerances.lineTolerance);
-  for (const Point& point : linePoints(part)) {
-    key.addPlace(point.x, point.y, tolerances.positionTolerance);
+  key.addWidth(fields.width, usable);
+  for (const Point& point : points) {
+    key.addPlace(point.x, point.y, usable);
   }
 }
 
@@ -103,6 +112,7 @@ DiffFlags classifyRects(const DrawPart& left, const DrawPart& right, const Toler
 
 void addRectToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const RectFields& fields = part.fields.rect;
+  const Tolerances usable = usableTolerances(tolerances);
   key.addAll(fields.noFill, fields.noOutline, fields.shapeCode, fields.shapeFlag);
   if (fields.noFill == 0) {
     key.addAll(fields.fillColour, fields.fillTint);
@@ -110,11 +120,11 @@ void addRectToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
   if (fields.noOutline == 0) {
     key.addAll(fields.lineColour, fields.lineTint);
   }
+  key.addWidth(fields.lineWidth, usable);
   // With a tolerance the place of a rectangle does not count at all.
-  if (tolerances.positionTolerance <= 0) {
+  if (usable.positionTolerance <= 0) {
     key.addAll(fields.left, fields.top, fields.right, fields.bottom);
   }
-  key.addWithin(fields.lineWidth, tolerances.lineTolerance);
 }
 
 // POLY
@@ -159,7 +169,9 @@ DiffFlags classifyPolys(const DrawPart& left, const DrawPart& right, const Toler
   return bits | widthBits(a.lineWidth, b.lineWidth, tolerances);
 }
 
-// The number of points may differ by one, so only the first point is one that both have.
+// The number of points may differ by one, and then the last point of the longer one does not count.
+// So a polygon of n points is filed with all of them and without the last; searched for is one of n
+// points, one of n + 1 without its last, and one of n - 1.
 void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const PolyFields& fields = part.fields.poly;
   const PolyStyle& style = polyStyle(part);
@@ -171,9 +183,19 @@ void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
   if (style.noOutline == 0) {
     key.addAll(style.lineColour, style.lineTint);
   }
-  const Point& first = polyPoints(part).front();
-  key.addPlace(first.x, first.y, tolerances.positionTolerance);
-  key.addWithin(part.fields.poly.lineWidth, tolerances.lineTolerance);
+  const auto points = polyPoints(part);
+  const std::size_t dropped = key.number() == (key.use() == KeyUse::kFiled ? 1 : 2) ? 1 : 0;
+  std::size_t filedCount = points.size();
+  if (key.use() == KeyUse::kSearched && key.number() > 0) {
+    filedCount = key.number() == 1 ? filedCount + 1 : filedCount - 1;
+  }
+  const Tolerances usable = usableTolerances(tolerances);
+  const auto compared = points.first(points.size() - dropped);
+  key.addAll(filedCount, compared.size());
+  key.addWidth(fields.lineWidth, usable);
+  for (const Point& point : compared) {
+    key.addPlace(point.x, point.y, usable);
+  }
 }
 
 // JUST1LINE
@@ -204,10 +226,11 @@ DiffFlags classifyJust1Lines(const DrawPart& left, const DrawPart& right,
 
 void addJust1LineToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const Just1LineFields& fields = part.fields.just1Line;
+  const Tolerances usable = usableTolerances(tolerances);
   key.addAll(fields.colour, fields.tint, fields.shapeCode, fields.shapeFlag, fields.lineStyle);
-  key.addPlace(fields.x1, fields.y1, tolerances.positionTolerance);
-  key.addPlace(fields.x2, fields.y2, tolerances.positionTolerance);
-  key.addWithin(fields.width, tolerances.lineTolerance);
+  key.addWidth(fields.width, usable);
+  key.addPlace(fields.x1, fields.y1, usable);
+  key.addPlace(fields.x2, fields.y2, usable);
 }
 
 // LINESET
@@ -242,12 +265,14 @@ DiffFlags classifyLineSets(const DrawPart& left, const DrawPart& right,
 
 void addLineSetToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const LineSetFields& fields = part.fields.lineSet;
+  const Tolerances usable = usableTolerances(tolerances);
   key.addAll(fields.colour, fields.tint, fields.lineCount, fields.horizontal, fields.lineStyle);
-  key.addPlace(fields.start, fields.end, tolerances.positionTolerance);
+  key.addWidth(fields.width, usable);
+  key.addPosition(fields.start, usable);
+  key.addPosition(fields.end, usable);
   for (const i32 offset : lineOffsets(part)) {
-    key.addWithin(offset, tolerances.positionTolerance);
+    key.addPosition(offset, usable);
   }
-  key.addWithin(fields.width, tolerances.lineTolerance);
 }
 
 // The empty types

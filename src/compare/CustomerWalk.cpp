@@ -18,7 +18,7 @@ class CustomerWalk {
                const WalkOutput& output, DiffFlags fileBits)
       : first_(first),
         second_(second),
-        tolerances_(tolerances),
+        childLists_(tolerances),
         output_(output),
         differences_(output.differenceFile),
         fileBits_(fileBits) {}
@@ -105,7 +105,8 @@ class CustomerWalk {
       return 0;
     }
     DiffFlags pageBits = 0;
-    if (output_.usesShortCut && equalByBytes(first_.context(), second_.context(), b.filePosition)) {
+    if (output_.usesShortCut &&
+        equalByBytes(first_.context(), second_.context(), b.filePosition, childLists_)) {
       second_.context().forgetPage();
     } else {
       second_.loadCurrentPage();
@@ -137,8 +138,8 @@ class CustomerWalk {
     return pageBits;
   }
 
-  [[nodiscard]] DiffFlags compareLists(const DrawList& a, const DrawList& b) const {
-    return listsEqual(a, b) ? 0 : matchLists(a, b, tolerances_);
+  [[nodiscard]] DiffFlags compareLists(const DrawList& a, const DrawList& b) {
+    return listsEqual(a, b, &childLists_) ? 0 : matchLists(a, b, childLists_);
   }
 
   DiffFlags compareStaticLists(const CompareContext& a, const CompareContext& b, i32 index) {
@@ -177,7 +178,7 @@ class CustomerWalk {
 
   RvfReader& first_;
   RvfReader& second_;
-  const Tolerances tolerances_;
+  ChildListResults childLists_;
   const WalkOutput& output_;
   DifferenceFileWriter differences_;
   DiffFlags fileBits_;

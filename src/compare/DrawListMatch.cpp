@@ -20,15 +20,15 @@ constexpr DiffFlags kFoundElsewhere = diff::kContent | diff::kDrawOrder;
 /// One call of matchLists.
 class DrawListMatcher {
  public:
-  DrawListMatcher(const DrawList& a, const DrawList& b, const Tolerances& tolerances,
+  DrawListMatcher(const DrawList& a, const DrawList& b, ChildListResults& childLists,
                   PairingObserver* observer)
       : isSwapped_(a.count > b.count),
         shorter_(isSwapped_ ? b : a),
         longer_(isSwapped_ ? a : b),
-        tolerances_(tolerances),
+        childLists_(childLists),
         observer_(observer),
         consumed_(static_cast<std::size_t>(longer_.count), false, &memory_),
-        candidates_(longer_, consumed_, tolerances) {}
+        candidates_(longer_, consumed_, childLists) {}
 
   DiffFlags match() {
     for (i32 i = 0; i < shorter_.count; ++i) {
@@ -55,7 +55,7 @@ class DrawListMatcher {
   void matchShorter(i32 i) {
     const DrawPart& s = shorter_[i];
     // Whether the item at this place was taken by an earlier search does not count.
-    if (partsEqual(s, longer_[i])) {
+    if (partsEqual(s, longer_[i], &childLists_)) {
       consume(i);
       add(i, i, 0, PairedBy::kSamePlace);
       return;
@@ -94,18 +94,22 @@ class DrawListMatcher {
   void matchChildren(i32 i, i32 j, const DrawList& own, const DrawList& other) {
     const DrawList& first = isSwapped_ ? other : own;
     const DrawList& second = isSwapped_ ? own : other;
-    PairingObserver* const observer =
-        observer_ != nullptr && observer_->enterGroup(firstOf(i, j), secondOf(i, j)) ? observer_
-                                                                                     : nullptr;
-    bits_ |= matchLists(first, second, tolerances_, observer);
-    if (observer != nullptr) {
+    PairingObserver* observer = observer_;
+    if (observer != nullptr && !observer->enterGroup(firstOf(i, j), secondOf(i, j))) {
+      observer = nullptr;
+    }
+    if (observer == nullptr) {
+      bits_ |= childLists_.matched(first, second);
+    } else {
+      bits_ |= matchLists(first, second, childLists_, observer);
       observer->leaveGroup();
     }
   }
 
   // The item at the same place stays free and comes up again among those of the longer list.
   void accountForShorter(i32 i) {
-    const DiffFlags reasons = classifyParts(shorter_[i], longer_[i], tolerances_);
+    const DiffFlags reasons =
+        classifyParts(shorter_[i], longer_[i], childLists_.tolerances(), &childLists_);
     // Quirk that stays: Content depends on all that has been found so far. It makes no difference:
     // an item at the same place that is not different would have been found by the search unless an
     // earlier search had taken it, which has left its bits.
@@ -117,7 +121,7 @@ class DrawListMatcher {
     const DrawPart& u = longer_[j];
     DiffFlags reasons = diff::kContent;
     if (u.type == PartType::kStaticRef) {
-      reasons |= leftOverChildBits(childList(u));
+      reasons |= childLists_.leftOver(childList(u));
     } else if (u.type == PartType::kImage) {
       reasons |= diff::kImages;
     }
@@ -137,7 +141,7 @@ class DrawListMatcher {
   const bool isSwapped_;
   const DrawList& shorter_;
   const DrawList& longer_;
-  const Tolerances& tolerances_;
+  ChildListResults& childLists_;
   PairingObserver* const observer_;
   std::array<std::byte, kUsualSize> usualMemory_{};  // so that most pages take none from the heap
   std::pmr::monotonic_buffer_resource memory_{usualMemory_.data(), usualMemory_.size()};
@@ -168,13 +172,13 @@ DiffFlags leftOverBits(PartType type) {
 
 }  // namespace
 
-bool listsEqual(const DrawList& a, const DrawList& b) {
+bool listsEqual(const DrawList& a, const DrawList& b, ChildListResults* childLists) {
   if (a.count != b.count) {
     return false;
   }
   for (i32 i = 0; i < a.count; ++i) {
     // Groups are equal only if the children that both have are.
-    if (!partsEqual(a[i], b[i])) {
+    if (!partsEqual(a[i], b[i], childLists)) {
       return false;
     }
   }
@@ -183,7 +187,13 @@ bool listsEqual(const DrawList& a, const DrawList& b) {
 
 DiffFlags matchLists(const DrawList& a, const DrawList& b, const Tolerances& tolerances,
                      PairingObserver* observer) {
-  return DrawListMatcher(a, b, tolerances, observer).match();
+  ChildListResults childLists(tolerances);
+  return matchLists(a, b, childLists, observer);
+}
+
+DiffFlags matchLists(const DrawList& a, const DrawList& b, ChildListResults& childLists,
+                     PairingObserver* observer) {
+  return DrawListMatcher(a, b, childLists, observer).match();
 }
 
 bool endsLeftOverChildren(const DrawPart& child) { return child.type == PartType::kClickArea; }

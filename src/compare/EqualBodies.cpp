@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "compare/DrawListMatch.h"
+#include "compare/CompareImageParts.h"
 #include "compare/PartComparison.h"
 #include "pagemodel/ImageParts.h"
 #include "pagemodel/ReferenceParts.h"
@@ -11,32 +11,29 @@ namespace rvf {
 
 namespace {
 
-// What an image owns counts by its identity, which a copy does not share.
-bool ownsNothing(const ImageInfo& info) {
-  return info.hyperlink == nullptr && info.nameValues == nullptr && info.wideName == nullptr &&
-         info.narrowName == nullptr;
-}
-
-bool equalsItsCopy(const DrawPart& part, const CompareContext& second) {
+bool equalsItsCopy(const DrawPart& part, const CompareContext& second,
+                   ChildListResults& childLists) {
   if (part.type == PartType::kImage) {
     return ownsNothing(imageInfo(part));
   }
   if (part.type == PartType::kStaticRef) {
     const DrawList* own = childList(part);
     const DrawList* other = referencedList(part.fields.staticRef, second);
-    return own == nullptr || other == nullptr || listsEqual(*own, *other);
+    return own == nullptr || other == nullptr || childLists.areEqual(*own, *other);
   }
   return equalsOwnFields(part);
 }
 
-bool equalsItsCopy(const DrawList& list, const CompareContext& second) {
+bool equalsItsCopy(const DrawList& list, const CompareContext& second,
+                   ChildListResults& childLists) {
   return std::ranges::all_of(
-      list.parts(), [&second](const DrawPart& part) { return equalsItsCopy(part, second); });
+      list.parts(), [&](const DrawPart& part) { return equalsItsCopy(part, second, childLists); });
 }
 
 }  // namespace
 
-bool equalByBytes(const CompareContext& first, CompareContext& second, i32 position) {
+bool equalByBytes(const CompareContext& first, CompareContext& second, i32 position,
+                  ChildListResults& childLists) {
   if (position < 0 || first.doubleByteText != second.doubleByteText) {
     return false;
   }
@@ -44,9 +41,9 @@ bool equalByBytes(const CompareContext& first, CompareContext& second, i32 posit
   if (body.empty() || !second.hasBytesAt(position, body)) {
     return false;
   }
-  bool isEqual = equalsItsCopy(first.pageList, second);
+  bool isEqual = equalsItsCopy(first.pageList, second, childLists);
   for (i32 i = 0; i < first.staticCount && isEqual; ++i) {
-    isEqual = equalsItsCopy(first.staticList(i), second);
+    isEqual = equalsItsCopy(first.staticList(i), second, childLists);
   }
   return isEqual;
 }

@@ -8,7 +8,7 @@ namespace rvf {
 
 i32 MatchCandidates::firstFree(const DrawPart& part) {
   for (const i32 item : firstItems()) {
-    if (classifyParts(part, list_[item], tolerances_) == 0) {
+    if (matches(part, item)) {
       return item;
     }
   }
@@ -20,9 +20,13 @@ i32 MatchCandidates::firstFree(const DrawPart& part) {
     return firstFreeBehindThem(part);
   }
   if (!index_) {
-    index_.emplace(list_, isTaken_, tolerances_);
+    index_.emplace(list_, isTaken_, childLists_);
   }
   return index_->firstFree(part);
+}
+
+bool MatchCandidates::matches(const DrawPart& part, i32 item) const {
+  return classifyParts(part, list_[item], childLists_.tolerances(), &childLists_) == 0;
 }
 
 std::span<const i32> MatchCandidates::firstItems() {
@@ -40,7 +44,7 @@ std::span<const i32> MatchCandidates::firstItems() {
 
 i32 MatchCandidates::firstFreeBehindThem(const DrawPart& part) {
   for (i32 item = firstEnd_; item < list_.count; ++item) {
-    if (!isTaken(item) && classifyParts(part, list_[item], tolerances_) == 0) {
+    if (!isTaken(item) && matches(part, item)) {
       return item;
     }
   }

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "base/Integers.h"
+#include "compare/ChildListResults.h"
 #include "compare/MatchIndex.h"
-#include "compare/Tolerances.h"
 #include "pagemodel/DrawList.h"
 
 namespace rvf {
@@ -20,10 +20,10 @@ namespace rvf {
 /// looked at first. A few searches go on through the list; when there are more, an index pays.
 class MatchCandidates {
  public:
-  /// Both must outlive the candidates; the parts stay, and items that are taken stay taken.
+  /// All must outlive the candidates; the parts stay, and items that are taken stay taken.
   MatchCandidates(const DrawList& list, const std::pmr::vector<bool>& isTaken,
-                  const Tolerances& tolerances)
-      : list_(list), isTaken_(isTaken), tolerances_(tolerances) {}
+                  ChildListResults& childLists)
+      : list_(list), isTaken_(isTaken), childLists_(childLists) {}
 
   static constexpr i32 kNotFound = MatchIndex::kNotFound;
   /// The lowest index of a free item `c` with classifyParts(part, c, tolerances) == 0, or
@@ -34,13 +34,14 @@ class MatchCandidates {
   static constexpr std::ptrdiff_t kFirstItems = 4;
   static constexpr i32 kPlainSearches = 8;
 
+  [[nodiscard]] bool matches(const DrawPart& part, i32 item) const;
   [[nodiscard]] bool isTaken(i32 item) const { return isTaken_[static_cast<std::size_t>(item)]; }
   [[nodiscard]] std::span<const i32> firstItems();
   [[nodiscard]] i32 firstFreeBehindThem(const DrawPart& part);
 
   const DrawList& list_;
   const std::pmr::vector<bool>& isTaken_;
-  const Tolerances tolerances_;
+  ChildListResults& childLists_;
   std::array<i32, kFirstItems> firstItems_{};  // free when they were last looked at
   std::ptrdiff_t firstCount_ = 0;
   i32 firstEnd_ = 0;  // every free item in front of this one is among them

@@ -12,20 +12,20 @@ namespace {
 
 std::size_t asSize(i32 index) { return static_cast<std::size_t>(index); }
 
+// Items of one shelf that a search looks at one by one before it takes a tree.
+constexpr int kPlainLooks = 8;
+
 }  // namespace
 
-// A cell is as wide as two places may lie apart, so that matching ones stand in neighbouring cells.
 MatchIndex::MatchIndex(const DrawList& list, const std::pmr::vector<bool>& isTaken,
-                       const Tolerances& tolerances)
-    : list_(list),
-      isTaken_(isTaken),
-      tolerances_(tolerances),
-      cellSize_(i64{std::max(tolerances.positionTolerance, 0)} + 1) {
+                       ChildListResults& childLists)
+    : list_(list), isTaken_(isTaken), childLists_(childLists) {
   entries_.reserve(asSize(list.count));
   for (i32 i = 0; i < list.count; ++i) {
     addItem(list[i], i);
   }
-  std::ranges::sort(entries_, {}, [](const Entry& e) { return std::tuple(e.key, e.index); });
+  std::ranges::sort(entries_, {},
+                    [](const Entry& e) { return std::tuple(e.hash, e.shape, e.index); });
   nextFree_.resize(entries_.size() + 1);
   std::iota(nextFree_.begin(), nextFree_.end(), std::size_t{0});
 }
@@ -37,52 +37,101 @@ void MatchIndex::addItem(const DrawPart& item, i32 index) {
       break;
     case MatchRule::kByWords:
       hasWordItems_ = true;
-      entries_.push_back({wordsKey(item).inCell(cellSize_, 0, 0), index});
+      makeWordsKey(key_, item);
+      fileUnder(key_, index);
       break;
     case MatchRule::kByKey:
-      entries_.push_back({matchKey(item, tolerances_).inCell(cellSize_, 0, 0), index});
+      for (i32 number = 0; number < keyCount(item.type, KeyUse::kFiled); ++number) {
+        makeMatchKey(key_, item, childLists_.tolerances(), KeyUse::kFiled, number);
+        fileUnder(key_, index);
+      }
       break;
   }
+}
+
+void MatchIndex::fileUnder(const MatchKey& key, i32 index) {
+  if (!key.isExcluded()) {
+    entries_.push_back({key.value(), shapeOf(key), index, values_.size()});
+    values_.insert(values_.end(), key.values().begin(), key.values().end());
+  }
+}
+
+std::size_t MatchIndex::shapeOf(const MatchKey& key) {
+  return 2 * key.values().size() + (key.hasWidth() ? 1 : 0);
 }
 
 i32 MatchIndex::firstFree(const DrawPart& part) {
-  i32 best = kNotFound;
+  i32 best = firstUniversal();
+  if (hasWordItems_) {
+    makeWordsKey(key_, part);
+    best = searchShelf(part, best);
+  }
+  if (matchRuleOf(part.type) == MatchRule::kByKey) {
+    for (i32 number = 0; number < keyCount(part.type, KeyUse::kSearched); ++number) {
+      makeMatchKey(key_, part, childLists_.tolerances(), KeyUse::kSearched, number);
+      best = searchShelf(part, best);
+    }
+  }
+  return best == kNone ? kNotFound : best;
+}
+
+i32 MatchIndex::firstUniversal() {
   while (firstUniversal_ < universal_.size() && isTaken_[asSize(universal_[firstUniversal_])]) {
     ++firstUniversal_;
   }
-  if (firstUniversal_ < universal_.size()) {
-    best = universal_[firstUniversal_];
-  }
-  if (hasWordItems_) {
-    searchShelf(part, wordsKey(part).inCell(cellSize_, 0, 0), best);
-  }
-  if (matchRuleOf(part.type) != MatchRule::kByKey) {
-    return best;
-  }
-  const MatchKey key = matchKey(part, tolerances_);
-  const i32 reach = key.hasPlace() && cellSize_ > 1 ? 1 : 0;
-  for (i32 x = -reach; x <= reach; ++x) {
-    for (i32 y = -reach; y <= reach; ++y) {
-      searchShelf(part, key.inCell(cellSize_, x, y), best);
-    }
-  }
-  return best;
+  return firstUniversal_ < universal_.size() ? universal_[firstUniversal_] : kNone;
 }
 
-void MatchIndex::searchShelf(const DrawPart& part, u64 key, i32& best) {
-  const auto start = std::ranges::lower_bound(entries_, key, {}, &Entry::key);
-  auto position = firstFreeEntry(static_cast<std::size_t>(start - entries_.begin()));
-  while (position < entries_.size() && entries_[position].key == key) {
+i32 MatchIndex::searchShelf(const DrawPart& part, i32 limit) {
+  if (key_.isExcluded()) {
+    return limit;
+  }
+  const auto matches = [this, &part](i32 index) {
+    return classifyParts(part, list_[index], childLists_.tolerances(), &childLists_) == 0;
+  };
+  const std::tuple wanted(key_.value(), shapeOf(key_));
+  const auto start = std::ranges::lower_bound(
+      entries_, wanted, {}, [](const Entry& e) { return std::tuple(e.hash, e.shape); });
+  const auto shelf = static_cast<std::size_t>(start - entries_.begin());
+  if (start == entries_.end() || std::tuple(start->hash, start->shape) != wanted) {
+    return limit;
+  }
+  auto position = firstFreeEntry(shelf);
+  for (int looks = 0; isOnShelf(position, shelf); ++looks) {
     const i32 index = entries_[position].index;
-    if (best != kNotFound && index >= best) {
-      return;
+    if (index >= limit) {
+      return limit;
     }
-    if (classifyParts(part, list_[index], tolerances_) == 0) {
-      best = index;
-      return;
+    if (looks == kPlainLooks && !key_.values().empty()) {
+      return treeOf(shelf).firstNear(key_.values().data(), limit, matches);
+    }
+    if (matches(index)) {
+      return index;
     }
     position = firstFreeEntry(position + 1);
   }
+  return limit;
+}
+
+PlaceTree& MatchIndex::treeOf(std::size_t shelf) {
+  if (const auto known = trees_.find(shelf); known != trees_.end()) {
+    return known->second;
+  }
+  std::vector<PlaceTree::Item> items;
+  for (auto p = firstFreeEntry(shelf); isOnShelf(p, shelf); p = firstFreeEntry(p + 1)) {
+    items.push_back({values_.data() + entries_[p].firstValue, entries_[p].index});
+  }
+  const Tolerances& t = childLists_.tolerances();
+  std::vector<i32> tolerances(entries_[shelf].shape / 2, t.positionTolerance);
+  if (entries_[shelf].shape % 2 != 0) {
+    tolerances.front() = t.lineTolerance;
+  }
+  return trees_.try_emplace(shelf, std::move(items), std::move(tolerances), isTaken_).first->second;
+}
+
+bool MatchIndex::isOnShelf(std::size_t position, std::size_t shelf) const {
+  return position < entries_.size() && entries_[position].hash == entries_[shelf].hash &&
+         entries_[position].shape == entries_[shelf].shape;
 }
 
 std::size_t MatchIndex::firstFreeEntry(std::size_t position) {

@@ -1,52 +1,65 @@
 #pragma once
 
+#include <map>
 #include <memory_resource>
 #include <vector>
 
 #include "base/Integers.h"
+#include "compare/ChildListResults.h"
 #include "compare/MatchKey.h"
-#include "compare/Tolerances.h"
+#include "compare/PlaceTree.h"
 #include "pagemodel/DrawList.h"
 
 namespace rvf {
 
-/// An index of a list for many searches: what MatchCandidates::firstFree asks, answered in near
-/// linear time for all parts of another list.
+/// An index of a list for many searches: what MatchCandidates::firstFree asks, answered without
+/// looking at the items that cannot match.
 ///
-/// The items are sorted by their match key; those that any part matches, and those that are
-/// compared by words with parts of any type, have shelves of their own. Items that are taken are
-/// skipped by links that shorten with use.
+/// Items are filed by the hash of their match key; those that any part matches have a shelf of
+/// their own. Items that are taken are skipped by links that shorten with use. A shelf on which a
+/// search meets many items that are alike but too far away gets a tree of their places.
 class MatchIndex {
  public:
-  /// Both must outlive the index; the parts stay, and items that are taken stay taken.
+  /// All must outlive the index; the parts stay, and items that are taken stay taken.
   MatchIndex(const DrawList& list, const std::pmr::vector<bool>& isTaken,
-             const Tolerances& tolerances);
+             ChildListResults& childLists);
 
   static constexpr i32 kNotFound = -1;
-  /// The lowest index of a free item `c` with classifyParts(part, c, tolerances) == 0, or
-  /// kNotFound.
+  /// The lowest index of a free item `c` with classifyParts(part, c) == 0, or kNotFound.
   [[nodiscard]] i32 firstFree(const DrawPart& part);
 
  private:
   struct Entry {
-    u64 key;
+    u64 hash;
+    std::size_t shape;  // the number of values, twice, and whether the first is a width
     i32 index;
+    std::size_t firstValue;
   };
+  static constexpr i32 kNone = PlaceTree::kNone;
 
   void addItem(const DrawPart& item, i32 index);
-  void searchShelf(const DrawPart& part, u64 key, i32& best);
+  void fileUnder(const MatchKey& key, i32 index);
+  [[nodiscard]] static std::size_t shapeOf(const MatchKey& key);
+
+  [[nodiscard]] i32 firstUniversal();
+  /// Looks up the key that is in key_. Returns the lowest index below `limit`, or `limit`.
+  [[nodiscard]] i32 searchShelf(const DrawPart& part, i32 limit);
+  [[nodiscard]] PlaceTree& treeOf(std::size_t shelf);
+  [[nodiscard]] bool isOnShelf(std::size_t position, std::size_t shelf) const;
   /// The first entry at or behind `position` whose item is free.
   [[nodiscard]] std::size_t firstFreeEntry(std::size_t position);
 
   const DrawList& list_;
   const std::pmr::vector<bool>& isTaken_;
-  const Tolerances tolerances_;
-  i64 cellSize_;
-  std::vector<Entry> entries_;         // by key, then by index
-  std::vector<std::size_t> nextFree_;  // of each entry: itself while its item is free
-  std::vector<i32> universal_;         // items that every part matches, by index
-  std::size_t firstUniversal_ = 0;     // all before it are taken
+  ChildListResults& childLists_;
+  std::vector<Entry> entries_;              // by hash and shape, then by index
+  std::vector<i32> values_;                 // of all entries
+  std::vector<std::size_t> nextFree_;       // of each entry: itself while its item is free
+  std::map<std::size_t, PlaceTree> trees_;  // by the first entry of their shelf
+  std::vector<i32> universal_;              // items that every part matches, by index
+  std::size_t firstUniversal_ = 0;          // all before it are taken
   bool hasWordItems_ = false;
+  MatchKey key_;
 };
 
 }  // namespace rvf

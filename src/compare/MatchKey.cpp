@@ -1,38 +1,35 @@
 #include "compare/MatchKey.h"
 
+#include <cassert>
+
 namespace rvf {
 
-namespace {
-
-i64 cellOf(i32 coordinate, i64 cellSize) {
-  const i64 quotient = coordinate / cellSize;
-  return quotient - (coordinate % cellSize < 0 ? 1 : 0);
+void MatchKey::start(PartType type, KeyUse use, i32 number) {
+  static_cast<SeededHash&>(*this) = SeededHash();
+  add(type);
+  values_.clear();
+  use_ = use;
+  number_ = number;
+  hasWidth_ = false;
+  isExcluded_ = false;
 }
 
-}  // namespace
-
-void MatchKey::addBytes(const void* bytes, std::size_t size) {
-  const auto* p = static_cast<const std::byte*>(bytes);
-  for (; size >= sizeof(u64); size -= sizeof(u64), p += sizeof(u64)) {
-    u64 word = 0;
-    std::memcpy(&word, p, sizeof(u64));
-    mix(word);
+void MatchKey::addWidth(i32 width, const Tolerances& tolerances) {
+  assert(values_.empty());
+  if (tolerances.lineTolerance <= 0) {
+    add(width);
+    return;
   }
-  u64 rest = 0;
-  if (size > 0) {
-    std::memcpy(&rest, p, size);
-  }
-  mix(rest ^ size);
+  values_.push_back(width);
+  hasWidth_ = true;
 }
 
-u64 MatchKey::inCell(i64 cellSize, i32 moveX, i32 moveY) const {
-  if (!hasPlace_) {
-    return hash_;
+void MatchKey::addPosition(i32 position, const Tolerances& tolerances) {
+  if (tolerances.positionTolerance <= 0) {
+    add(position);
+  } else {
+    values_.push_back(position);
   }
-  MatchKey cell = *this;
-  cell.add(cellOf(placeX_, cellSize) + moveX);
-  cell.add(cellOf(placeY_, cellSize) + moveY);
-  return cell.hash_;
 }
 
 }  // namespace rvf

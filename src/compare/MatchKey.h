@@ -1,67 +1,54 @@
 #pragma once
 
-#include <bit>
-#include <cstring>
-#include <type_traits>
+#include <span>
+#include <vector>
 
 #include "base/Integers.h"
+#include "compare/SeededHash.h"
+#include "compare/Tolerances.h"
 #include "pagemodel/DrawPart.h"
 
 namespace rvf {
 
-/// What a part must share with another to be told from it by no difference: a hash of the fields
-/// that have to be equal under the tolerances, and a place that has to lie within the position
-/// tolerance. Parts that match have the same hash and near places; the reverse is for classifyParts
-/// to say.
-class MatchKey {
+/// Parts of some types have several keys: those that they are filed under in an index, and those
+/// that are looked up when they are searched for.
+enum class KeyUse { kFiled, kSearched };
+
+/// What parts of one type must share to be told apart by no difference: a hash of all that has to
+/// be equal, and the values that have to lie within the tolerances. Two parts match if one of the
+/// keys that the first is searched with has the hash of one of the keys that the second is filed
+/// under, and near values. The reverse holds too but for a hash that is the same by chance.
+class MatchKey : public SeededHash {
  public:
-  explicit MatchKey(PartType type) { add(type); }
+  MatchKey() = default;
+  /// Begins the key of this number, counted from 0, over what was there.
+  void start(PartType type, KeyUse use, i32 number);
 
-  template <class T>
-  void add(const T& value) {
-    static_assert(std::is_trivially_copyable_v<T> && sizeof(T) <= sizeof(u64));
-    u64 bits = 0;
-    std::memcpy(&bits, &value, sizeof(T));
-    mix(bits);
-  }
-  template <class... Values>
-  void addAll(const Values&... values) {
-    (add(values), ...);
-  }
-  void addBytes(const void* bytes, std::size_t size);
-  /// A value that has to lie within the tolerance. Without a tolerance that is an equal one.
-  void addWithin(i32 value, i32 tolerance) {
-    if (tolerance <= 0) {
-      add(value);
-    }
-  }
-  /// A place that has to lie within the tolerance. With a tolerance the first place of a part
-  /// counts for all of them; a part without any is near every other.
-  void addPlace(i32 x, i32 y, i32 tolerance) {
-    if (tolerance <= 0) {
-      addAll(x, y);
-    } else if (!hasPlace_) {
-      placeX_ = x;
-      placeY_ = y;
-      hasPlace_ = true;
-    }
+  [[nodiscard]] KeyUse use() const { return use_; }
+  [[nodiscard]] i32 number() const { return number_; }
+
+  /// There is no key of this number, or nothing that matches the part.
+  void exclude() { isExcluded_ = true; }
+  [[nodiscard]] bool isExcluded() const { return isExcluded_; }
+
+  /// A width, which comes before all positions. Without a tolerance it has to be equal.
+  void addWidth(i32 width, const Tolerances& tolerances);
+  void addPosition(i32 position, const Tolerances& tolerances);
+  void addPlace(i32 x, i32 y, const Tolerances& tolerances) {
+    addPosition(x, tolerances);
+    addPosition(y, tolerances);
   }
 
-  [[nodiscard]] bool hasPlace() const { return hasPlace_; }
-  /// The hash with the cell of the place, in a grid of `cellSize`, moved by whole cells.
-  [[nodiscard]] u64 inCell(i64 cellSize, i32 moveX, i32 moveY) const;
+  /// The width, if there is one, and the positions that have to lie within tolerance.
+  [[nodiscard]] std::span<const i32> values() const { return values_; }
+  [[nodiscard]] bool hasWidth() const { return hasWidth_; }
 
  private:
-  // The product carries the low bits upwards, and the rotation brings the high ones down again.
-  void mix(u64 bits) {
-    constexpr u64 kFactor = 0xBF58476D1CE4E5B9ULL;
-    hash_ = std::rotl((hash_ ^ bits) * kFactor, 29);
-  }
-
-  u64 hash_ = 0x9E3779B97F4A7C15ULL;
-  i32 placeX_ = 0;
-  i32 placeY_ = 0;
-  bool hasPlace_ = false;
+  std::vector<i32> values_;
+  KeyUse use_ = KeyUse::kFiled;
+  i32 number_ = 0;
+  bool hasWidth_ = false;
+  bool isExcluded_ = false;
 };
 
 }  // namespace rvf

@@ -110,7 +110,7 @@ const PartComparison& comparisonWith(PartType type) {
 
 }  // namespace
 
-bool partsEqual(const DrawPart& left, const DrawPart& right) {
+bool partsEqual(const DrawPart& left, const DrawPart& right, ChildListResults* childLists) {
   if (&left == &right) {
     return true;
   }
@@ -121,7 +121,10 @@ bool partsEqual(const DrawPart& left, const DrawPart& right) {
   if (comparison.leftType == LeftType::kSame && left.type != right.type) {
     return false;
   }
-  return comparison.equal(left, right);
+  if (!comparison.equal(left, right)) {
+    return false;
+  }
+  return right.type != PartType::kStaticRef || equalChildren(left, right, childLists);
 }
 
 bool equalsOwnFields(const DrawPart& part) {
@@ -129,8 +132,9 @@ bool equalsOwnFields(const DrawPart& part) {
   return equal != nullptr && equal(part, part);
 }
 
-DiffFlags classifyParts(const DrawPart& left, const DrawPart& right, const Tolerances& tolerances) {
-  if (partsEqual(left, right)) {
+DiffFlags classifyParts(const DrawPart& left, const DrawPart& right, const Tolerances& tolerances,
+                        ChildListResults* childLists) {
+  if (partsEqual(left, right, childLists)) {
     return 0;
   }
   const PartComparison& comparison = comparisonWith(right.type);
@@ -151,16 +155,26 @@ MatchRule matchRuleOf(PartType right) {
   return comparison.leftType == LeftType::kAny ? MatchRule::kByWords : MatchRule::kByKey;
 }
 
-MatchKey matchKey(const DrawPart& part, const Tolerances& tolerances) {
-  MatchKey key(part.type);
-  comparisonWith(part.type).addToKey(key, part, tolerances);
-  return key;
+i32 keyCount(PartType type, KeyUse use) {
+  switch (type) {
+    case PartType::kPoly:
+      return use == KeyUse::kFiled ? 2 : 3;
+    case PartType::kStaticRef:
+      return 2;
+    default:
+      return 1;
+  }
 }
 
-MatchKey wordsKey(const DrawPart& part) {
-  MatchKey key(PartType::kTextProp);
+void makeMatchKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances, KeyUse use,
+                  i32 number) {
+  key.start(part.type, use, number);
+  comparisonWith(part.type).addToKey(key, part, tolerances);
+}
+
+void makeWordsKey(MatchKey& key, const DrawPart& part) {
+  key.start(PartType::kTextProp, KeyUse::kFiled, 0);
   addTextPropWordsToKey(key, part);
-  return key;
 }
 
 }  // namespace rvf

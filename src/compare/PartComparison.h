@@ -1,5 +1,6 @@
 #pragma once
 
+#include "compare/ChildListResults.h"
 #include "compare/DiffFlags.h"
 #include "compare/MatchKey.h"
 #include "compare/Tolerances.h"
@@ -13,7 +14,9 @@ namespace rvf {
 /// where the type of `left` does not count, its fields are read through the layout of `right`'s
 /// type. Parts of some types never equal anything but themselves, so that a page that holds one
 /// never equals another page.
-[[nodiscard]] bool partsEqual(const DrawPart& left, const DrawPart& right);
+/// `childLists`, which may be null, remembers what was found out about the children of groups.
+[[nodiscard]] bool partsEqual(const DrawPart& left, const DrawPart& right,
+                              ChildListResults* childLists = nullptr);
 
 /// Whether a part equals another that has the same fields and the same plain bytes. What its type
 /// owns beside them is not looked at.
@@ -22,19 +25,23 @@ namespace rvf {
 /// In what way two parts differ. 0: no difference counts. For some types of `right` that is every
 /// part, however different.
 [[nodiscard]] DiffFlags classifyParts(const DrawPart& left, const DrawPart& right,
-                                      const Tolerances& tolerances);
+                                      const Tolerances& tolerances,
+                                      ChildListResults* childLists = nullptr);
 
 /// Which parts `left` can have classifyParts(left, right) == 0 with a right part of a type.
 enum class MatchRule {
   kAnyPart,  // every part
-  kByWords,  // those of any type with the same wordsKey
-  kByKey,    // those of the same type with the same matchKey
+  kByWords,  // those of any type with the same words key
+  kByKey,    // those of the same type with the same match key
 };
 [[nodiscard]] MatchRule matchRuleOf(PartType right);
 
-/// The key of a part of a kByKey type.
-[[nodiscard]] MatchKey matchKey(const DrawPart& part, const Tolerances& tolerances);
-/// The key of any part for the search among kByWords types.
-[[nodiscard]] MatchKey wordsKey(const DrawPart& part);
+/// How many match keys a part of a kByKey type has.
+[[nodiscard]] i32 keyCount(PartType type, KeyUse use);
+/// Makes one of them.
+void makeMatchKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances, KeyUse use,
+                  i32 number);
+/// Makes the key of any part for the search among kByWords types.
+void makeWordsKey(MatchKey& key, const DrawPart& part);
 
 }  // namespace rvf

@@ -56,7 +56,8 @@ TEST(MatchCandidates, FindWhatASearchThroughTheListFinds) {
       makeInto(appendSlot(searched), records[random() % kinds], random);
     }
     std::pmr::vector<bool> isTaken(static_cast<std::size_t>(list.count), false);
-    MatchCandidates candidates(list, isTaken, tolerances);
+    ChildListResults childLists(tolerances);
+    MatchCandidates candidates(list, isTaken, childLists);
     for (const DrawPart& part : searched.parts()) {
       const i32 expected = plainSearch(part, list, isTaken, tolerances);
       ASSERT_EQ(candidates.firstFree(part), expected) << "seed " << seed;

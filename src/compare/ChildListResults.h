@@ -1,0 +1,54 @@
+#pragma once
+
+#include <unordered_map>
+
+#include "compare/DiffFlags.h"
+#include "compare/SeededHash.h"
+#include "compare/Tolerances.h"
+#include "pagemodel/DrawList.h"
+
+namespace rvf {
+
+/// What the comparisons of child lists have come to. References lead to the same lists over and
+/// over, which lie in the static tables of the files: these do not change, so each pair is compared
+/// once. Neither may the lists that it has been asked about change as long as this lives.
+///
+/// Two references are asked about as equal only if they name the same entry of the tables, so there
+/// are no more such results than entries, twice for the two orders. The others are forgotten when
+/// they have become many.
+class ChildListResults {
+ public:
+  explicit ChildListResults(const Tolerances& tolerances) : tolerances_(tolerances) {}
+
+  [[nodiscard]] const Tolerances& tolerances() const { return tolerances_; }
+
+  /// listsEqual.
+  [[nodiscard]] bool areEqual(const DrawList& a, const DrawList& b);
+  /// matchLists.
+  [[nodiscard]] DiffFlags matched(const DrawList& a, const DrawList& b);
+  /// leftOverChildBits.
+  [[nodiscard]] DiffFlags leftOver(const DrawList* list);
+
+ private:
+  struct Pair {
+    const DrawList* a;
+    const DrawList* b;
+    bool operator==(const Pair&) const = default;
+  };
+  struct PairHash {
+    std::size_t operator()(const Pair& pair) const {
+      SeededHash hash;
+      hash.addAll(pair.a, pair.b);
+      return static_cast<std::size_t>(hash.value());
+    }
+  };
+  static constexpr std::size_t kMostBits = 1 << 16;
+
+  DiffFlags keep(const Pair& pair, DiffFlags bits);
+
+  Tolerances tolerances_;
+  std::unordered_map<Pair, bool, PairHash> equal_;
+  std::unordered_map<Pair, DiffFlags, PairHash> bits_;  // left-over lists have no second one
+};
+
+}  // namespace rvf
