@@ -92,15 +92,7 @@ constexpr std::array<PartComparison, kPartTypeCount> kComparisons = {{
 }};
 // clang-format on
 
-constexpr bool rowsStandUnderTheirCodes() {
-  for (std::size_t i = 0; i < kComparisons.size(); ++i) {
-    if (partIndex(kComparisons[i].type) != i) {
-      return false;
-    }
-  }
-  return true;
-}
-static_assert(rowsStandUnderTheirCodes());
+static_assert(rowsStandUnderTheirCodes(kComparisons));
 
 constexpr PartComparison kUnknownCode = absorbing(PartType::kUnknown);
 

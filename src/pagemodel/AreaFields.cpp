@@ -1,3 +1,5 @@
+#include "pagemodel/AreaFields.h"
+
 #include "pagemodel/AreaParts.h"
 #include "pagemodel/FieldVisitor.h"
 #include "pagemodel/SharedFields.h"

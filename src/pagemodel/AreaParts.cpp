@@ -6,6 +6,7 @@
 #include "base/Wrapping.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
+#include "pagemodel/Shift.h"
 
 namespace rvf {
 
@@ -70,11 +71,7 @@ void copyHyperlinkArea(DrawPart& target, const DrawPart& source) {
 }
 
 void shiftHyperlinkArea(DrawPart& part, i32 dx, i32 dy) {
-  HyperlinkAreaFields& fields = part.fields.hyperlinkArea;
-  fields.left = wrappingSum(fields.left, dx);
-  fields.right = wrappingSum(fields.right, dx);
-  fields.top = wrappingSum(fields.top, dy);
-  fields.bottom = wrappingSum(fields.bottom, dy);
+  shiftBox(part.fields.hyperlinkArea, dx, dy);
 }
 
 // SIGNATUREFIELD
@@ -140,11 +137,7 @@ void shiftSignatureField(DrawPart& part, i32 dx, i32 dy) {
   if (part.fields.signatureField.rect != kSetPointer) {
     return;
   }
-  SignatureInfo& info = *part.payload.at<SignatureInfo>(0);
-  info.left = wrappingSum(info.left, dx);
-  info.top = wrappingSum(info.top, dy);
-  info.right = wrappingSum(info.right, dx);
-  info.bottom = wrappingSum(info.bottom, dy);
+  shiftBox(*part.payload.at<SignatureInfo>(0), dx, dy);
 }
 
 void releaseSignatureField(DrawPart& part) {

@@ -1,3 +1,5 @@
+#include "pagemodel/ImageFields.h"
+
 #include "pagemodel/FieldVisitor.h"
 #include "pagemodel/ImageParts.h"
 #include "pagemodel/SharedFields.h"
@@ -65,6 +67,7 @@ void visitResource(const DrawPart& part, FieldVisitor& visitor) {
   visitor.number("scaleY", fields.scaleY);
   visitor.number("resourceExtra", fields.resourceExtra);
   visitor.number("resourceFlag", fields.resourceFlag);
+  visitHyperlink(resourceHyperlink(part), visitor);
 }
 
 void visitImportPage(const DrawPart& part, FieldVisitor& visitor) {

@@ -9,6 +9,7 @@
 #include "base/Wrapping.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
+#include "pagemodel/Shift.h"
 
 namespace rvf {
 
@@ -234,11 +235,7 @@ void shiftImage(DrawPart& part, i32 dx, i32 dy) {
   if (part.fields.image.info != kSetPointer) {
     return;
   }
-  ImageInfo& info = imageInfo(part);
-  info.left = wrappingSum(info.left, dx);
-  info.right = wrappingSum(info.right, dx);
-  info.top = wrappingSum(info.top, dy);
-  info.bottom = wrappingSum(info.bottom, dy);
+  shiftBox(imageInfo(part), dx, dy);
 }
 
 void releaseImage(DrawPart& part) {
@@ -273,6 +270,34 @@ std::span<const std::byte> resourceBytes(const DrawPart& part) {
   return {part.payload.data(), static_cast<std::size_t>(fields.byteCount)};
 }
 
+namespace {
+
+using ResourceLink = std::unique_ptr<HyperlinkInfo>;
+
+// The link lies behind the bytes and their terminator.
+std::size_t linkOffset(const DrawPart& part) {
+  const std::size_t end = resourceBytes(part).size() + 1;
+  return (end + alignof(ResourceLink) - 1) / alignof(ResourceLink) * alignof(ResourceLink);
+}
+
+}  // namespace
+
+const HyperlinkInfo* resourceHyperlink(const DrawPart& part) {
+  const bool hasLink = part.fields.resource.hyperlink == kSetPointer;
+  return hasLink ? part.payload.at<ResourceLink>(linkOffset(part))->get() : nullptr;
+}
+
+void setResourceHyperlink(DrawPart& part, std::unique_ptr<HyperlinkInfo> link) {
+  releaseResource(part);
+  if (link == nullptr) {
+    return;
+  }
+  const std::size_t offset = linkOffset(part);
+  part.payload.resize(static_cast<i64>(offset + sizeof(ResourceLink)));
+  new (part.payload.data() + offset) ResourceLink(std::move(link));
+  part.fields.resource.hyperlink = kSetPointer;
+}
+
 void readResource(DrawPart& part, eArchive& archive, i32 v) {
   using namespace part_version;
   constexpr i32 kWithoutBytes = 0;  // of dataMode: the count is stored, but no bytes
@@ -302,10 +327,22 @@ void readResource(DrawPart& part, eArchive& archive, i32 v) {
   fields.resourceFlag = readLow8(archive);
 }
 
-void shiftResource(DrawPart& part, i32 dx, i32 dy) {
-  ResourceFields& fields = part.fields.resource;
-  fields.x = wrappingSum(fields.x, dx);
-  fields.y = wrappingSum(fields.y, dy);
+void copyResource(DrawPart& target, const DrawPart& source) {
+  target.payload.assign(source.payload);
+  target.fields = source.fields;
+  target.fields.resource.hyperlink = kNullPointer;
+  if (const HyperlinkInfo* link = resourceHyperlink(source)) {
+    setResourceHyperlink(target, std::make_unique<HyperlinkInfo>(*link));
+  }
+}
+
+void shiftResource(DrawPart& part, i32 dx, i32 dy) { shiftPlace(part.fields.resource, dx, dy); }
+
+void releaseResource(DrawPart& part) {
+  if (part.fields.resource.hyperlink == kSetPointer) {
+    std::destroy_at(part.payload.at<ResourceLink>(linkOffset(part)));
+    part.fields.resource.hyperlink = kNullPointer;
+  }
 }
 
 // IMPORTPAGE
@@ -340,11 +377,7 @@ void readImportPage(DrawPart& part, eArchive& archive, i32 v) {
   fields.importFlag = v >= kImportFlag ? archive.ReadU8() : u8{0};
 }
 
-void shiftImportPage(DrawPart& part, i32 dx, i32 dy) {
-  ImportPageFields& fields = part.fields.importPage;
-  fields.x = wrappingSum(fields.x, dx);
-  fields.y = wrappingSum(fields.y, dy);
-}
+void shiftImportPage(DrawPart& part, i32 dx, i32 dy) { shiftPlace(part.fields.importPage, dx, dy); }
 
 // BCOCABARCODE
 
@@ -391,9 +424,7 @@ void shiftBarcode(DrawPart& part, i32 dx, i32 dy) {
   if (part.fields.barcode.origin != kSetPointer) {
     return;
   }
-  BarcodeOrigin& origin = barcodeOrigin(part);
-  origin.x = wrappingSum(origin.x, dx);
-  origin.y = wrappingSum(origin.y, dy);
+  shiftPlace(barcodeOrigin(part), dx, dy);
 }
 
 }  // namespace rvf

@@ -16,8 +16,8 @@ namespace rvf {
 // IMAGE, RESOURCE, IMPORTPAGE and BCOCABARCODE.
 //
 // Payloads: the ImageInfo of an IMAGE and then its bytes; the bytes of a RESOURCE with a zero
-// behind them; the clip rectangle of an IMPORTPAGE; the origin of a BCOCABARCODE and then its
-// characters.
+// behind them, and then its link, if it was given one; the clip rectangle of an IMPORTPAGE; the
+// origin of a BCOCABARCODE and then its characters.
 
 namespace image_kind {
 constexpr i32 kWithoutBytes = 11;  // by absolute value
@@ -76,6 +76,9 @@ static_assert(sizeof(BarcodeOrigin) == 16);
 /// The bytes of an image; none for a kind that stores none.
 [[nodiscard]] std::span<const std::byte> imageBytes(const DrawPart& part);
 [[nodiscard]] std::span<const std::byte> resourceBytes(const DrawPart& part);
+/// Null without a link. No record holds one: it is given to a part that was read.
+[[nodiscard]] const HyperlinkInfo* resourceHyperlink(const DrawPart& part);
+void setResourceHyperlink(DrawPart& part, std::unique_ptr<HyperlinkInfo> link);
 [[nodiscard]] std::span<const i32> importClip(const DrawPart& part);
 [[nodiscard]] BarcodeOrigin& barcodeOrigin(DrawPart& part);
 [[nodiscard]] const BarcodeOrigin& barcodeOrigin(const DrawPart& part);
@@ -92,7 +95,10 @@ void releaseImageNames(DrawPart& part);
 
 void readResource(DrawPart& part, eArchive& archive, i32 v);
 void visitResource(const DrawPart& part, FieldVisitor& visitor);
+/// The copy has a link of its own.
+void copyResource(DrawPart& target, const DrawPart& source);
 void shiftResource(DrawPart& part, i32 dx, i32 dy);
+void releaseResource(DrawPart& part);
 
 void readImportPage(DrawPart& part, eArchive& archive, i32 v);
 void visitImportPage(const DrawPart& part, FieldVisitor& visitor);

@@ -1,3 +1,5 @@
+#include "pagemodel/MarkerFields.h"
+
 #include "pagemodel/FieldVisitor.h"
 #include "pagemodel/MarkerParts.h"
 #include "pagemodel/SharedFields.h"

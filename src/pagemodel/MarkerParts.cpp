@@ -3,10 +3,10 @@
 #include <array>
 #include <new>
 
-#include "base/Wrapping.h"
 #include "messages/MessageReporter.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
+#include "pagemodel/Shift.h"
 #include "storage/RecordFrame.h"
 
 namespace rvf {
@@ -111,13 +111,7 @@ void copyStartEnd(DrawPart& target, const DrawPart& source) {
   info.pairs = from.pairs;
 }
 
-void shiftStartEnd(DrawPart& part, i32 dx, i32 dy) {
-  StartEndFields& fields = part.fields.startEnd;
-  fields.left = wrappingSum(fields.left, dx);
-  fields.right = wrappingSum(fields.right, dx);
-  fields.top = wrappingSum(fields.top, dy);
-  fields.bottom = wrappingSum(fields.bottom, dy);
-}
+void shiftStartEnd(DrawPart& part, i32 dx, i32 dy) { shiftBox(part.fields.startEnd, dx, dy); }
 
 void releaseStartEnd(DrawPart& part) {
   if (part.fields.startEnd.info == kSetPointer) {

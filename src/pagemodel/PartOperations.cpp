@@ -72,7 +72,7 @@ constexpr std::array<PartOperations, kPartTypeCount> kOperations = {{
     {PartType::kTextProp, readTextProp, visitTextProp, copyPlain, kNotShifted, kPlain, 0},
     {PartType::kClickArea, readClickArea, visitClickArea, copyPlain, kNotShifted, kPlain, 0},
     {PartType::kStaticRef, readStaticRef, visitStaticRef, copyPlain, shiftStaticRef, kPlain, 0},
-    {PartType::kResource, readResource, visitResource, copyPlain, shiftResource, kPlain,
+    {PartType::kResource, readResource, visitResource, copyResource, shiftResource, releaseResource,
      pointersAt({offsetof(ResourceFields, bytes), offsetof(ResourceFields, hyperlink)})},
     emptyPart(PartType::kTextBox),
     emptyPart(PartType::kTable),
@@ -124,15 +124,7 @@ constexpr std::array<PartOperations, kPartTypeCount> kOperations = {{
 }};
 // clang-format on
 
-constexpr bool rowsStandUnderTheirCodes() {
-  for (std::size_t i = 0; i < kOperations.size(); ++i) {
-    if (partIndex(kOperations[i].type) != i) {
-      return false;
-    }
-  }
-  return true;
-}
-static_assert(rowsStandUnderTheirCodes());
+static_assert(rowsStandUnderTheirCodes(kOperations));
 
 constexpr PartOperations kNoOperations = emptyPart(PartType::kUnknown);
 

@@ -67,6 +67,18 @@ constexpr std::size_t kPartTypeCount = 45;
   return partIndex(type) < kPartTypeCount;
 }
 
+/// Whether a table with a row for every type has each row under the code of its `type`.
+template <class Row>
+[[nodiscard]] constexpr bool rowsStandUnderTheirCodes(
+    const std::array<Row, kPartTypeCount>& table) {
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    if (partIndex(table[i].type) != i) {
+      return false;
+    }
+  }
+  return true;
+}
+
 /// Names for people, by code.
 constexpr std::array<std::u16string_view, kPartTypeCount> kPartTypeNames = {
     u"UNKNOWN",

@@ -1,3 +1,5 @@
+#include "pagemodel/ReferenceFields.h"
+
 #include "pagemodel/FieldVisitor.h"
 #include "pagemodel/ReferenceParts.h"
 

@@ -4,6 +4,7 @@
 #include "pagemodel/DrawStatic.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
+#include "pagemodel/Shift.h"
 
 namespace rvf {
 
@@ -91,10 +92,6 @@ void readStaticRef(DrawPart& part, eArchive& archive, i32 v) {
   setChildList(part, currentContext == nullptr ? nullptr : referencedList(fields, *currentContext));
 }
 
-void shiftStaticRef(DrawPart& part, i32 dx, i32 dy) {
-  StaticRefFields& fields = part.fields.staticRef;
-  fields.x = wrappingSum(fields.x, dx);
-  fields.y = wrappingSum(fields.y, dy);
-}
+void shiftStaticRef(DrawPart& part, i32 dx, i32 dy) { shiftPlace(part.fields.staticRef, dx, dy); }
 
 }  // namespace rvf

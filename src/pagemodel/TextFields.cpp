@@ -1,3 +1,5 @@
+#include "pagemodel/TextFields.h"
+
 #include "pagemodel/FieldVisitor.h"
 #include "pagemodel/SharedFields.h"
 #include "pagemodel/TextParts.h"

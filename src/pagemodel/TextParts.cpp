@@ -6,6 +6,7 @@
 #include "base/Wrapping.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
+#include "pagemodel/Shift.h"
 
 namespace rvf {
 
@@ -204,10 +205,7 @@ void readText(DrawPart& part, eArchive& archive, i32 v) {
 }
 
 void shiftText(DrawPart& part, i32 dx, i32 dy) {
-  const auto shift = [dx, dy](TextRun& run) {
-    run.x = wrappingSum(run.x, dx);
-    run.y = wrappingSum(run.y, dy);
-  };
+  const auto shift = [dx, dy](TextRun& run) { shiftPlace(run, dx, dy); };
   std::ranges::for_each(textRuns(part), shift);
   std::ranges::for_each(extensionRuns(part), shift);
 }

@@ -1,3 +1,5 @@
+#include "pagemodel/VectorFields.h"
+
 #include "pagemodel/FieldVisitor.h"
 #include "pagemodel/SharedFields.h"
 #include "pagemodel/VectorParts.h"

@@ -8,6 +8,7 @@
 #include "pagemodel/EmptyParts.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
+#include "pagemodel/Shift.h"
 
 namespace rvf {
 
@@ -15,8 +16,6 @@ namespace {
 
 constexpr i32 kPointSize = sizeof(Point);
 constexpr i32 kStopSize = 16;  // tint, colour and position, or two floating values
-
-std::size_t asSize(i32 count) { return static_cast<std::size_t>(count); }
 
 void readPoints(std::span<Point> points, eArchive& archive) {
   for (Point& point : points) {
@@ -27,8 +26,7 @@ void readPoints(std::span<Point> points, eArchive& archive) {
 
 void shiftPoints(std::span<Point> points, i32 dx, i32 dy) {
   for (Point& point : points) {
-    point.x = wrappingSum(point.x, dx);
-    point.y = wrappingSum(point.y, dy);
+    shiftPlace(point, dx, dy);
   }
 }
 
@@ -37,11 +35,11 @@ void shiftPoints(std::span<Point> points, i32 dx, i32 dy) {
 // LINE
 
 std::span<Point> linePoints(DrawPart& part) {
-  return {part.payload.at<Point>(0), asSize(part.fields.line.pointCount)};
+  return {part.payload.at<Point>(0), static_cast<std::size_t>(part.fields.line.pointCount)};
 }
 
 std::span<const Point> linePoints(const DrawPart& part) {
-  return {part.payload.at<Point>(0), asSize(part.fields.line.pointCount)};
+  return {part.payload.at<Point>(0), static_cast<std::size_t>(part.fields.line.pointCount)};
 }
 
 void readLine(DrawPart& part, eArchive& archive, i32 v) {
@@ -105,13 +103,7 @@ void readRect(DrawPart& part, eArchive& archive, i32 v) {
   }
 }
 
-void shiftRect(DrawPart& part, i32 dx, i32 dy) {
-  RectFields& fields = part.fields.rect;
-  fields.left = wrappingSum(fields.left, dx);
-  fields.right = wrappingSum(fields.right, dx);
-  fields.top = wrappingSum(fields.top, dy);
-  fields.bottom = wrappingSum(fields.bottom, dy);
-}
+void shiftRect(DrawPart& part, i32 dx, i32 dy) { shiftBox(part.fields.rect, dx, dy); }
 
 // POLY
 
