@@ -4,7 +4,7 @@
 
 namespace rvf {
 
-// Sums and products of positions wrap at 32 bits, as they do in the engine.
+// Sums and products of positions wrap around at 32 bits, as they do in the engine.
 
 [[nodiscard]] constexpr i32 wrappingSum(i32 a, i32 b) {
   return static_cast<i32>(static_cast<u32>(a) + static_cast<u32>(b));

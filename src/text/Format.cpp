@@ -30,7 +30,8 @@ std::u16string_view FormatArgument::text() const {
 
 namespace {
 
-/// Hands out the arguments in order; behind the last one come zeroes and empty texts.
+/// Hands out the arguments in order. Behind the last one come zeroes and empty texts, so that a
+/// format with too many conversions reads nothing that is not there.
 class ArgumentCursor {
  public:
   explicit ArgumentCursor(std::span<const FormatArgument> arguments) : left_(arguments) {}
@@ -52,7 +53,7 @@ constexpr int kNotGiven = -1;
 
 enum class SizePrefix { kNone, kShort, kLong, kInteger64 };
 
-/// One conversion of a format text, taken apart.
+/// One conversion of a format text, parsed.
 struct Conversion {
   std::string flags;
   int width = 0;
@@ -63,8 +64,8 @@ struct Conversion {
 
 bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 
-/// A width or a precision. A format may come out of a catalogue, so what it can ask for stays in
-/// proportion to its length; no line is as wide as the largest one.
+/// A width or a precision. Formats may come from a catalogue file, so a number is limited to more
+/// than any line needs.
 int readNumber(const char16_t*& p) {
   constexpr int kLargestNumber = 4096;
   int number = 0;
@@ -74,7 +75,7 @@ int readNumber(const char16_t*& p) {
   return number;
 }
 
-/// Takes the conversion behind the "%" at `p` apart and leaves `p` behind it.
+/// Parses the conversion behind the "%" and leaves `p` behind it.
 Conversion readConversion(const char16_t*& p, ArgumentCursor& arguments) {
   Conversion conversion;
   bool widthIsArgument = false;
@@ -117,7 +118,7 @@ Conversion readConversion(const char16_t*& p, ArgumentCursor& arguments) {
 }
 
 bool isOneOf(char16_t c, std::u16string_view set) {
-  return c != 0 && set.find(c) != std::u16string_view::npos;
+  return set.find(c) != std::u16string_view::npos;
 }
 
 i64 narrowedToPrefix(i64 value, SizePrefix prefix, bool isSigned) {
@@ -150,7 +151,7 @@ std::u16string widened(std::string_view ascii) { return {ascii.begin(), ascii.en
 std::u16string padded(const Conversion& conversion, std::u16string_view text) {
   const auto width = static_cast<std::size_t>(std::abs(conversion.width));
   const bool leftAligned = conversion.width < 0 || conversion.flags.find('-') != std::string::npos;
-  const std::u16string blanks(width > text.size() ? width - text.size() : 0, u' ');
+  const std::u16string blanks(std::max(width, text.size()) - text.size(), u' ');
   return leftAligned ? std::u16string(text) + blanks : blanks + std::u16string(text);
 }
 
@@ -221,7 +222,7 @@ i32 printBounded(std::span<char16_t> out, const char16_t* format,
                  std::span<const FormatArgument> arguments) {
   ArgumentCursor cursor(arguments);
   std::u16string text;
-  // What stands behind the end of the room is lost either way, however wide it is to be printed.
+  // Once the room is full, the rest would be lost anyway.
   for (const char16_t* p = format; *p != 0 && text.size() < out.size();) {
     if (*p != u'%' || p[1] == u'%') {
       text += *p;

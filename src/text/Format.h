@@ -22,7 +22,7 @@ class FormatArgument {
   explicit FormatArgument(std::u16string_view text) : value_(text) {}
   explicit FormatArgument(const eString& text);
 
-  /// The value as the conversion wants it; an argument of another kind counts as 0 or "".
+  /// The value in the type that a conversion needs; an argument of another kind counts as 0 or "".
   [[nodiscard]] i64 integer() const;
   [[nodiscard]] f64 floating() const;
   [[nodiscard]] std::u16string_view text() const;
@@ -31,17 +31,17 @@ class FormatArgument {
   std::variant<i64, f64, std::u16string_view> value_;
 };
 
-/// How many characters the result may take, told without measuring text arguments: what the first
-/// print is given as room.
+/// Estimates the length of the result without measuring text arguments. The first print gets that
+/// much room.
 [[nodiscard]] i32 estimateFormattedLength(const char16_t* format,
                                           std::span<const FormatArgument> arguments);
 
-/// Prints into `out`, terminator included in its size, and returns the length of the text. If the
-/// text does not fit, `out` holds what fits and the result is -1.
+/// Prints into `out`, whose size includes the terminator, and returns the length of the text. If
+/// the text does not fit, `out` holds as much as fits and the result is -1.
 ///
 /// The conversions are those of the C library for wide text: `%ls` and `%s` (16-bit text), `%c`,
 /// `%d %i %u %x %X %o`, `%f %e %g`, with flags, width, precision, `*`, and the size prefixes h, l
-/// and I64. `l` is 32 bits wide, as it is where the formats come from.
+/// and I64. `l` means 32 bits, as on the platform that the formats were written for.
 [[nodiscard]] i32 printBounded(std::span<char16_t> out, const char16_t* format,
                                std::span<const FormatArgument> arguments);
 

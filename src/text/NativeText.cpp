@@ -11,7 +11,7 @@ namespace rvf {
 
 namespace {
 
-// An undecodable byte 0x80 to 0xFF stands as this value plus the byte.
+// An undecodable byte, 0x80 to 0xFF, is represented by this value plus the byte.
 constexpr char16_t kEscapedByteBase = 0xDC00;
 constexpr char16_t kFirstEscapedByte = kEscapedByteBase + 0x80;
 constexpr char16_t kLastEscapedByte = kEscapedByteBase + 0xFF;

@@ -7,10 +7,10 @@
 
 namespace rvf {
 
-// Text between the system's 16-bit form and the UTF-8 of the operating system: arguments, paths,
-// error texts. Every byte string survives the way there and back, so that every file name that a
-// shell can pass can be opened: a byte that is no UTF-8 becomes a lone low surrogate U+DC80 to
-// U+DCFF, and such a surrogate becomes that byte again.
+// Conversion between the system's 16-bit text and the UTF-8 of the operating system: arguments,
+// paths, error texts. Every byte string survives the round trip, so that every file name that a
+// shell can pass can be opened: a byte that is not valid UTF-8 becomes a lone low surrogate U+DC80
+// to U+DCFF, and such a surrogate becomes that byte again.
 
 [[nodiscard]] eString fromNative(std::string_view bytes);
 [[nodiscard]] std::string toNative(std::u16string_view text);

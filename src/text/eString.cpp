@@ -13,7 +13,7 @@ namespace rvf {
 
 namespace {
 
-// Below 0, so that no copy ever counts on the shared empty buffer.
+// Below 0, so that the shared empty buffer is never counted.
 constexpr i32 kSharedEmptyCount = static_cast<i32>(0xFF000001U);
 constexpr i32 kSmallestEditedCapacity = 128;
 constexpr i32 kLargestCapacity = std::numeric_limits<i32>::max();
@@ -51,7 +51,6 @@ char16_t* eString::allocate(i32 capacity) {
   }
   auto* chars = reinterpret_cast<char16_t*>(block + sizeof(Header));
   headerOf(chars) = {1, 0, capacity};
-  chars[0] = 0;
   return chars;
 }
 
@@ -141,7 +140,7 @@ void eString::Assign(const eString& other) {
 void eString::Assign(const char16_t* wide) { AssignCounted(lengthOf(wide), wide); }
 
 void eString::AssignCounted(i32 length, const char16_t* wide) {
-  // `wide` may lie in the buffer that is left here, so that one is kept until the copy is made.
+  // `wide` may lie in the old buffer, which is therefore kept until the copy is made.
   char16_t* left = nullptr;
   if (header().refCount > 1 || length > header().capacity) {
     left = chars_;
@@ -169,7 +168,7 @@ void eString::EnsureWritable(i64 capacity) {
   }
 }
 
-// Edited buffers double, so that a text built character by character stays linear.
+// Edited buffers double, so that building a text character by character stays linear.
 void eString::grow(i64 capacity) {
   const i64 doubled = std::max<i64>(2 * capacity, kSmallestEditedCapacity);
   const i32 newCapacity = static_cast<i32>(std::min<i64>(doubled, kLargestCapacity));
@@ -197,7 +196,7 @@ void eString::append(i32 count, const char16_t* wide) {
     return;
   }
   const i32 length = header().length;
-  // A text out of this string's own buffer moves with it.
+  // A text in this string's own buffer moves with it.
   const std::less_equal<> notBehind;
   const bool isOwnText = notBehind(chars_, wide) && notBehind(wide, chars_ + length);
   const std::ptrdiff_t ownOffset = isOwnText ? wide - chars_ : 0;
@@ -219,7 +218,7 @@ void eString::AppendChar(char16_t character) {
   header().length = length + 1;
 }
 
-void eString::FormatList(const char16_t* format, std::span<const FormatArgument> arguments) {
+void eString::formatList(const char16_t* format, std::span<const FormatArgument> arguments) {
   constexpr i32 kRetryStep = 1024;
   const i32 firstEstimate = estimateFormattedLength(format, arguments);
   for (i64 estimate = firstEstimate;; estimate += kRetryStep) {

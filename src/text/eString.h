@@ -12,20 +12,20 @@ namespace rvf {
 
 /// Reference-counted, copy-on-write string of 16-bit characters, one pointer wide.
 ///
-/// The pointer names the first character of a buffer whose header (reference count, length,
-/// capacity) stands directly in front of the characters, in one allocation, so that a handle can be
-/// read as an ordinary zero-terminated text and held in records at the price of a pointer. It is
-/// never null: an empty string holds one shared static buffer that is never counted or freed.
+/// The pointer refers to the first character of a buffer. Its header (reference count, length,
+/// capacity) stands directly in front of the characters, in the same allocation, so that a handle
+/// can be read as an ordinary zero-terminated text and costs a record no more than a pointer. It is
+/// never null: an empty string refers to a shared static buffer that is never counted or freed.
 ///
-/// Counts are not atomic: all copies of a string stay on one thread. Indexes are the caller's
-/// business where nothing else is said. Running out of memory throws std::bad_alloc.
+/// Counts are not atomic: all copies of a string stay on one thread. Indexes are not checked unless
+/// an operation says so. Running out of memory throws std::bad_alloc.
 class eString {
  public:
   eString() noexcept;
   eString(const eString& other);
   eString(eString&& other) noexcept;
-  /// Widens each byte by sign extension (0xE9 becomes 0xFFE9): for literals and ASCII only, no code
-  /// page is consulted. Null counts as "".
+  /// Widens each byte. Meant for literals and ASCII: no code page is consulted. Null counts as "".
+  /// Quirk that stays: widening extends the sign (0xE9 becomes 0xFFE9), as it does in the engine.
   explicit eString(const char* narrow);
   /// Null counts as "".
   eString(const char16_t* wide);
@@ -57,55 +57,60 @@ class eString {
   void Append(const char16_t* wide);
   void AppendChar(char16_t character);
 
-  /// Replaces the content with a wide `printf`-style print. `%ls` and `%s` take 16-bit text. A text
-  /// that outgrows the size estimate several times over is left cut.
+  /// Replaces the content with a wide `printf`-style print. `%ls` and `%s` take 16-bit text. Quirk
+  /// that stays: a result longer than about twice the size estimate is cut; the lines of reports
+  /// and messages have always been limited in this way.
   template <class... Arguments>
   void Format(const char16_t* format, const Arguments&... arguments) {
     if constexpr (sizeof...(arguments) == 0) {
-      FormatList(format, {});
+      formatList(format, {});
     } else {
       const FormatArgument list[] = {FormatArgument(arguments)...};
-      FormatList(format, list);
+      formatList(format, list);
     }
   }
 
   /// Makes the string empty. An already empty string keeps its allocation.
   void Empty();
 
-  /// Makes the buffer unshared and large enough for `minimumCapacity` characters (0 asks only for a
-  /// writable one) and returns it. Write through it, then call ReleaseBuffer.
+  /// Makes the buffer unshared and large enough for `minimumCapacity` characters (0 only unshares
+  /// it) and returns it. Write through the pointer, then call ReleaseBuffer.
   char16_t* GetBuffer(i32 minimumCapacity);
-  /// Ends the writing through GetBuffer: -1 takes the length of the zero-terminated content.
+  /// Ends the writing through GetBuffer. With -1, the new length is that of the zero-terminated
+  /// content.
   void ReleaseBuffer(i32 newLength);
-  /// Sets the length to `length` with an exact-size allocation where one is needed, and returns the
-  /// characters, whose content is undefined up to the terminator: for a text that is read straight
-  /// into the string.
+  /// Sets the length, with an allocation of exactly that size if one is needed, and returns the
+  /// characters. Their content is undefined up to the terminator: a text is about to be read into
+  /// them.
   char16_t* GetBufferSetLength(i32 length);
+  /// Part of the interface; a run does not call it.
   void SetAt(i32 index, char16_t character);
 
-  /// The index of `character` at or behind `start`, or -1.
+  /// The index of the first `character` at or behind `start`, or -1.
   [[nodiscard]] i32 Find(char16_t character, i32 start) const;
+  /// Parts of the text, clamped to it. The whole text shares this buffer.
   [[nodiscard]] eString Left(i32 count) const;
   [[nodiscard]] eString Mid(i32 start, i32 count) const;
   [[nodiscard]] eString Mid(i32 start) const;
 
-  /// Removes `count` characters and returns the old length. The count is not clamped: no more than
-  /// remain may be asked for.
+  /// Removes `count` characters and returns the old length. The caller must not ask for more
+  /// characters than there are behind `index`.
   i32 Delete(i32 index, i32 count);
-  /// An index above the length inserts nothing; one equal to it appends.
+  /// An index above the length inserts nothing; one equal to it appends. Part of the interface; a
+  /// run does not call it.
   void Insert(i32 index, const char16_t* wide);
   void Insert(i32 index, char16_t character);
 
-  /// A to Z only.
+  /// Both convert ASCII letters only. A run does not call MakeLower; it is part of the interface.
   void MakeUpper();
   void MakeLower();
-  /// Removes leading blanks. A leading tab stays, a trailing one goes (TrimRight): the option lines
-  /// and catalogue texts that exist rely on this difference.
+  /// Removes leading blanks. Quirk that stays: a leading tab stays although TrimRight removes
+  /// trailing ones; existing option lines and catalogue texts rely on the difference.
   void TrimLeft();
   /// Removes trailing blanks and tabs.
   void TrimRight();
 
-  /// Compares after lower-casing A to Z: -1, 0 or 1.
+  /// Compares without regard to the case of ASCII letters: -1, 0 or 1.
   [[nodiscard]] int CompareNoCase(const char16_t* wide) const;
 
   /// By code unit, up to the first zero character.
@@ -141,11 +146,12 @@ class eString {
   void EnsureWritable(i64 capacity);
   void grow(i64 capacity);
   void append(i32 count, const char16_t* wide);
-  void FormatList(const char16_t* format, std::span<const FormatArgument> arguments);
+  void formatList(const char16_t* format, std::span<const FormatArgument> arguments);
 
   char16_t* chars_;
 };
 
-static_assert(sizeof(eString) == sizeof(void*), "records hold strings at the price of a pointer");
+static_assert(sizeof(eString) == sizeof(void*),
+              "a string in a record takes no more than a pointer");
 
 }  // namespace rvf
