@@ -11,44 +11,16 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(eString, EditsLeaveTheOtherHandleAlone) {
-  const std::pair<void (*)(eString&), std::u16string_view> edits[] = {
-      {[](eString& s) { s.Append(u"X"); }, u"a bX"},
-      {[](eString& s) { s.SetAt(1, u'X'); }, u"aXb"},
-      {[](eString& s) { s.MakeUpper(); }, u"A B"},
-      {[](eString& s) { s.Delete(0, 2); }, u"b"},
-      {[](eString& s) { s.GetBuffer(0)[0] = u'X'; }, u"X b"},
-      {[](eString& s) { s.GetBufferSetLength(2)[0] = s.GetBufferSetLength(2)[1] = u'X'; }, u"XX"},
-      {[](eString& s) { s.Empty(); }, u""},
-      {[](eString& s) { s.AssignCounted(2, u"XYZ"); }, u"XY"},
-      {[](eString& s) { s.Format(u"%d", 12); }, u"12"},
-      {[](eString& s) { s.Insert(1, u'X'); }, u"aX b"},
-  };
-  for (const auto& [edit, result] : edits) {
-    const eString original(u"a b");
-    eString edited = original;
-    ASSERT_TRUE(edited.sharesBufferWith(original));
-    edit(edited);
-    EXPECT_EQ(edited.view(), result);
-    EXPECT_EQ(original.view(), u"a b");
-  }
-}
-
-/// The content and the capacity, where the content may be that of the empty buffer that is shared.
-std::string stateOf(const eString& text) {
-  return toNative(text.view()) + " " + std::to_string(text.capacity());
-}
-
-TEST(eString, EndsOfTheOperations) {
+// Each edit with the content and the capacity that it leaves; a handle that shared the buffer keeps
+// its text.
+TEST(eString, Edits) {
   const std::pair<void (*)(eString&), std::string> edits[] = {
       {[](eString& s) { EXPECT_EQ(s.Delete(-1, 2), 4); }, "cd 4"},
       {[](eString& s) { EXPECT_EQ(s.Delete(4, 1), 4); }, "abcd 4"},
       {[](eString& s) { EXPECT_EQ(s.Delete(1, 0), 4); }, "abcd 4"},
-      {[](eString& s) { EXPECT_EQ(s.Delete(2, 2), 4); }, "ab 4"},
-      {[](eString& s) { EXPECT_EQ(s.Delete(1, 1), 4); }, "acd 4"},
-      {[](eString& s) { s.Insert(4, u"x"); }, "abcdx 128"},
+      {[](eString& s) { EXPECT_EQ(s.Delete(1, 2), 4); }, "ad 4"},
+      {[](eString& s) { s.Insert(4, u"x"), s.Insert(6, u"x"), s.Insert(-1, u"x"); }, "abcdx 128"},
       {[](eString& s) { s.Insert(0, u'x'); }, "xabcd 128"},
-      {[](eString& s) { s.Insert(5, u"x"), s.Insert(-1, u"x"); }, "abcd 4"},
       {[](eString& s) { s.Assign(u"xy"); }, "xy 4"},
       {[](eString& s) { s.Assign(u"vwxyz"); }, "vwxyz 5"},
       {[](eString& s) { s.Assign(static_cast<const char16_t*>(nullptr)); }, " 4"},
@@ -58,38 +30,43 @@ TEST(eString, EndsOfTheOperations) {
       {[](eString& s) { s.GetBuffer(5)[2] = 0, s.ReleaseBuffer(-1); }, "ab 128"},
       {[](eString& s) { s.GetBuffer(2)[2] = u'x', s.ReleaseBuffer(3); }, "abx 4"},
       {[](eString& s) { s.GetBufferSetLength(0); }, " 4"},
-      {[](eString& s) { s.GetBufferSetLength(1); }, "a 4"},
+      {[](eString& s) { s.GetBufferSetLength(1)[0] = u'y'; }, "y 4"},
       {[](eString& s) { s.Empty(), s.MakeUpper(), s.MakeLower(), s.ReleaseBuffer(-1); }, " 0"},
       {[](eString& s) { s.ReleaseBuffer(0), s.Empty(); }, " 4"},  // empty already
-      {[](eString& s) { s.Format(u""); }, " 4"},
       {[](eString& s) { s.Empty(), s.Format(u""); }, " 128"},
-      {[](eString& s) { s.TrimLeft(), s.TrimRight(); }, "abcd 4"}};
+      {[](eString& s) { s.SetAt(1, u'X'), s.TrimLeft(), s.TrimRight(); }, "aXcd 4"},
+      {[](eString& s) { s.MakeUpper(); }, "ABCD 4"}};
   for (const auto& [edit, state] : edits) {
-    eString text(u"abcd");
+    eString text(u"abcd"), original(u"abcd"), copy = original;
     edit(text);
-    EXPECT_EQ(stateOf(text), state);
+    EXPECT_EQ(toNative(text.view()) + " " + std::to_string(text.capacity()), state);
     EXPECT_EQ(text.c_str()[text.length()], 0);
+    edit(copy);
+    EXPECT_EQ(copy, text);
+    EXPECT_EQ(original.view(), u"abcd");
   }
-  const eString text(u"abca");
-  for (const auto& [start, found] : {std::pair{-1, 0}, {0, 0}, {1, 3}, {3, 3}, {4, -1}}) {
-    EXPECT_EQ(text.Find(u'a', start), found);
+}
+
+TEST(eString, PartsAndSearches) {
+  constexpr std::u16string_view kText = u"abca";
+  const eString text(kText);
+  for (i32 start = -2; start <= 6; ++start) {
+    const std::u16string_view tail = kText.substr(std::min<std::size_t>(std::max(start, 0), 4));
+    EXPECT_EQ(text.Mid(start).view(), tail);
+    EXPECT_EQ(text.Find(u'a', start), start <= 0 ? 0 : start <= 3 ? 3 : -1);
+    EXPECT_EQ(text.Find(0, start), -1);
+    EXPECT_EQ(eString(u'a', start).length(), std::max(start, 0));
+    for (i32 count = -2; count <= 6; ++count) {
+      const eString part = text.Mid(start, count);
+      EXPECT_EQ(part.view(), tail.substr(0, static_cast<std::size_t>(std::max(count, 0))));
+      EXPECT_EQ(part.capacity(), part.length());
+      EXPECT_EQ(part.sharesBufferWith(text), part.length() == 4);
+      EXPECT_EQ(text.Left(count), text.Mid(0, count));
+    }
   }
-  EXPECT_EQ(text.Find(0, 0), -1);
-  const std::pair<eString, std::string> parts[] = {
-      {text.Left(2), "ab 2"},   {text.Left(-1), " 0"},     {text.Mid(-1, 2), "ab 2"},
-      {text.Mid(1, 2), "bc 2"}, {text.Mid(1, 9), "bca 3"}, {text.Mid(1, -1), " 0"},
-      {text.Mid(4, 1), " 0"},   {text.Mid(5, 5), " 0"},    {text.Mid(2), "ca 2"},
-      {text.Mid(5), " 0"},      {eString(u'x', 0), " 0"},  {eString(u'x', 2), "xx 2"},
-      {eString(""), " 0"},      {eString(u""), " 0"}};
-  for (const auto& [part, state] : parts) EXPECT_EQ(stateOf(part), state);
-  for (const eString& whole : {text.Left(4), text.Left(9), text.Mid(0, 4), text.Mid(-1)}) {
-    EXPECT_TRUE(whole.sharesBufferWith(text));
-  }
-  for (const auto& [left, right, order] : {std::tuple{u"aB", u"Ab", 0},
-                                           {u"a", u"B", -1},
-                                           {u"ab", u"A", 1},
-                                           {u"Z", u"[", 1},
-                                           {u"", u"a", -1}}) {
+  using Row = std::tuple<const char16_t*, const char16_t*, int>;
+  for (const auto& [left, right, order] :
+       {Row{u"aB", u"Ab", 0}, {u"a", u"B", -1}, {u"ab", u"A", 1}, {u"Z", u"[", 1}}) {
     EXPECT_EQ(eString(left).CompareNoCase(right), order);
   }
 }

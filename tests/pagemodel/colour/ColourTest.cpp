@@ -42,11 +42,11 @@ TEST_F(ColourTables, Families) {
   std::string text;
   for (i32 list = -1; list <= 4; ++list) {
     const ColourFamily* family = colourFamily(list);
-    text += family == nullptr ? "none|" : family->title + (", "s + family->nameFormat) + "|";
+    text += family == nullptr ? "-"s : ""s + family->title + family->nameFormat + "|";
   }
   EXPECT_EQ(text,
-            "none|PANTONE solid coated, PANTONE %s C|none|PANTONE solid uncoated, PANTONE %s U|"
-            "PANTONE Goe coated, PANTONE %s C|none|");
+            "-PANTONE solid coatedPANTONE %s C|-PANTONE solid uncoatedPANTONE %s U|"
+            "PANTONE Goe coatedPANTONE %s C|-");
 }
 
 TEST_F(ColourTables, NamedColoursAreEnteredOnce) {

@@ -100,6 +100,10 @@ TEST(TextConverter, OpenedAndClosed) {
   EXPECT_TRUE(converter.SetEncoding(11));
   EXPECT_EQ(converter.ConvertToWide("a\xFFz\xE2\x82"), u"a\uFFFDz\uFFFD");
   EXPECT_TRUE(converter.wasTruncated());
+  constexpr ReplacementPair kPairs[] = {{0xFE, u'x'}, {0xFF, u'\u20AC'}};
+  converter.setReplacements(kPairs);
+  EXPECT_EQ(converter.ConvertToWide("a\xFF\xFE\xFD"), u"a\u20ACx\uFFFD");
+  EXPECT_FALSE(converter.wasTruncated());
   const std::u16string_view tooLong(u"a", TextConverter::kLongestText + 1);  // nothing is read
   EXPECT_TRUE(converter.ConvertFromWide(tooLong).empty());
 }

@@ -146,45 +146,25 @@ TEST(RecordReader, StateAfterEachRecord) {
 
 TEST(RecordReader, OpenedByNameOrId) {
   const test::HeldMessages messages;
-  const auto opened = [](const char16_t* name, i32 id) {
+  using Row = std::tuple<const char16_t*, i32, std::string>;
+  for (const auto& [name, id, expected] :
+       {Row{u"", 12, "0 20 1 "}, Row{u"", 10, "0 10 1 "}, Row{u"UTF-16", 11, "0 20 1 "},
+        Row{u"hz", 11, "0 -1 1 "}, Row{u"", -2, "0 -2 1 "}, Row{u"", 9, "0 9 5 shifts "},
+        Row{u"", 17, "0 17 2 shifts \x0E\x0F"}, Row{u"ibm-939", 11, "0 19 2 shifts \x0E\x0F"},
+        Row{u"", 28, "9004Unable to Open ICU Library 28 JEF 3 shifts ()"},
+        Row{u"jips", 1, "9004Unable to Open ICU Library 1 4 shifts \x1Aq\x1Ap"}}) {
     RecordReader reader;
-    const bool isOpen = reader.Open(name, id, 10);
-    eString error, warning;
-    EXPECT_EQ(reader.GetErrorText(error), isOpen ? 0 : 9004);
-    EXPECT_EQ(error.view(), isOpen ? u"" : u"Unable to Open ICU Library");
-    EXPECT_TRUE(reader.GetWarningText(warning) == reader.GetErrorCode() && warning.isEmpty());
-    EXPECT_EQ(reader.isOpen(), isOpen);
-    EXPECT_EQ(reader.maximumRecordLength(), 10);
+    EXPECT_EQ(reader.Open(name, id, 10), expected[0] == '0');
+    eString error;
+    const i32 code = reader.GetErrorText(error);
     const ShiftBytes shift = shiftBytes(reader.shiftClass());
-    return std::to_string(reader.encoding()) + (reader.isJefEncoding() ? " JEF " : " ") +
-           std::to_string(static_cast<i32>(reader.shiftClass())) +
-           (reader.hasShiftBytes() ? " shifts " : " ") + std::string(shift.toDouble) +
-           std::string(shift.toSingle);
-  };
-  const std::tuple<const char16_t*, i32, std::string> rows[] = {
-      {u"", 12, "20 1 "},
-      {u"", 10, "10 1 "},
-      {u"", -2, "-2 1 "},
-      {u"UTF-16", 11, "20 1 "},
-      {u"hz", 11, "-1 1 "},
-      {u"", 17, "17 2 shifts \x0E\x0F"},
-      {u"ibm-939", 11, "19 2 shifts \x0E\x0F"},
-      {u"", 9, "9 5 shifts "},
-      {u"", 28, "28 JEF 3 shifts ()"},
-      {u"JEF", 11, "11 3 shifts ()"},
-      {u"jips", 11, "11 4 shifts \x1Aq\x1Ap"}};
-  for (const auto& [name, id, expected] : rows) EXPECT_EQ(opened(name, id), expected);
-  constexpr ReplacementPair kPairs[] = {{0xFE, u'x'}, {0xFF, u'\u20AC'}};
-  std::string bytes = "a\xFF\xFE\xFD";
-  eMemFile file(reinterpret_cast<std::byte*>(bytes.data()), 4, 0);
-  RecordReader reader;
-  reader.Attach(&file);
-  ASSERT_TRUE(reader.Open(u"", 11, 9));
-  reader.setReplacements(kPairs);
-  const char16_t* text = nullptr;
-  i32 length = 0;
-  EXPECT_EQ(reader.ReadRecord(text, length), 4);
-  EXPECT_EQ(std::u16string_view(text), u"a\u20ACx\uFFFD");
+    EXPECT_EQ(std::to_string(code) + toNative(error.view()) + " " +
+                  std::to_string(reader.encoding()) + (reader.isJefEncoding() ? " JEF " : " ") +
+                  std::to_string(static_cast<i32>(reader.shiftClass())) +
+                  (reader.hasShiftBytes() ? " shifts " : " ") + std::string(shift.toDouble) +
+                  std::string(shift.toSingle),
+              expected);
+  }
 }
 
 TEST(RecordReader, JefCleaning) {
