@@ -107,18 +107,22 @@ bool setControlFileEncoding(RunOptions& options, const eString& value) {
 
 // What is accepted, but not as it is written
 
+std::u16string_view withoutSignAndZeros(std::u16string_view number) {
+  number.remove_prefix(number.starts_with(u'+') || number.starts_with(u'-') ? 1 : 0);
+  while (number.size() > 1 && number.front() == u'0') {
+    number.remove_prefix(1);
+  }
+  return number;
+}
+
 eString numberTakenAs(const RunOptions&, const eString& value) {
-  const i32 number = leadingDecimal(value.text());
-  eString canonical;
-  canonical.Format(u"%d", number);
   eString written = value;
   written.TrimLeft();
-  if (written.text().starts_with(u'+')) {
-    written.Delete(0, 1);
-  }
+  eString number;
+  number.Format(u"%d", leadingDecimal(value.text()));
   eString text;
-  if (written != canonical) {
-    text.Format(u"taken as %d", number);
+  if (withoutSignAndZeros(written.text()) != withoutSignAndZeros(number.text())) {
+    text.Format(u"taken as %ls", number);
   }
   return text;
 }

@@ -97,6 +97,25 @@ class Surroundings : public testing::Test, protected RunFolder {
     shell("rm -f Differenced.dat PlenarixMessages.dat");
     return run(arguments);
   }
+  /// A run anew as people see it: what is printed but for the greeting and the usage text, the
+  /// exit status, what the message file tells, what has become of the difference file.
+  std::string account(const std::string& arguments, const std::string& before = ":") const {
+    shell("rm -f Differenced.dat PlenarixMessages.dat");
+    const ProgramResult result = shell(before + "; exec \"$P\" " + arguments);
+    std::string text = "$ rvfcompare " + arguments + "\n";
+    std::istringstream lines(result.out + result.err + report());
+    bool isUsage = false;
+    for (std::string line; std::getline(lines, line);) {
+      if (line.starts_with("usage:")) text += "  (usage)\n";
+      isUsage = isUsage || line.starts_with("usage:");
+      if (!isUsage && !line.starts_with("-*-*-")) text += "  " + line + "\n";
+      isUsage = isUsage && !line.starts_with("Example:");
+    }
+    const std::string difference = readIfThere(differenceName);
+    const char* state = difference.empty() ? "empty" : differenceIsComplete() ? "complete" : "cut";
+    return text + "  status " + std::to_string(result.status) + ", difference file " +
+           (has(differenceName) ? state : "not written") + "\n";
+  }
   void expectTrueResult(const ProgramResult& result) const {
     EXPECT_EQ(result.status, kTrueStatus) << result.err;
     EXPECT_EQ(report(), "2176") << "Text and Content";
