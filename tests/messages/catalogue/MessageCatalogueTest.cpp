@@ -19,26 +19,35 @@ namespace fs = std::filesystem;
 const std::string kHead = "// test\n#define MESS_SYMB_VER 1602008\n";
 
 /// Loads the catalogue of a path and returns what it prints.
-std::string printedByLoad(MessageCatalogue& catalogue, const std::string& path) {
+std::string printedByLoad(MessageCatalogue& catalogue, const std::string& path,
+                          MessageCatalogue::Comments comments = {}) {
   catalogue.SetMessageFile(fromNative(path));
   ::testing::internal::CaptureStdout();
-  catalogue.LoadCatalogue(stdout);
-  return ::testing::internal::GetCapturedStdout();
+  const bool isLoaded = catalogue.LoadCatalogue(stdout, comments);
+  const bool isLoadedTwice = catalogue.LoadCatalogue(stdout);
+  const std::string printed = ::testing::internal::GetCapturedStdout();
+  EXPECT_EQ(isLoaded, catalogue.isLoaded());
+  EXPECT_FALSE(isLoadedTwice);
+  return printed;
 }
 
 /// The loaded messages as number, letter and text, a line each; in front what the load prints.
-std::string loaded(std::string_view bytes, i32 encoding = 30) {
+std::string loaded(std::string_view bytes, i32 encoding = 30,
+                   MessageCatalogue::Comments comments = {}) {
   const test::TempFolder folder;
   const std::string path = folder.write("catalogue.dat", bytes);
   MessageCatalogue catalogue;
   catalogue.setEncoding(encoding);
-  std::string list = printedByLoad(catalogue, path);
+  std::string list = printedByLoad(catalogue, path, comments);
   if (const auto at = list.find(path); at != list.npos) list.replace(at, path.size(), "FILE");
   for (const MessageRecord& record : catalogue.records()) {
     list += std::to_string(record.number) + static_cast<char>(record.severity) + " " +
             toNative(record.text.view()) + "\n";
   }
   const bool hasFallback = catalogue.findRecord(4711) != nullptr;
+  for (const eString& comment : catalogue.comments()) list += toNative(comment.view()) + "\n";
+  const MessageRecord* last = catalogue.currentRecord();
+  if (last != nullptr && !catalogue.comments().empty()) list += toNative(last->text.view()) + "\n";
   return list + (catalogue.isLoaded() && !hasFallback ? "no fallback\n" : "");
 }
 
@@ -62,6 +71,18 @@ TEST(MessageCatalogue, LinesThatCountAndLinesThatDoNot) {
     EXPECT_EQ(loaded(kHead + "#define A 20 // W|0|0|a\n" + line + "\n" + lines),
               "20W a\nno fallback\n");
   }
+}
+
+TEST(MessageCatalogue, KeepsCommentsAndTheLastMessage) {
+  const std::string lines =
+      "// a comment of twenty\n#define A 20 // W|0|0|a\n#define A 20 // W|0|0|b\n"
+      "\t// and another one, indented\n// a short one\n#define C 30 // W|0|0|c\n"
+      "#define A 20 // W|0|0|last\n";
+  EXPECT_EQ(loaded(kHead + lines, 30, MessageCatalogue::Comments::kKeep),
+            "20W a\n20W b\n20W last\n30W c\n"
+            "// a comment of twenty\n// and another one, indented\nlast\n");
+  EXPECT_TRUE(loaded("// test\n").starts_with("\n\nThe version of the MsgResource file"));
+  EXPECT_EQ(MessageCatalogue().currentRecord(), nullptr);
 }
 
 TEST(MessageCatalogue, RetriesOnceInTheOtherEncoding) {

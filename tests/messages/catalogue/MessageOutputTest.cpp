@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
+#include <regex>
 
+#include "support/FrozenText.h"
 #include "support/TempFolder.h"
 #include "text/NativeText.h"
 #include "text/encoding/TextSink.h"
@@ -19,7 +20,9 @@ constexpr std::string_view kTexts =
     "#define B 30 // E|0|0|error |1|\n"
     "#define C 40 // S|0|2|severe |1|\n"
     "#define D 50 // I|0|0|information\n"
-    "#define F 1806 // S|0|0|sink |1|: |2|\n";
+    "#define E 1000 // I|0|0|always shown\n"
+    "#define F 1806 // S|0|0|sink |1|: |2|\n"
+    "#define G 1903 // W|0|0|file |1|: |2|\n";
 
 class RecordingSink final : public TextSink {
  public:
@@ -98,7 +101,112 @@ TEST_F(MessageOutputTest, TheFirstMessageHeldBackEndsTheFlush) {
   EXPECT_EQ(takeLines(),
             "QZ000040S (1) severe 1\nQZ000040S (2) severe 2\nQZ000030E (1) error later\n");
   const MessageTally& t = reporter.tally;
-  EXPECT_TRUE(t.highestSeverity == 12 && t.errorCount == 3 && t.severeCount == 2);
+  EXPECT_EQ(t.highestSeverity, 12);
+  EXPECT_EQ(t.errorCount, 3);
+  EXPECT_EQ(t.severeCount, 2);
+}
+
+// What is written and what is tallied under each setting that no option reaches.
+TEST_F(MessageOutputTest, SettingsOfTheReporter) {
+  const auto reportAll = [this] {
+    for (const MessageNumber number :
+         {kInform, kWarn, kError, kSevere, MessageNumber::kInformation}) {
+      reporter.reportUnchecked(number, u"x");
+    }
+    const MessageTally& t = reporter.tally;
+    std::string all = takeLines();
+    for (const i32 value : {t.highestSeverity, t.sectionSeverity, i32{t.stopFlag}, t.exitOverride,
+                            t.severeCount, t.errorCount, t.warningCount}) {
+      all += std::to_string(value) + " ";
+    }
+    reporter.tally = {};
+    return all + "\n";
+  };
+  reporter.overrides = {
+      {kInform, u'W', 1, 9, false}, {kError, u'?', 1, 0, true}, {kWarn, 0, 1, 2, false}};
+  reporter.FlushMessages();
+  std::string all = "overridden\n" + reportAll();
+  reporter.overrides = {
+      {kInform, u'I', 1, 0, false}, {kError, 0, 1, 0, false}, {kWarn, 0, 1, 0, false}};
+  reporter.FlushMessages();
+  for (i32 i = 0; i < 4; ++i) {
+    reporter.levelFilter = i;
+    reporter.tally.stopLevel = i;
+    all += "level " + std::to_string(i) + "\n" + reportAll();
+  }
+  reporter.levelFilter = 0;
+  onlyFirstOccurrence = 1;
+  all += "first occurrences\n" + reportAll();
+  onlyFirstOccurrence = 0;
+  reporter.reportingDisabled = true;
+  all += "disabled\n" + reportAll();
+  reporter.reportingDisabled = false;
+  reporter.directOutput = false;
+  all += "stored\n" + reportAll();
+  all += std::to_string(reporter.storedMessages.size()) + "\n";
+  reporter.directOutput = reporter.structuredForm = true;
+  reporter.structuredSink = &sink;
+  all += "structured\n" + reportAll();
+  test::expectFrozen("message-settings.txt", all);
+  reporter.timePrefix = true;
+  reporter.reportUnchecked(kError, u"x");
+  EXPECT_TRUE(std::regex_search(takeLines(), std::regex("^[0-2]\\d:[0-5]\\d:[0-5]\\d QZ000030E")));
+}
+
+// A loss makes the run a failed one, also where the flush does not come to it, behind the flush,
+// and without a record; but a catalogue that calls it a warning is obeyed.
+TEST_F(MessageOutputTest, LossCountsUnlessTheCatalogueSaysOtherwise) {
+  const std::pair<std::string, i32> cases[] = {{"w|", 4},   {"l|", 12}, {"h|", 0},  {"hw|", 0},
+                                               {"hl|", 12}, {"h|w", 4}, {"h|l", 12}};
+  for (const auto& [steps, severity] : cases) {
+    MessageReporter fresh;
+    MessageOutput its(fresh);
+    its.catalogue().SetMessageFile(fromNative(folder.path("catalogue.dat")));
+    fresh.attachBackEnd(&its);
+    fresh.AttachReportSink(&sink);
+    fresh.overrides = {{kInform, 0, 0, 0, true}};
+    for (const char step : steps) {
+      if (step == 'h') fresh.reportUnchecked(kInform);  // held back
+      if (step == 'l') fresh.Report(MessageNumber::kFileSeekFailed, u"f");
+      if (step == 'w') fresh.Report(MessageNumber::kFileUnusable, u"f", u"r");
+      if (step == '|') fresh.FlushMessages();
+    }
+    EXPECT_EQ(fresh.tally.highestSeverity, severity) << steps;
+  }
+}
+
+TEST(MessageReporter, GivesItsMessagesAwayAndStartsAnew) {
+  MessageReporter& reporter = messageReporter;
+  reporter.reset();
+  reporter.setLocation(7, u"input");
+  reporter.Report(MessageNumber::kRecordTooNew, u"DRAWLIST", 108, 107);
+  reporter.clearLocation();
+  reporter.reportUnchecked(kWarn, 2.5, static_cast<const char16_t*>(nullptr));
+  std::deque<MessageEntry> taken = reporter.takePending();
+  ASSERT_EQ(taken.size(), 2U);
+  EXPECT_EQ(taken[0].number, MessageNumber::kRecordTooNew);
+  EXPECT_EQ(taken[0].arguments[1], u"108");
+  EXPECT_EQ(taken[0].location, 7);
+  EXPECT_EQ(taken[0].locationName, u"input");
+  EXPECT_FALSE(taken[1].hasLocation);
+  EXPECT_EQ(taken[1].arguments[0], u"2");
+  EXPECT_EQ(reporter.messageCount(), 2);
+  muteAllMessages = 1;
+  EXPECT_EQ(reporter.reportUnchecked(kWarn), 0);
+  reporter.reset();
+  EXPECT_EQ(reporter.callCount() + muteAllMessages + reporter.messageCount(), 0);
+  EXPECT_FALSE(reporter.FlushMessages()) << "nobody stands behind it";
+}
+
+TEST(Severity, HasNamesAndDisplayNumbers) {
+  std::string names;
+  for (const char16_t letter : {u'I', u'W', u'E', u'S', u'x'}) {
+    names += toNative(severityName(letter)) + std::to_string(severityDisplayNumber(letter)) + " ";
+  }
+  for (i32 i = 0; i <= 6; ++i) names += toNative(severityDisplayName(i)) + ",";
+  EXPECT_EQ(names,
+            "Information2 Warning3 Error4 Severe Error5 2 "
+            "Unknown,No Change,Information,Warning,Error,Severe Error,Unknown,");
 }
 
 TEST_F(MessageOutputTest, FailingSinkIsToldOnStandardErrorOnly) {
