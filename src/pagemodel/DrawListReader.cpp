@@ -114,12 +114,10 @@ void readDrawPart(DrawPart& part, eArchive& archive) {
   }
 }
 
+void storeDrawList(eArchive& archive) { archive.WriteI32(kEndMark); }
+
 void readDrawList(DrawList& list, eArchive& archive) {
   using namespace list_version;
-  if (!archive.isLoading()) {
-    archive.WriteI32(kEndMark);
-    return;
-  }
   eRecordFrame frame(kBaseTag);
   frame.BeginRecord();
   list.count = 0;

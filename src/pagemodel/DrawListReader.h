@@ -10,8 +10,11 @@ constexpr i32 kSmallestDrawList = 16;
 
 /// Reads a list over what it held. Parts that were read completely before a failure stay, and
 /// `count` is their number; everything that is wrong, a version above the limit too, is left in the
-/// archive's `failed`. A storing archive gets the end mark alone: parts are never stored.
+/// archive's `failed`.
 void readDrawList(DrawList& list, eArchive& archive);
+
+/// Parts are never stored: what a list leaves in an archive is the end mark.
+void storeDrawList(eArchive& archive);
 
 /// Reads one part into a slot, whose payload is used again. Fields that the record does not hold
 /// are zero afterwards.

@@ -31,12 +31,10 @@ void forEachField(const DrawStatic& object, FieldVisitor& visitor) {
   visitor.number("indexB", object.indexB);
 }
 
+void storeDrawStatic(eArchive& archive) { storeDrawList(archive); }
+
 void readDrawStatic(DrawStatic& object, eArchive& archive) {
   using namespace static_version;
-  if (!archive.isLoading()) {
-    archive.WriteI32(kEndMark);
-    return;
-  }
   eRecordFrame frame(kBaseTag);
   frame.BeginRecord();
   const i32 v = archive.ReadI32();

@@ -31,4 +31,7 @@ constexpr i32 kSmallestStatic = 40;
 /// the limit too, is left in the archive's `failed`.
 void readDrawStatic(DrawStatic& object, eArchive& archive);
 
+/// An object leaves in an archive what a list does.
+void storeDrawStatic(eArchive& archive);
+
 }  // namespace rvf

@@ -74,7 +74,6 @@ std::vector<Part> specialParts() {
   add(subscribe({.entries = {}}), subscribe({.entries = {{.version = {}, .entryId = -7}}}),
       subscribe({.entries = {form, {.version = {}, .entryId = 100}}}));
   for (const int n : {0, 9999, 10000, 39999, 40001}) add(taggedObject({.tagId = n}));
-  for (const int n : {0, 8, 30, 60, 61, -1}) add(taggedObject({.language = n}));
   add(empty(45), empty(200), empty(255));
   // A zero character belongs to its text, which does not end there.
   add(taggedObject({.tagText = u"a\0b"s, .altText = u"\0"s, .actualText = u"\0c"s}),

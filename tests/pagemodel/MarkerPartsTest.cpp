@@ -21,6 +21,15 @@ TEST(MarkerParts, MoreNameValuesThanAPartCounts) {
   }
 }
 
+TEST(MarkerParts, LanguagesByIndex) {
+  std::string text;
+  for (int n = -1; n <= 61; ++n) {
+    text += Shown::row("language", n);
+    text += " " + quoted(language(readFresh(taggedObject({.language = n})))) + "\n";
+  }
+  expectFrozen("languages.txt", text);
+}
+
 TEST(MarkerParts, TagIdsFoldIntoTheirBand) {
   for (const auto& [id, middle, top] : {std::array{9999, 19999, 49999},
                                         {10000, 10000, 40000},

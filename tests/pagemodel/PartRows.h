@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <concepts>
-#include <ranges>
+#include <iterator>
 
 #include "pagemodel/DrawListReader.h"
 #include "pagemodel/PartOperations.h"
+#include "support/FrozenText.h"
 #include "support/LoadedBytes.h"
 #include "support/NamedFields.h"
 #include "support/Parts.h"
@@ -39,36 +39,24 @@ inline DrawPart readFresh(const Part& part) {
   return slot;
 }
 
-/// Values as text. Numbers of more than 16 bits, which mostly are packed, are hexadecimal.
-struct Shown {
-  template <class... Values>
-  static std::string row(std::string name, const Values&... values) {
-    return ((name += " " + of(values)), ..., name);
-  }
-  template <std::integral T>
-  static std::string of(T value) {
-    const auto number = static_cast<i64>(value);
-    if (number > -0x10000 && number < 0x10000) return std::to_string(number);
-    std::ostringstream text;
-    text << "0x" << std::hex << static_cast<u32>(number);
-    return text.str();
-  }
-  static std::string of(f64 value) { return std::to_string(value); }
-  static std::string of(const eString& text) { return quoted(text.view()); }
-  template <std::ranges::range T>
-  static std::string of(const T& values) {
-    std::string text = "(";
-    for (const auto& value : values) text += " " + of(value);
-    return text + " )";
-  }
-};
-
-/// All that a part holds: its fields by name, and those of its frame.
+/// What a part holds beside its fields: the frame, room, and which words are pointers that are set.
+inline Rows frameOf(const DrawPart& part) {
+  const PartFields& f = part.fields;
+  Rows rows = {Shown::row("type", partIndex(part.type)), Shown::row("poolKind", part.poolKind),
+               Shown::row("ownerTag", part.ownerTag),
+               Shown::row("pointers", partWords(part).setPointers)};
+  const auto add = [&rows](const auto&... values) {
+    rows.push_back(Shown::row("room", values...));
+  };
+  if (part.type == PartType::kText) add(f.text.runCapacity, f.text.textCapacity);
+  if (part.type == PartType::kLine) add(f.line.pointCapacity);
+  if (part.type == PartType::kLineSet) add(f.lineSet.lineCapacity);
+  if (part.type == PartType::kBcocaBarcode) add(f.barcode.textCapacity);
+  return rows;
+}
 inline Rows rowsOf(const DrawPart& part) {
   Rows rows = fieldsOf(part);
-  rows.push_back(Shown::row("type", partIndex(part.type)));
-  rows.push_back(Shown::row("poolKind", part.poolKind));
-  rows.push_back(Shown::row("ownerTag", part.ownerTag));
+  std::ranges::move(frameOf(part), std::back_inserter(rows));
   return rows;
 }
 

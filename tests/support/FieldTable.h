@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "FrozenText.h"
+#include "Paths.h"
 
 namespace rvf::test {
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "support/Paths.h"
+#include "support/Shown.h"
 
 namespace rvf::test {
 
@@ -30,21 +31,6 @@ inline void expectFrozen(std::string_view name, const std::string& actual) {
     ASSERT_EQ(foundLine, expectedLine) << path << ", line " << number;
   }
 }
-
-inline bool isPlain(char16_t unit) { return unit == 0 || (unit >= u' ' && unit <= u'~'); }
-
-/// "|" stands for a zero; a character that is not of ASCII is its number.
-inline std::string quoted(std::u16string_view text) {
-  std::string quoted = "\"";
-  for (const char16_t unit : text) {
-    const std::string plain(1, unit == 0 ? '|' : static_cast<char>(unit));
-    quoted += isPlain(unit) ? plain : "<" + std::to_string(unit) + ">";
-  }
-  return quoted + '"';
-}
-
-/// An object in lines, each of which starts with its name.
-using Rows = std::vector<std::string>;
 
 /// Objects one after the other, each by the rows that the one before does not have. Those that are
 /// alike share an entry: "100 to 105". All have rows of the same names, so that none goes unseen.

@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "FrozenText.h"
+#include "Shown.h"
 #include "pagemodel/FieldVisitor.h"
 
 namespace rvf::test {
 
 /// The fields of a part, a list or a static object as rows: "runs[0].x 10". Colours are
 /// hexadecimal; bytes that are no plain text are numbers.
-class NamedFields final : public FieldVisitor {
+class NamedFields : public FieldVisitor {
  public:
   void number(std::string_view name, i64 value) override { add(name, std::to_string(value)); }
   void floating(std::string_view name, f64 value) override {
