@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -9,6 +11,7 @@
 #include "pagemodel/PartRows.h"
 #include "storage/MemFile.h"
 #include "support/Capture.h"
+#include "support/Paths.h"
 #include "support/Reporting.h"
 
 namespace rvf::test {
@@ -18,6 +21,21 @@ inline bool readRecord(DrawPart& part, const std::string& record) {
   LoadedBytes loaded(record, true);
   readDrawPart(part, loaded.archive);
   return !loaded.archive.failed();
+}
+
+/// The capture files of each reference pair, by the name of its folder.
+inline std::vector<std::pair<std::string, std::vector<std::string>>> referenceFiles() {
+  std::vector<std::pair<std::string, std::vector<std::string>>> pairs;
+  for (const auto& folder : std::filesystem::directory_iterator(sourcePath("tests/reference"))) {
+    if (!folder.is_directory()) continue;
+    auto& [name, files] = pairs.emplace_back(folder.path(), 0);
+    for (const auto& file : std::filesystem::directory_iterator(folder)) {
+      if (file.path().extension() != ".rvf") continue;
+      std::ifstream in(file.path(), std::ios::binary);
+      files.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    }
+  }
+  return pairs;
 }
 
 /// The type of each part, and the position of those that mostly move.

@@ -1,11 +1,8 @@
 #include "compare/EqualBodies.h"
 
-#include <filesystem>
-#include <fstream>
 #include <optional>
 
 #include "compare/CompareFixture.h"
-#include "support/Paths.h"
 
 namespace rvf::test {
 namespace {
@@ -28,16 +25,9 @@ void expectSameEitherWay(const std::string& a, const std::string& b, const std::
 }
 
 TEST(EqualBodies, ShortCutChangesNothingForTheReferencePairs) {
-  for (const auto& folder : std::filesystem::directory_iterator(sourcePath("tests/reference"))) {
-    if (!folder.is_directory()) continue;
-    std::vector<std::string> files;
-    for (const auto& file : std::filesystem::directory_iterator(folder)) {
-      std::ifstream in(file.path(), std::ios::binary);
-      const std::string bytes{std::istreambuf_iterator<char>(in), {}};
-      if (file.path().extension() == ".rvf") files.push_back(bytes);
-    }
+  for (const auto& [name, files] : referenceFiles()) {
     for (const std::string& a : files) {
-      for (const std::string& b : files) expectSameEitherWay(a, b, folder.path().string());
+      for (const std::string& b : files) expectSameEitherWay(a, b, name);
     }
   }
 }
