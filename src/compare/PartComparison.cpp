@@ -113,10 +113,10 @@ bool partsEqual(const DrawPart& left, const DrawPart& right, ChildListResults* c
   if (comparison.leftType == LeftType::kSame && left.type != right.type) {
     return false;
   }
-  if (!comparison.equal(left, right)) {
-    return false;
+  if (right.type == PartType::kStaticRef) {
+    return equalStaticRefs(left, right) && equalChildren(left, right, childLists);
   }
-  return right.type != PartType::kStaticRef || equalChildren(left, right, childLists);
+  return comparison.equal(left, right);
 }
 
 bool equalsOwnFields(const DrawPart& part) {
