@@ -128,6 +128,9 @@ TEST(RecordReader, StateAfterEachRecord) {
              (reader.AtEnd() ? "." : ":") + std::to_string(reader.GetWarningText(warning));
       all += toNative(warning.view()) + " ";
     }
+    i32 lengthAtEnd = 7;
+    EXPECT_EQ(reader.ReadRecord(text, lengthAtEnd), -1);
+    EXPECT_EQ(lengthAtEnd, 0);
     EXPECT_EQ(reader.outputConverter(), &output);
     return all + std::to_string(reader.encoding()) + " " + std::to_string(output.encodingId());
   };

@@ -174,6 +174,10 @@ TEST(FileSink, FailuresAreReportedOnce) {
   EXPECT_EQ(fullSink.WriteLine(u"a", LineEnd::kNone), 0);
   EXPECT_EQ(fullSink.WriteLine(u"a", LineEnd::kNone), 0);
   EXPECT_EQ(messages.take(), std::vector<std::string>{"1806 /dev/full|No space left on device"});
+  FileSink unconnected(full, u"/dev/full");
+  ASSERT_TRUE(unconnected.openFile(11, ByteOrderMark::kNone));
+  EXPECT_EQ(unconnected.WriteLine(u"a", LineEnd::kNone), 0);
+  EXPECT_EQ(messages.take(), std::vector<std::string>{"1806 /dev/full|Success"});
   FileSink nameless(full, u"");
   EXPECT_FALSE(nameless.openFile(11, ByteOrderMark::kNone));
   EXPECT_EQ(nameless.openFailure().view(), u"No such file or directory");
