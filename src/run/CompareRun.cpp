@@ -29,13 +29,13 @@ void reportUnusable(const eString& path, const eString& reason) {
   Report(MessageNumber::kFileUnusable, path.isEmpty() ? u"(no name)" : path, reason);
 }
 
-/// What stands behind such a record cannot be told, so reading on would compare garbage.
+/// The fields behind such a record cannot be found, so reading on would compare garbage.
 [[noreturn]] void endOnNewerRecord(const NewerRecord& record) {
   Report(MessageNumber::kRecordTooNew, record.label, record.version, record.highest);
   endProcess();
 }
 
-/// Opens a file of the comparison. Null, and a report, when that fails.
+/// Opens a file of the comparison. Null, and reported, when that fails.
 std::unique_ptr<eDiskFile> openFile(const eString& path, i32 flags, FailureLog& failures) {
   auto file = std::make_unique<eDiskFile>();
   if (file->Open(path, flags | open_flags::kUnbuffered, false)) {
@@ -140,7 +140,7 @@ void CompareRun::closeRun(i32 status) {
   closeReport(status);
 }
 
-// The sink stays attached until its last byte is written: a message about its own end still counts.
+// The sink stays attached until its last byte is written, so that a message about it still counts.
 void CompareRun::closeReport(i32 status) {
   if (reportSink_ == nullptr) {
     return;

@@ -17,16 +17,15 @@ class FailureLog;
 class RvfReader;
 
 /// The steps of one run and everything that it owns: the settings, the two sinks and the three
-/// files. The steps come in the order of their declaration, each once; a step that fails tells why
-/// through the reporter and is the last one but closeRun.
+/// files. The steps come in the order of their declaration, each once; a step that fails
+/// reports why, and only closeRun may follow it.
 class CompareRun {
  public:
-  /// Opens nothing and reports nothing. `failures` stays the caller's; what no message can tell
-  /// goes there directly.
+  /// Opens nothing and reports nothing. `failures` is not owned; it gets what no message can say.
   explicit CompareRun(FailureLog& failures);
   CompareRun(const CompareRun&) = delete;
   CompareRun& operator=(const CompareRun&) = delete;
-  /// Closes with the status of a failed run what is still open.
+  /// Closes what is still open, as a failed run.
   ~CompareRun();
 
   /// `arguments` starts with the program's name. A bad line in a control file does not end the run
@@ -52,7 +51,7 @@ class CompareRun {
   void closeRun(i32 status);
 
   [[nodiscard]] const RunOptions& options() const { return options_; }
-  /// What a comparison that came to its end has found, if somebody sits at a terminal to read it.
+  /// What a finished comparison has found. Empty unless standard error is a terminal.
   [[nodiscard]] const std::optional<ComparisonCounts>& counts() const { return counts_; }
 
  private:

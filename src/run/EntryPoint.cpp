@@ -20,9 +20,8 @@ namespace rvf {
 
 namespace {
 
-/// Takes part in the messages of one run: stands behind the reporter as its back end and hears of
-/// failures as its listener. At its end it prints what is still held, also when the run ends with
-/// an exception.
+/// Connects one run to the reporter, with a back end for its messages and a listener for its
+/// failures. The destructor prints what is still held, also when the run ends with an exception.
 class MessageSession {
  public:
   MessageSession() : output_(messageReporter) {
@@ -46,7 +45,7 @@ class MessageSession {
   }
 
   void printHeldMessages() {
-    // A look for the catalogue may have something to tell of its own.
+    // Without a held message the catalogue is not needed, and a missing one is nobody's concern.
     if (!messageReporter.pending().empty()) {
       output_.printHeldMessages();
     }
@@ -87,8 +86,7 @@ i32 takeSteps(CompareRun& run, MessageSession& session, std::span<const eString>
   }
   run.greet();
   const i32 status = run.compareFiles();
-  // The messages stand in front of the closing report. What closing itself has to tell still
-  // counts.
+  // The messages come before the closing report. What goes wrong while closing still counts.
   messageReporter.FlushMessages();
   run.closeRun(status);
   session.printHeldMessages();
@@ -119,7 +117,7 @@ i32 runCompare(std::span<const eString> arguments) {
   MessageSession session;
   CompareRun run(session.failures());
   const i32 exitStatus = takeSteps(run, session, arguments);
-  run.closeRun(exit_status::kFailed);  // a run that got to its end has nothing open any more
+  run.closeRun(exit_status::kFailed);  // does nothing if the run came to its end
   session.printHeldMessages();
   if (exitStatus == exit_status::kFailed) {
     explainFailure(run.options(), session.failures());

@@ -23,12 +23,12 @@ class FailureLog final : public MessageListener {
   void add(const eString& path, const eString& reason, const char16_t* role = u"");
   /// One of the damaged places.
   void addDamage(const eString& path, const eString& place);
-  /// So many places were damaged, those among them that are added one by one.
+  /// Adds to the number of damaged places, which includes those given to addDamage.
   void countDamage(i64 count) { damageCount_ += count; }
 
   [[nodiscard]] bool isEmpty() const { return reasonCount_ == 0 && damageCount_ == 0; }
-  /// A line for each reason and place, "rvfcompare: PATH: REASON"; behind those that are listed the
-  /// number of the others.
+  /// A line for each reason and place, "rvfcompare: PATH: REASON", and the number of those that are
+  /// not listed.
   [[nodiscard]] std::string text() const;
 
  private:

@@ -13,13 +13,13 @@ class FailureLog;
 // What the operator is told beside the numbered messages: on standard error, but for the answers to
 // --help and --version. Nothing here fails: a stream that cannot be written is ignored.
 
-/// What a finished comparison has found, for people.
+/// What a finished comparison has found.
 struct ComparisonCounts {
   i32 status = 0;  // the DiffFlags of the files
   i32 customersDone = 0;
   i64 pagesCompared = 0;
   i64 differingPages = 0;
-  i64 unpairedPages = 0;  // of both files; those that the walk did not come to are among them
+  i64 unpairedPages = 0;  // of both files, including those that the walk did not reach
 };
 
 /// One line without an end: "3 of 120 pages differ, 2 pages have no partner".
@@ -34,8 +34,8 @@ struct ComparisonCounts {
 /// The options that are accepted but not taken as they are written.
 void printWarnings(const RunOptions& options);
 
-/// Why the options ended the run: the control file that could not be used, each option that was not
-/// understood, and then how options are written. Nothing when all were in order.
+/// Each option that was not understood and why, then the usage text. Nothing when all were in
+/// order.
 void printBadOptions(const RunOptions& options);
 
 void printFailures(const FailureLog& failures);

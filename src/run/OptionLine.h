@@ -19,8 +19,8 @@ struct OptionLine {
 
 [[nodiscard]] bool startsAsOption(const eString& text);
 
-/// Why a line that is not understood is not, and how it should read, as people read it. A mistyped
-/// name is answered with the nearest one.
+/// Why a line is not understood and how it should read, for people. A mistyped name is answered
+/// with the nearest valid one.
 [[nodiscard]] eString explainBadOption(const eString& line);
 
 }  // namespace rvf

@@ -85,7 +85,7 @@ bool setMessageFile(RunOptions& options, const eString& value) {
 }
 
 bool setMessageEncoding(RunOptions& options, const eString& value) {
-  // A name that is not known changes nothing and is accepted: jobs written for other encodings run.
+  // An unknown name is accepted and changes nothing, so that jobs written for other encodings run.
   options.msgEncoding = encodingId(kMessageEncodings, upperCased(value), options.msgEncoding);
   return true;
 }
@@ -105,7 +105,7 @@ bool setControlFileEncoding(RunOptions& options, const eString& value) {
   return true;
 }
 
-// What is accepted, but not as it is written
+// Values that are accepted, but not as they are written
 
 std::u16string_view withoutSignAndZeros(std::u16string_view number) {
   number.remove_prefix(number.starts_with(u'+') || number.starts_with(u'-') ? 1 : 0);

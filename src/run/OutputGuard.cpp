@@ -34,10 +34,10 @@ struct Place {
   explicit Place(const eString& path);
 
   std::optional<FileIdentity> file;  // none: a device, or nothing can be opened there
-  int failure = 0;                   // the system could not tell: its error number
+  int failure = 0;                   // the error number if the system could not tell
 };
 
-/// Where a write to a path would create a file: behind the links that lead nowhere yet.
+/// Where opening a path for writing would create the file: the end of a chain of dangling links.
 fs::path followDanglingLinks(fs::path path) {
   constexpr int kMostLinks = 40;
   std::error_code failure;
@@ -47,7 +47,7 @@ fs::path followDanglingLinks(fs::path path) {
   return path;
 }
 
-/// These say that a path leads nowhere for this process, so that the run will not open it either.
+/// Errors that mean that this process cannot reach the path, so the run cannot open it either.
 bool leadsNowhere(int errorNumber) {
   constexpr int kErrors[] = {ENOENT, ENOTDIR, EACCES, ELOOP, ENAMETOOLONG};
   return std::ranges::find(kErrors, errorNumber) != std::end(kErrors);
@@ -97,7 +97,7 @@ eString objectionTo(const Place& output, const std::vector<GuardedFile>& guarded
     return systemErrorText(output.failure);
   }
   for (const GuardedFile& file : guarded) {
-    // A file that cannot be told from the others might be any of them.
+    // A file that could not be identified might be the output itself.
     if (file.place.failure != 0) {
       return systemErrorText(file.place.failure);
     }

@@ -6,8 +6,8 @@ namespace rvf {
 
 struct RunOptions;
 
-/// Why the two outputs of a run must not be opened, as people read it. Empty where nothing speaks
-/// against it.
+/// Why the two outputs of a run must not be opened, for people. Empty where there is no
+/// objection.
 struct OutputObjections {
   eString messageFile;
   eString differenceFile;

@@ -35,7 +35,7 @@ class Progress final : public WalkObserver {
   void pagesCompared(i32 customersDone, i32 customerCount, i64 pagesCompared,
                      i32 differingPages) override;
 
-  /// How far the comparison was when it was heard of last.
+  /// The state that was reported last.
   [[nodiscard]] const ProgressState& last() const { return last_; }
 
  private:
@@ -49,7 +49,7 @@ class Progress final : public WalkObserver {
 /// A progress line if standard error is a terminal, otherwise null.
 [[nodiscard]] std::unique_ptr<Progress> makeProgress(i64 pageTotal);
 
-/// Removes the line that is shown, if there is one: for what else is to appear on standard error.
+/// Removes the line if one is shown, before anything else is printed on standard error.
 void eraseProgressLine();
 /// The same for a signal handler.
 void eraseProgressLineFromHandler();

@@ -12,7 +12,7 @@ namespace rvf {
 
 bool RunOptions::parseCommandLine(std::span<const eString> arguments, bool readControl) {
   for (std::size_t index = 1; index < arguments.size();) {
-    // The shell has split a value with blanks in it: it is put together with one blank a seam.
+    // The shell has split a value that contains blanks: it is joined with one blank at each seam.
     eString text = arguments[index++];
     for (; index < arguments.size() && !startsAsOption(arguments[index]); ++index) {
       text.AppendChar(u' ');
@@ -55,7 +55,7 @@ void RunOptions::addControlFile(const eString& path) {
 
 bool RunOptions::readControlFiles() {
   bool ok = true;
-  // A control file may append others, itself not among them, since it is listed already.
+  // A control file may add others, but not itself, since it is already listed.
   for (std::size_t index = 0; index < controlFiles.size() && !controlFileFailure; ++index) {
     const eString path = controlFiles[index];
     ok = readControlFile(path);

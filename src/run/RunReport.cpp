@@ -12,7 +12,7 @@ namespace {
 constexpr const char16_t* kRule =
     u" *******************************************************************************";
 
-// A number of the product that has stood in every banner.
+// A product number that every banner has shown.
 constexpr const char16_t* kBannerNumber = u"178236";
 
 struct DifferenceLine {

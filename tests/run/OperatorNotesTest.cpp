@@ -40,7 +40,7 @@ TEST(FailureLog, NamesEachReasonOnceAndTenPlaces) {
   reporter.Report(MessageNumber::kFileWriteFailed, 8, u"e", u"full");
   reporter.Report(MessageNumber::kFileCloseFailed, u"f", u"lost");
   reporter.Report(MessageNumber::kFileSeekFailed, u"g");
-  log.add(u"h", u"known \x1B better \x9F\xE9", u"role");
+  log.add(u"h", u"known \x1F\x7F better \x80\x9F\xA0\xE9", u"role");
   reporter.Report(MessageNumber::kFileUnusable, u"h", u"not told");
   reporter.Report(MessageNumber::kFileUnusable, u"", u"alone");
   for (const char16_t* file : {u"i", u"j", u"k"})

@@ -46,8 +46,9 @@ TEST(Options, UnderstandExactlyTheLinesOfTheTable) {
         "\t-SIMPLERETURN", "word", "-", "-=", "-=5", "--SIMPLERETURN", "-SIMPLERETURN=1",
         "-SIMPLERETURN=", "-COMPARE", "-COMPARE=", "-COMPARE=a.rvf", "-COMPARE=,b.rvf",
         "-COMPARE =a,b", "- COMPARE=a,b", "-COMPARES=a,b", "-POS_TOLERANCE", "-POS_TOLERENCE=5",
-        "-TOLERANCE=5", "-MSGFILE=x", "-FOO=1", "-ISMPLERETURN", "-BCS_MODE=TRUE", "--help",
-        "/VERSION", "-AN_OPTION_OF_SOMETHING_ELSE_THAT_IS_LONGER_THAN_ANY_MISSPELLING_CAN_BE=1"}) {
+        "-TOLERANCE=5", "-MSGFILE=x", "-FOO=1", "-OCMPR=a,b", "-ISMPLERETURN", "-BCS_MODE=TRUE",
+        "--help", "/VERSION",
+        "-AN_OPTION_OF_SOMETHING_ELSE_THAT_IS_LONGER_THAN_ANY_MISSPELLING_CAN_BE=1"}) {
     RunOptions options;
     const Rows usual = settingsOf(options);
     all += "\"" + line + "\"";
@@ -75,6 +76,8 @@ TEST(Options, FollowControlFilesOnceEach) {
   std::vector<eString> arguments = {u"rvfcompare", u"-LINE_TOLERANCE=9"};
   arguments.insert(arguments.end(), 2, fromNative(first));
   EXPECT_TRUE(options.parseCommandLine(arguments, true)) << "the last file was in order";
+  folder.write("second.txt", "-FOO");
+  EXPECT_FALSE(RunOptions().parseCommandLine(std::vector{eString(), fromNative(second)}, true));
   EXPECT_TRUE(options.badControlLine);
   EXPECT_EQ(options.badLineText.view(), u"-FOO");
   EXPECT_EQ(options.controlFiles.size(), 2U);

@@ -92,11 +92,6 @@ class Surroundings : public testing::Test, protected RunFolder {
     std::filesystem::create_directory(path() / "folder");
   }
 
-  /// Runs with the outputs of the run before removed.
-  ProgramResult runAnew(const std::string& arguments) const {
-    shell("rm -f Differenced.dat PlenarixMessages.dat");
-    return run(arguments);
-  }
   /// A run anew as people see it: what is printed but for the greeting and the usage text, the
   /// exit status, what the message file tells, what has become of the difference file.
   std::string account(const std::string& arguments, const std::string& before = ":") const {
@@ -123,8 +118,6 @@ class Surroundings : public testing::Test, protected RunFolder {
   }
 
   static constexpr int kTrueStatus = 128;
-  static constexpr const char* kMessageFileLine =
-      " ****** There was an error opening the Message File named ";
   static constexpr const char* kCatalogue =
       "// messages of these tests\n"
       "#define MESS_SYMB_VER 1602008\n"

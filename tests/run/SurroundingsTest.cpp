@@ -109,53 +109,44 @@ TEST_F(Surroundings, OutputsMayGoToWhoeverReads) {
 TEST_F(Surroundings, OutputsDestroyNothing) {
   struct Clash {
     const char* prepare;
-    std::string output;         // where the output is to go
-    std::string what;           // what it would destroy
-    std::string options = " ";  // of the run, beside it
+    std::string output;        // where the output is to go
+    std::string options = "";  // of the run, beside it
   };
   const Clash clashes[] = {
-      {"", "RVF1.rvf", "an input"},
-      {"", "RVF2.rvf", "an input"},
-      {"", "folder/.././/RVF1.rvf", "an input"},
-      {"", "/proc/self/cwd/RVF1.rvf", "an input"},
-      {"ln -s RVF1.rvf link", "link", "an input"},
-      {"ln -s link other", "other", "an input"},
-      {"ln RVF2.rvf hard", "hard", "an input"},
-      {"ln -s . here", "here/RVF2.rvf", "an input"},
-      {"", "RVF1.rvf", "an input", "-COMPARE=link,RVF2.rvf "},
-      {"", "c.ctl", "a control file", "-CONTROLFILE=c.ctl "},
-      {"echo -CONTROLFILE=c.ctl >d.ctl", "c.ctl", "a control file", "-CONTROLFILE=d.ctl "},
-      {"", "MsgResource_en-us.dat", "the message catalogue"},
-      {"ln -s MsgResource_en-us.dat texts", "texts", "the message catalogue"},
-      {"rm MsgResource_en-us.dat", "MsgResource_en-us.dat", "the message catalogue"},
-      {"", "new", "the difference file", "-DIFFERENCEFILE=new "},
-      {"", "new", "the difference file", "-DIFFERENCEFILE=./new "},
-      {"echo old >old", "old", "the difference file", "-DIFFERENCEFILE=old "},
-      {"ln old both", "both", "the difference file", "-DIFFERENCEFILE=old "},
-      {"ln -s new dangling", "dangling", "the difference file", "-DIFFERENCEFILE=new "},
-      {"ln -s here/new far", "far", "the difference file", "-DIFFERENCEFILE=folder/../dangling "},
-      {"mkfifo pipe", "pipe", "the difference file", "-DIFFERENCEFILE=pipe "},
+      {"", "RVF1.rvf"},
+      {"", "RVF2.rvf"},
+      {"", "folder/.././/RVF1.rvf"},
+      {"", "/proc/self/cwd/RVF1.rvf"},
+      {"ln -s RVF1.rvf link", "link"},
+      {"ln -s link other", "other"},
+      {"ln RVF2.rvf hard", "hard"},
+      {"ln -s . here", "here/RVF2.rvf"},
+      {"", "RVF1.rvf", "-COMPARE=link,RVF2.rvf "},
+      {"", "c.ctl", "-CONTROLFILE=c.ctl "},
+      {"echo -CONTROLFILE=c.ctl >d.ctl", "c.ctl", "-CONTROLFILE=d.ctl "},
+      {"", "MsgResource_en-us.dat"},
+      {"ln -s MsgResource_en-us.dat texts", "texts"},
+      {"", "new", "-DIFFERENCEFILE=new "},
+      {"", "new", "-DIFFERENCEFILE=./new "},
+      {"echo old >old", "old", "-DIFFERENCEFILE=old "},
+      {"ln old both", "both", "-DIFFERENCEFILE=old "},
+      {"ln -s new dangling", "dangling", "-DIFFERENCEFILE=new "},
+      {"ln -s here/new far", "far", "-DIFFERENCEFILE=folder/../dangling "},
+      {"mkfifo pipe", "pipe", "-DIFFERENCEFILE=pipe "},
+      {"rm MsgResource_en-us.dat", "MsgResource_en-us.dat"},
   };
-  for (const auto& [prepare, output, what, options] : clashes) {
-    SCOPED_TRACE(options + output);
+  std::string told;
+  for (const auto& [prepare, output, options] : clashes) {
     shell(prepare);
     const auto before = files();
-    const std::string reason = "It is also " + what + " of this run";
-
-    ProgramResult result = run(options + "-MESSAGEFILE=" + output);
-    EXPECT_EQ(result.status, 255);
-    EXPECT_EQ(result.out, kMessageFileLine + output + " *****\n");
-    EXPECT_EQ(result.err, "rvfcompare: " + output + ": " + reason + " (message file)\n");
-    EXPECT_TRUE(files() == before);
-
-    if (what == "the difference file") continue;
-    result = run(options + "-DIFFERENCEFILE=" + output);
-    EXPECT_EQ(result.status, 255);
-    EXPECT_TRUE(result.err.ends_with("rvfcompare: " + output + ": " + reason + "\n"));
-    EXPECT_EQ(report(), "-1");
-    shell("rm PlenarixMessages.dat");
-    EXPECT_TRUE(files() == before);
+    for (const std::string option : {"-MESSAGEFILE=", "-DIFFERENCEFILE="}) {
+      if (options.starts_with(option)) continue;  // the clash is between the two
+      told += account(options + option + output);
+      shell("rm -f PlenarixMessages.dat");
+      EXPECT_TRUE(files() == before) << told;
+    }
   }
+  expectFrozen("clashing-outputs.txt", told);
 }
 
 // Two files that have lost the same page are not identical, whatever the catalogue knows of it,
@@ -170,9 +161,7 @@ TEST_F(Surroundings, LossCountsWithoutTheCatalogue) {
       {"no catalogue\n", 255},
       {head, 255},
       {head + "#define NO_SEPARATORS 9999 // W\n", 255},
-      {head + "#define DAMAGED 9042 // S|0|1|Damage\n", 255},
       {head + "#define DAMAGED 9042 // W|0|0|Damage\n", 0},
-      {head + "#define DAMAGED 9042 // W|0|1|Damage\n", 0},
   };
   for (const auto& [catalogue, status] : catalogues) {
     SCOPED_TRACE(catalogue);
@@ -213,15 +202,19 @@ TEST_F(Surroundings, TerminalsAndInterruptions) {
   const std::string start = "exec 3<>pipe; ";
   for (const auto& [name, status] : {std::pair("INT", 130), std::pair("TERM", 143)}) {
     const ProgramResult result = shell(start + "exec timeout --foreground --preserve-status -s " +
-                                       name + " 0.4 \"$P\" -DIFFERENCEFILE=pipe");
+                                       name + " 1 \"$P\" -DIFFERENCEFILE=pipe");
     EXPECT_EQ(result.status, status);
     EXPECT_EQ(result.err,
               "rvfcompare: interrupted: the difference file and the message file are incomplete\n");
     EXPECT_EQ(report(), kNoEnd);
   }
+  shell("rm PlenarixMessages.dat");
   const std::string terminal = "script -qec '$P -DIFFERENCEFILE=pipe' /dev/null";
-  const std::string shown =
-      shell(start + "export P; (sleep 0.4; exec cat <&3 >taken) & " + terminal + "; kill $!").out;
+  const std::string shown = shell(start +
+                                  "export P; (until [ -s PlenarixMessages.dat ]; do sleep 0.1; "
+                                  "done; sleep 1; exec cat <&3 >taken) & " +
+                                  terminal + "; kill $!")
+                                .out;
   const std::size_t line = shown.find("\r0 of 1 customers, ");
   const std::size_t result = shown.find("\rrvfcompare: 1 of 40000 pages differs\r\n");
   ASSERT_TRUE(line != shown.npos && result != shown.npos) << shown;

@@ -25,7 +25,7 @@ constexpr std::size_t kShortestVersionLine = 28;
 constexpr std::size_t kLineTooLong = 4096;
 constexpr i32 kMaximumRecordLength = 32767;
 
-/// Numbers below it stand evenly enough to be found by bisection, those above in gaps and clusters.
+/// Numbers below it are spread evenly enough for bisection, those above come in clusters.
 constexpr i32 kFirstScannedNumber = 10000;
 
 void print(std::FILE* console, const char16_t* format, const eString& fileName) {
@@ -244,7 +244,7 @@ MessageRecord* MessageCatalogue::findRecord(i32 number) {
 }
 
 const MessageRecord* MessageCatalogue::currentRecord() const {
-  // Among those of its number it stands last, since they keep the order of the file.
+  // It is the last one of its number, since those keep the order of the file.
   const auto behind =
       std::ranges::upper_bound(records_, currentNumber_, {}, &MessageRecord::number);
   return records_.empty() ? nullptr : &*(behind - 1);

@@ -20,7 +20,8 @@ namespace rvf {
 /// A finished line without its number prefix: what stands behind the first ")" and a blank.
 [[nodiscard]] std::u16string_view withoutLinePrefix(std::u16string_view line);
 
-/// How a message is told when there is no text for it: QZ001903: "a.rvf", "Invalid RVF"
+/// A message for which there is no text, by its number and arguments: QZ001903: "a.rvf", "Invalid
+/// RVF"
 [[nodiscard]] std::u16string numberAndArguments(const MessageEntry& entry);
 
 /// A part of a message line that goes into the report as a line of its own. The text is borrowed.

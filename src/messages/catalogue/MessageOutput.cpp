@@ -13,7 +13,7 @@ namespace rvf {
 
 namespace {
 
-/// What stands as severity in a line without a record: no letter, so nothing is tallied for it.
+/// The severity of a line without a record. It is no letter, so nothing is tallied for it.
 constexpr char16_t kNoSeverity = 20;
 
 constexpr const char16_t* kElementName = u"EngineRunMessage";
@@ -22,9 +22,9 @@ void printLine(std::FILE* stream, const eString& text) {
   printNative(stream, std::u16string(text.text()) + u"\n");
 }
 
-/// The arguments of a pending entry: those up to the first empty one. An empty text in the middle
-/// thus ends the substitution, and the placeholders from it on stay visible. Reports that exist
-/// show this, and the catalogue's texts are written for it.
+/// Quirk that stays: a pending entry has the arguments up to the first empty one. An empty text in
+/// the middle thus ends the substitution, and the placeholders from there on stay visible. Existing
+/// reports show this, and the texts of the catalogue are written for it.
 int countArguments(const MessageEntry& entry) {
   const auto firstEmpty = std::ranges::find_if(entry.arguments, &eString::isEmpty);
   return static_cast<int>(firstEmpty - entry.arguments.begin());
@@ -98,7 +98,7 @@ bool MessageOutput::flush(std::deque<MessageEntry>& pending) {
     const int argumentCount = countArguments(entry);
     if (!passesFilter(entry.number)) {
       // Quirk that stays: a message that is held back ends the flush, not only its own writing.
-      // Existing reports end here. What is lost stays lost, though.
+      // Existing reports end here. A loss behind it still counts.
       std::ranges::for_each(pending, [this](const MessageEntry& left) { countLoss(left.number); });
       return true;
     }
@@ -165,7 +165,7 @@ bool MessageOutput::buildLine(MessageEntry& entry, const MessageRecord* record,
                               int argumentCount) const {
   if (record == nullptr) {
     entry.severity = kNoSeverity;
-    // The two forms of this text differ at their ends, as they always have.
+    // Quirk that stays: the two forms of this text end differently. Existing reports have both.
     const bool hasArguments = argumentCount > 0;
     entry.text.Format(hasArguments ? u"Internal error:  message %d not found in message file.\n"
                                    : u"Internal error:  message %d not found in message file",
@@ -192,8 +192,8 @@ void MessageOutput::deliver(const MessageEntry& entry, const MessageRecord* reco
 
 void MessageOutput::EmitLine(const MessageEntry& entry, const MessageRecord* record) {
   if (reporter_.reportSink == nullptr) {
-    // The text stands as the format itself, so a "%" in it is taken as a conversion; the print
-    // supplies zeroes and empty texts for what such conversions ask for.
+    // Quirk that stays: the text itself is the format, so a "%" in it is taken as a conversion. The
+    // print supplies zeroes and empty texts for what such conversions ask for.
     eString printed;
     printed.Format(entry.text.c_str());
     printLine(stdout, printed);

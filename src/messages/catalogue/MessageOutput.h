@@ -13,7 +13,7 @@ namespace rvf {
 /// What turns the calls of a MessageReporter into lines of the report and into its tally.
 ///
 /// A message that is raised because the report itself cannot be written goes to standard error
-/// instead, and so does a line that the report did not take: writing them there again would fail
+/// instead, and so does a line that the report did not take: writing them to the report would fail
 /// again, without end.
 class MessageOutput final : public MessageBackEnd {
  public:
@@ -24,8 +24,8 @@ class MessageOutput final : public MessageBackEnd {
   [[nodiscard]] bool isLoaded() const override { return flushed_ && catalogue_.isLoaded(); }
   [[nodiscard]] bool passesFilter(MessageNumber number) override;
   void write(MessageEntry& entry, int argumentCount) override;
-  /// Without a catalogue the pending messages go the way of printHeldMessages. A message that the
-  /// filter holds back ends the flush, and those behind it are never written.
+  /// Without a catalogue the pending messages are printed as by printHeldMessages. A message that
+  /// the filter holds back ends the flush, and those behind it are never written.
   ///
   /// A message that means a loss (meansDataLoss) makes the run a failed one even if the catalogue
   /// lacks its number, if it is held back, or if it stands behind one that is. A catalogue that has

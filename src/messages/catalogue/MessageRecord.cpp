@@ -35,8 +35,9 @@ void findPlaceholders(MessageRecord& record) {
   bool escaped = false;
   for (std::size_t i = 0; i < text.size();) {
     if (text[i] == u'\\') {
-      // The flag outlives the skipped character by one, so neither of the two characters behind a
-      // backslash opens a placeholder: in "\|1|" the second bar does. Existing texts rely on it.
+      // Quirk that stays: the flag outlives the skipped character by one, so neither of the two
+      // characters behind a backslash opens a placeholder: in "\|1|" the second bar does. Existing
+      // texts rely on it.
       escaped = true;
       i += 2;
       continue;

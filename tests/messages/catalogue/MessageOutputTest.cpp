@@ -122,12 +122,19 @@ TEST_F(MessageOutputTest, SettingsOfTheReporter) {
     reporter.tally = {};
     return all + "\n";
   };
-  reporter.overrides = {
-      {kInform, u'W', 1, 9, false}, {kError, u'?', 1, 0, true}, {kWarn, 0, 1, 2, false}};
   reporter.FlushMessages();
-  std::string all = "overridden\n" + reportAll();
+  onlyFirstOccurrence = 1;
+  std::string all = "first occurrences\n" + reportAll() + "second ones\n";
+  all += reportAll();
+  onlyFirstOccurrence = 0;
   reporter.overrides = {
-      {kInform, u'I', 1, 0, false}, {kError, 0, 1, 0, false}, {kWarn, 0, 1, 0, false}};
+      {kInform, u'W', 1, 9, false}, {kError, u'?', 1, 0, true}, {kWarn, 0, 1, 4, false}};
+  reporter.FlushMessages();
+  all += "overridden\n" + reportAll();
+  reporter.overrides = {{kInform, u'I', 1, 0, false},
+                        {kError, 0, 1, 0, false},
+                        {kWarn, 0, 1, 0, false},
+                        {kSevere, 0, 1, 0, false}};
   reporter.FlushMessages();
   for (i32 i = 0; i < 4; ++i) {
     reporter.levelFilter = i;
@@ -135,9 +142,6 @@ TEST_F(MessageOutputTest, SettingsOfTheReporter) {
     all += "level " + std::to_string(i) + "\n" + reportAll();
   }
   reporter.levelFilter = 0;
-  onlyFirstOccurrence = 1;
-  all += "first occurrences\n" + reportAll();
-  onlyFirstOccurrence = 0;
   reporter.reportingDisabled = true;
   all += "disabled\n" + reportAll();
   reporter.reportingDisabled = false;
