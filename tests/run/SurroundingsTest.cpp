@@ -80,6 +80,13 @@ TEST_F(Surroundings, WhatAnOperatorReads) {
                                 "--help --version"}) {
     told += account(arguments);
   }
+  // Two files that have lost the same page are not identical, whatever the catalogue knows of it.
+  for (const std::string catalogue :
+       {"no catalogue", "// test\\n#define MESS_SYMB_VER 1602008\\n#define NO_LOSS 90 // W|||x",
+        "// test\\n#define MESS_SYMB_VER 1602008\\n#define NO_SEPARATORS 9999 // W"}) {
+    told += account("-COMPARE=lost.rvf,lost.rvf -SIMPLERETURN",
+                    "printf '" + catalogue + "\\n' >MsgResource_en-us.dat");
+  }
   expectFrozen("operator.txt", told);
   EXPECT_TRUE(run("--help").out.starts_with("usage: rvfcompare [OPTION]...\n"));
   EXPECT_EQ(shell("echo -SIMPLERETURN | \"$P\" -CONTROLFILE=/dev/stdin").status, 1);
@@ -147,27 +154,6 @@ TEST_F(Surroundings, OutputsDestroyNothing) {
     }
   }
   expectFrozen("clashing-outputs.txt", told);
-}
-
-// Two files that have lost the same page are not identical, whatever the catalogue knows of it,
-// unless it says that this is not severe.
-TEST_F(Surroundings, LossCountsWithoutTheCatalogue) {
-  PageFields lost = page({line()});
-  lost.filePosition = 1000000;
-  write("RVF1.rvf", writeCapture(captureOf({page({line()}), lost, lost})).bytes);
-  const std::string head = "// test\n#define MESS_SYMB_VER 1602008\n";
-  const std::pair<std::string, int> catalogues[] = {
-      {kCatalogue, 255},
-      {"no catalogue\n", 255},
-      {head, 255},
-      {head + "#define NO_SEPARATORS 9999 // W\n", 255},
-      {head + "#define DAMAGED 9042 // W|0|0|Damage\n", 0},
-  };
-  for (const auto& [catalogue, status] : catalogues) {
-    SCOPED_TRACE(catalogue);
-    write("MsgResource_en-us.dat", catalogue);
-    EXPECT_EQ(run("-COMPARE=RVF1.rvf,RVF1.rvf -SIMPLERETURN").status, status);
-  }
 }
 
 TEST_F(Surroundings, StandardStreamsDoNotCount) {
