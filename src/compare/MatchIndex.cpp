@@ -4,13 +4,12 @@
 #include <numeric>
 #include <tuple>
 
+#include "base/Sizes.h"
 #include "compare/PartComparison.h"
 
 namespace rvf {
 
 namespace {
-
-std::size_t asSize(i32 index) { return static_cast<std::size_t>(index); }
 
 // Items of one shelf that a search looks at one by one before it takes a tree.
 constexpr int kPlainLooks = 8;

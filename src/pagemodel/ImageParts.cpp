@@ -6,6 +6,7 @@
 #include <limits>
 #include <new>
 
+#include "base/Sizes.h"
 #include "base/Wrapping.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
@@ -267,7 +268,7 @@ std::span<const std::byte> resourceBytes(const DrawPart& part) {
   if (fields.bytes != kSetPointer) {
     return {};
   }
-  return {part.payload.data(), static_cast<std::size_t>(fields.byteCount)};
+  return {part.payload.data(), asSize(fields.byteCount)};
 }
 
 namespace {
@@ -317,7 +318,7 @@ void readResource(DrawPart& part, eArchive& archive, i32 v) {
     fields.bytes = pointerWord(fields.byteCount > 0);
     part.payload.resize(i64{fields.byteCount} + 1);
     archive.ReadWhole(part.payload.data(), fields.byteCount);
-    *part.payload.at<u8>(static_cast<std::size_t>(fields.byteCount)) = 0;
+    *part.payload.at<u8>(asSize(fields.byteCount)) = 0;
   }
   fields.x = archive.ReadI32();
   fields.y = archive.ReadI32();

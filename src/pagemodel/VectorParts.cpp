@@ -4,6 +4,7 @@
 #include <cmath>
 #include <new>
 
+#include "base/Sizes.h"
 #include "base/Wrapping.h"
 #include "pagemodel/EmptyParts.h"
 #include "pagemodel/PartVersions.h"
@@ -35,11 +36,11 @@ void shiftPoints(std::span<Point> points, i32 dx, i32 dy) {
 // LINE
 
 std::span<Point> linePoints(DrawPart& part) {
-  return {part.payload.at<Point>(0), static_cast<std::size_t>(part.fields.line.pointCount)};
+  return {part.payload.at<Point>(0), asSize(part.fields.line.pointCount)};
 }
 
 std::span<const Point> linePoints(const DrawPart& part) {
-  return {part.payload.at<Point>(0), static_cast<std::size_t>(part.fields.line.pointCount)};
+  return {part.payload.at<Point>(0), asSize(part.fields.line.pointCount)};
 }
 
 void readLine(DrawPart& part, eArchive& archive, i32 v) {

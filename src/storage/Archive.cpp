@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <limits>
 
+#include "base/Sizes.h"
 #include "messages/MessageReporter.h"
 #include "storage/StreamCalls.h"
 #include "text/NativeText.h"
@@ -19,8 +20,6 @@ constexpr u16 kLongestLength = 0xFFFF;
 constexpr i32 kShortForms = 255;     // counts below have one byte
 constexpr i32 kMiddleForms = 65534;  // counts below have three bytes, from here on seven
 constexpr i64 kMarkerFound = -1;
-
-std::size_t asSize(i64 count) { return static_cast<std::size_t>(count); }
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/Sizes.h"
 #include "storage/RecordFrame.h"
 
 namespace rvf {
@@ -17,8 +18,6 @@ namespace {
 
 /// From this draw-part version on the old form has one byte a character.
 constexpr i32 kNarrowOldForm = 133;
-
-std::size_t asSize(i32 count) { return static_cast<std::size_t>(count); }
 
 }  // namespace
 
