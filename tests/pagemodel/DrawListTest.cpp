@@ -72,11 +72,11 @@ TEST(DrawList, IsClearedOrResetByWhomItsPartsBelongTo) {
 
 TEST(DrawList, AppendsCopiesOfAllParts) {
   for (const bool shift : {false, true}) {
-    DrawList target = usedList(0);
+    DrawList target = usedList(128);
     const DrawList source = usedList(0);
     appendList(target, source, shift);
     EXPECT_EQ(changedRows(stateOf(target), stateOf(source)),
-              " [count 6] [contentTally 2] [listFlags 16] [capacity 8]");
+              " [count 6] [contentTally 2] [listFlags 144] [capacity 8]");
     for (i32 i = 0; i < 3; ++i) {
       DrawPart moved;
       copyPart(moved, source[i]);

@@ -5,6 +5,7 @@
 #include "compare/PartComparison.h"
 #include "pagemodel/PartRows.h"
 #include "support/FieldTable.h"
+#include "support/Reporting.h"
 #include "text/NativeText.h"
 
 namespace rvf::test {
@@ -114,6 +115,35 @@ TEST_P(Fields, ComeFromTheirBytesAndEarnTheirBits) {
     }
   }
   EXPECT_EQ(offset, record.size()) << "the table has every byte of the record";
+}
+
+bool wasRead(DrawPart& part, const std::string& record) {
+  LoadedBytes file(record, true);
+  readDrawPart(part, file.archive);
+  return !file.archive.failed();
+}
+
+/// What a comparison can see of a part beside what the fields show.
+Rows unseen(const DrawPart& part) {
+  const PartWords words = partWords(part);
+  return {Shown::row("words", words.words), Shown::row("pointers", words.setPointers),
+          Shown::row("payload", part.payload.size())};
+}
+
+TEST_P(Fields, ShowWhateverABitOfTheRecordChanges) {
+  const HeldMessages messages;
+  for (const int version : {100, 105, 110, 117, 127, 134, 142, 150, 154}) {
+    const std::string record = recordOf(GetParam(), version);
+    DrawPart part, altered;
+    ASSERT_TRUE(wasRead(part, record));
+    for (std::size_t i = kFirstField; i < record.size(); ++i) {
+      std::string bytes = record;
+      bytes[i] ^= 1;
+      if (!wasRead(altered, bytes) || altered.type != part.type) continue;
+      if (fieldsOf(altered) != fieldsOf(part)) continue;
+      EXPECT_EQ(unseen(altered), unseen(part)) << version << ", byte " << i;
+    }
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(OfType, Fields, ::testing::ValuesIn(allParts()),
