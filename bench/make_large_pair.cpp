@@ -1,7 +1,8 @@
-// Writes a large pair of page-capture files to measure with: realistic pages of one size, mostly
-// text with several runs, lines and rectangles, a logo by reference, an image now and then.
-//   make_large_pair MEBIBYTES PAGE_KIBIBYTES CHANGE FIRST SECOND
-// CHANGE tells how the second file differs: none, thousandth (one page in a thousand has another
+// Writes a large pair of page-capture files to measure with.
+//   make_large_pair MEBIBYTES PAGE_KIBIBYTES CONTENT CHANGE FIRST SECOND
+// CONTENT is what the pages hold. paragraphs: mostly text with several runs, lines and rectangles, a
+// logo by reference, an image now and then. phrases: nothing but short texts with one run, of 85
+// bytes each. CHANGE tells how the second file differs: none, thousandth (one page in a thousand has another
 // text), all (every page has), inserted (every page has one part more in front). With pages of 0
 // KiB the files are index alone: MEBIBYTES million pages without a body.
 
@@ -10,6 +11,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/Capture.h"
@@ -20,13 +22,15 @@ using namespace rvf::test;
 
 constexpr int kResolution = 300, kPagesOfACustomer = 8;
 
+std::u16string digitsOf(int value) {
+  const std::string digits = std::to_string(value);
+  return {digits.begin(), digits.end()};
+}
+
 Part paragraph(int number, bool isChanged) {
   TextFields f{.text = u"", .runs = {}, .fontId = 1 + number % 5, .rotation = 0};
   for (int run = 0; run < 4; ++run) {
-    std::u16string words = u"The sum insured of item ";
-    for (const char digit : std::to_string(number * 7 + run)) {
-      words += static_cast<char16_t>(digit);
-    }
+    std::u16string words = u"The sum insured of item " + digitsOf(number * 7 + run);
     words += isChanged && run == 2 ? u" was changed." : u" stays as it is.";
     const int y = 300 + 50 * (4 * (number % 16) + run);
     f.runs.push_back({.x = 250, .y = y, .charCount = static_cast<int>(words.size())});
@@ -35,8 +39,26 @@ Part paragraph(int number, bool isChanged) {
   return text(f);
 }
 
+Part phrase(int number, bool isChanged) {
+  std::u16string words = (isChanged ? u"altered " : u"item no. ") + digitsOf(number);
+  words.resize(20, u'.');
+  return text({.text = words,
+               .runs = {{.x = 250 + number % 5, .y = number % 3300, .charCount = 20}},
+               .fontId = 1 + number % 5,
+               .rotation = 0});
+}
+
+std::vector<Part> phrasePage(int page, int size, bool isChanged) {
+  constexpr int kPhraseSize = 85;
+  std::vector<Part> parts;
+  for (int i = 0; i < size / kPhraseSize; ++i) {
+    parts.push_back(phrase(page * 31 + i, isChanged && i == 1));
+  }
+  return parts;
+}
+
 /// Parts of about `size` bytes. The change is in the second paragraph.
-std::vector<Part> pageParts(int page, int size, bool isChanged) {
+std::vector<Part> paragraphPage(int page, int size, bool isChanged) {
   std::vector<Part> parts = {staticRef({.x = 1900, .y = 120})};
   if (page % 16 == 0) {
     parts.push_back(image({.bytes = std::string(1024, static_cast<char>(page))}));
@@ -92,9 +114,9 @@ class LargeCapture {
     index.i32((pages + kPagesOfACustomer - 1) / kPagesOfACustomer);
     for (int start = 0; start < pages; start += kPagesOfACustomer) {
       const int end = std::min(start + kPagesOfACustomer, pages);
-      CustomerFields customer{.id = u"C" + number(start), .pages = {}};
+      CustomerFields customer{.id = u"C" + digitsOf(start), .pages = {}};
       for (int p = start; p < end; ++p) {
-        customer.pages.push_back({.name = u"P" + number(p)});
+        customer.pages.push_back({.name = u"P" + digitsOf(p)});
       }
       writeCustomer(index, customer, {positions_.begin() + start, positions_.begin() + end});
       append(index);
@@ -111,11 +133,6 @@ class LargeCapture {
   }
 
  private:
-  static std::u16string number(int value) {
-    const std::string digits = std::to_string(value);
-    return {digits.begin(), digits.end()};
-  }
-
   void append(const ByteWriter& bytes) {
     out_.write(bytes.bytes.data(), static_cast<std::streamsize>(bytes.size()));
     written_ += static_cast<long long>(bytes.size());
@@ -129,15 +146,17 @@ class LargeCapture {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 6) {
-    std::fprintf(stderr, "usage: make_large_pair MEBIBYTES PAGE_KIBIBYTES CHANGE FIRST SECOND\n");
+  if (argc != 7) {
+    std::fprintf(stderr,
+                 "usage: make_large_pair MEBIBYTES PAGE_KIBIBYTES CONTENT CHANGE FIRST SECOND\n");
     return EXIT_FAILURE;
   }
   const long long size = std::atoll(argv[1]) << 20;
   const int pageSize = std::atoi(argv[2]) << 10;
-  const std::string change = argv[3];
-  LargeCapture first(argv[4]);
-  LargeCapture second(argv[5]);
+  const auto pageParts = argv[3] == std::string_view("phrases") ? phrasePage : paragraphPage;
+  const std::string_view change = argv[4];
+  LargeCapture first(argv[5]);
+  LargeCapture second(argv[6]);
   if (pageSize == 0) {
     constexpr int kMillion = 1000000;
     first.addEmptyPages(std::atoi(argv[1]) * kMillion);
