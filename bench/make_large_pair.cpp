@@ -1,10 +1,10 @@
 // Writes a large pair of page-capture files to measure with.
 //   make_large_pair MEBIBYTES PAGE_KIBIBYTES CONTENT CHANGE FIRST SECOND
-// CONTENT is what the pages hold. paragraphs: mostly text with several runs, lines and rectangles, a
-// logo by reference, an image now and then. phrases: nothing but short texts with one run, of 85
-// bytes each. CHANGE tells how the second file differs: none, thousandth (one page in a thousand has another
-// text), all (every page has), inserted (every page has one part more in front). With pages of 0
-// KiB the files are index alone: MEBIBYTES million pages without a body.
+// CONTENT is what the pages hold. paragraphs: mostly text with several runs, lines and rectangles,
+// a logo by reference, an image now and then. phrases: nothing but short texts with one run, of 85
+// bytes each. CHANGE tells how the second file differs: none, thousandth (one page in a thousand
+// has another text), all (every page has), inserted (every page has one part more in front). With
+// pages of 0 KiB the files are index alone: MEBIBYTES million pages without a body.
 
 #include <cstdio>
 #include <cstdlib>

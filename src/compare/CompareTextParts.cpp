@@ -9,6 +9,14 @@ namespace rvf {
 
 namespace {
 
+// Quickly told of most equal texts; false means unknown, as there are bytes that do not count.
+bool sameInAllBytes(const DrawPart& left, const DrawPart& right) {
+  const PayloadBlock& a = left.payload;
+  const PayloadBlock& b = right.payload;
+  return std::memcmp(&left.fields, &right.fields, sizeof(PartFields)) == 0 &&
+         sameBytes(std::span(a.data(), a.size()), std::span(b.data(), b.size()));
+}
+
 bool sameCharacters(const DrawPart& left, const DrawPart& right) {
   return sameBytes(textCharacters(left), textCharacters(right));
 }
@@ -33,6 +41,9 @@ bool anyRunMoved(std::span<const TextRun> left, std::span<const TextRun> right, 
 }  // namespace
 
 bool equalTexts(const DrawPart& left, const DrawPart& right) {
+  if (sameInAllBytes(left, right)) {
+    return true;
+  }
   const TextFields& a = left.fields.text;
   const TextFields& b = right.fields.text;
   return a.fontId == b.fontId && a.rotation == b.rotation && a.textFlags == b.textFlags &&

@@ -13,15 +13,25 @@ namespace {
 
 bool equalsItsCopy(const DrawPart& part, const CompareContext& second,
                    ChildListResults& childLists) {
-  if (part.type == PartType::kImage) {
-    return ownsNothing(imageInfo(part));
+  switch (part.type) {
+    // Compared by plain fields and arrays, so that there is nothing to look at.
+    case PartType::kText:
+    case PartType::kLine:
+    case PartType::kRect:
+    case PartType::kPoly:
+    case PartType::kJust1Line:
+    case PartType::kLineSet:
+      return true;
+    case PartType::kImage:
+      return ownsNothing(imageInfo(part));
+    case PartType::kStaticRef: {
+      const DrawList* own = childList(part);
+      const DrawList* other = referencedList(part.fields.staticRef, second);
+      return own == nullptr || other == nullptr || childLists.areEqual(*own, *other);
+    }
+    default:
+      return equalsOwnFields(part);
   }
-  if (part.type == PartType::kStaticRef) {
-    const DrawList* own = childList(part);
-    const DrawList* other = referencedList(part.fields.staticRef, second);
-    return own == nullptr || other == nullptr || childLists.areEqual(*own, *other);
-  }
-  return equalsOwnFields(part);
 }
 
 bool equalsItsCopy(const DrawList& list, const CompareContext& second,

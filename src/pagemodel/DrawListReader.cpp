@@ -83,9 +83,25 @@ void readPartTail(DrawPart& part, eArchive& archive, eRecordFrame& frame) {
   }
 }
 
-}  // namespace
+// Most parts: of a version with a plain tail, of a frequent type, without a link, and with all
+// their bytes in memory. The input has failed for any other.
+void readHeldPart(DrawPart& part, HeldInput& held) {
+  using namespace part_version;
+  const i32 v = held.ReadI32();
+  if (v < kPlainTail || v > kHighest) {
+    held.giveUp();
+    return;
+  }
+  part.type = static_cast<PartType>(held.ReadU8());
+  readHeldPayload(part, held, v);
+  const bool hasLink = held.ReadI32() != 0;
+  part.extraId = v >= kExtraId ? held.ReadI32() : 0;
+  if (hasLink) {
+    held.giveUp();
+  }
+}
 
-void readDrawPart(DrawPart& part, eArchive& archive) {
+void readWholePart(DrawPart& part, eArchive& archive) {
   using namespace part_version;
   eRecordFrame frame(kBaseTag);
   frame.BeginRecord();
@@ -112,6 +128,21 @@ void readDrawPart(DrawPart& part, eArchive& archive) {
   if (v >= kExtraId) {
     part.extraId = archive.ReadI32();
   }
+}
+
+}  // namespace
+
+void readDrawPart(DrawPart& part, eArchive& archive) {
+  if (HeldInput::hasEnough(archive)) {
+    HeldInput held(archive);
+    makeBlank(part);
+    readHeldPart(part, held);
+    if (!held.failed()) {
+      archive.advanceTo(held.next());
+      return;
+    }
+  }
+  readWholePart(part, archive);
 }
 
 void storeDrawList(eArchive& archive) { archive.WriteI32(kEndMark); }

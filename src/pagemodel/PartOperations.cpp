@@ -143,6 +143,25 @@ void forEachField(const DrawPart& part, FieldVisitor& visitor) {
   visitor.number("extraId", part.extraId);
 }
 
+void readHeldPayload(DrawPart& part, HeldInput& held, i32 version) {
+  switch (part.type) {
+    case PartType::kText:
+      return readText(part, held, version);
+    case PartType::kLine:
+      return readLine(part, held, version);
+    case PartType::kRect:
+      return readRect(part, held, version);
+    case PartType::kStaticRef:
+      return readStaticRef(part, held, version);
+    case PartType::kJust1Line:
+      return readJust1Line(part, held, version);
+    case PartType::kLineSet:
+      return readLineSet(part, held, version);
+    default:
+      return held.giveUp();
+  }
+}
+
 void copyPart(DrawPart& target, const DrawPart& source) {
   if (&target == &source) {
     return;
@@ -177,7 +196,9 @@ void releasePart(DrawPart& part, i32 keep) {
 }
 
 void makeBlank(DrawPart& part) {
-  releasePart(part, kReleaseAll);
+  if (operationsOf(part.type).release != kPlain) {
+    releasePart(part, kReleaseAll);
+  }
   part.fields = PartFields();
   part.payload.clear();
   part.extraId = 0;

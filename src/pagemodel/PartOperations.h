@@ -2,7 +2,7 @@
 
 #include "base/Integers.h"
 #include "pagemodel/DrawPart.h"
-#include "storage/Archive.h"
+#include "storage/HeldInput.h"
 
 namespace rvf {
 
@@ -13,6 +13,10 @@ constexpr i32 kKeepHyperlink = 5;
 /// Reads the fields of a part whose type is set. A code without a payload, an unknown one included,
 /// reads nothing.
 void readPayload(DrawPart& part, eArchive& archive, i32 version);
+
+/// The same from bytes that are in memory, for the types that fill most pages. The input fails for
+/// all others.
+void readHeldPayload(DrawPart& part, HeldInput& held, i32 version);
 
 /// Makes `target` a deep copy of `source`; nothing happens if they are the same. A source of a type
 /// that is not copied leaves the target without fields: its type stays as it was, except that an

@@ -6,21 +6,17 @@
 
 namespace rvf {
 
-void PayloadBlock::resize(i64 size) {
+void PayloadBlock::grow(i64 size) {
   if (size > std::numeric_limits<u32>::max()) {
     throw std::bad_alloc();
   }
-  const auto wanted = static_cast<u32>(size);
-  if (wanted > capacity_) {
-    auto* grown = static_cast<std::byte*>(std::realloc(block_.get(), wanted));
-    if (grown == nullptr) {
-      throw std::bad_alloc();
-    }
-    static_cast<void>(block_.release());
-    block_.reset(grown);
-    capacity_ = wanted;
+  auto* grown = static_cast<std::byte*>(std::realloc(block_.get(), static_cast<std::size_t>(size)));
+  if (grown == nullptr) {
+    throw std::bad_alloc();
   }
-  size_ = wanted;
+  static_cast<void>(block_.release());
+  block_.reset(grown);
+  capacity_ = static_cast<u32>(size);
 }
 
 void PayloadBlock::assign(const PayloadBlock& other) {

@@ -38,7 +38,12 @@ class PayloadBlock {
 
   /// Sets the bytes in use; those that were in use stay as they are. The block may move, so it must
   /// not hold an object that owns memory. Throws std::bad_alloc.
-  void resize(i64 size);
+  void resize(i64 size) {
+    if (size > capacity_) {
+      grow(size);
+    }
+    size_ = static_cast<u32>(size);
+  }
   void clear() { size_ = 0; }
   void assign(const PayloadBlock& other);
 
@@ -53,6 +58,8 @@ class PayloadBlock {
   }
 
  private:
+  void grow(i64 size);
+
   struct Free {
     void operator()(std::byte* block) const { std::free(block); }
   };

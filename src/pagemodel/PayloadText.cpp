@@ -2,18 +2,14 @@
 
 namespace rvf {
 
-namespace {
-
-// Reads the bytes behind the place of the last characters, so that widening from the front never
-// overtakes what is still to be widened.
-void readNarrowText(eArchive& archive, i32 count, char16_t* target) {
-  auto* bytes = reinterpret_cast<u8*>(target) + count;
-  archive.ReadWhole(bytes, count);
+void widen(const u8* bytes, i32 count, char16_t* target) {
   for (i32 i = 0; i < count; ++i) {
     const u8 byte = bytes[i];
     target[i] = byte;
   }
 }
+
+namespace {
 
 i32 appendText(eArchive& archive, i32 count, bool isWide, PayloadBlock& block) {
   const i32 characters = archive.CheckedCount(count, isWide ? 2 : 1);
@@ -33,14 +29,6 @@ i32 appendText(eArchive& archive, i32 count, bool isWide, PayloadBlock& block) {
 }
 
 }  // namespace
-
-void readPartText(eArchive& archive, i32 count, char16_t* target) {
-  if (archive.wideStrings()) {
-    archive.ReadWhole(target, 2 * count);
-  } else {
-    readNarrowText(archive, count, target);
-  }
-}
 
 i32 appendPartText(eArchive& archive, i32 count, PayloadBlock& block) {
   return appendText(archive, count, archive.wideStrings(), block);

@@ -9,14 +9,34 @@
 namespace rvf {
 
 /// Bytes that one character of a part's text has in this file.
-[[nodiscard]] inline i32 characterSize(const eArchive& archive) {
-  return archive.wideStrings() ? 2 : 1;
+template <class Input>
+[[nodiscard]] i32 characterSize(const Input& input) {
+  return input.wideStrings() ? 2 : 1;
+}
+
+/// Each byte as the 16-bit value of the same number, from the front.
+void widen(const u8* bytes, i32 count, char16_t* target);
+
+/// Reads `count` characters of one byte into `target`. The bytes go behind the place of the last
+/// characters, so that widening from the front never overtakes what is still to be widened.
+template <class Input>
+void readNarrowText(Input& input, i32 count, char16_t* target) {
+  auto* bytes = reinterpret_cast<u8*>(target) + count;
+  input.ReadWhole(bytes, count);
+  widen(bytes, count, target);
 }
 
 /// Reads `count` characters into `target`. Narrow ones are widened to the 16-bit value of the same
 /// number; a zero among them is a character like any other. A short read sets the archive's
 /// `failed`.
-void readPartText(eArchive& archive, i32 count, char16_t* target);
+template <class Input>
+void readPartText(Input& input, i32 count, char16_t* target) {
+  if (input.wideStrings()) {
+    input.ReadWhole(target, 2 * count);
+  } else {
+    readNarrowText(input, count, target);
+  }
+}
 
 /// Appends a text of `count` characters and its terminator to the block. A count that is not above
 /// 0 appends nothing; one that does not fit into the file is damage. Returns the characters that
@@ -37,11 +57,18 @@ void readPartText(eArchive& archive, i32 count, char16_t* target);
 }
 
 /// A field stored in 32 bits of which only the low ones are kept.
-[[nodiscard]] inline u8 readLow8(eArchive& archive) { return static_cast<u8>(archive.ReadI32()); }
-[[nodiscard]] inline u16 readLow16(eArchive& archive) {
-  return static_cast<u16>(archive.ReadI32());
+template <class Input>
+[[nodiscard]] u8 readLow8(Input& input) {
+  return static_cast<u8>(input.ReadI32());
+}
+template <class Input>
+[[nodiscard]] u16 readLow16(Input& input) {
+  return static_cast<u16>(input.ReadI32());
 }
 /// A packed colour: four bytes that are compared and never interpreted.
-[[nodiscard]] inline u32 readColour(eArchive& archive) { return archive.ReadU32(); }
+template <class Input>
+[[nodiscard]] u32 readColour(Input& input) {
+  return input.ReadU32();
+}
 
 }  // namespace rvf

@@ -2,6 +2,7 @@
 
 #include "base/Wrapping.h"
 #include "pagemodel/DrawStatic.h"
+#include "pagemodel/HeldDecoding.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
 #include "pagemodel/Shift.h"
@@ -24,46 +25,48 @@ namespace {
 
 constexpr u8 kNoLayer = 255;
 
-void readOldStaticRef(StaticRefFields& fields, eArchive& archive, i32 v) {
+template <class Input>
+void readOldStaticRef(StaticRefFields& fields, Input& input, i32 v) {
   using namespace part_version;
-  fields.objectType = readLow16(archive);
-  fields.width = archive.ReadI32();
-  fields.height = archive.ReadI32();
+  fields.objectType = readLow16(input);
+  fields.width = input.ReadI32();
+  fields.height = input.ReadI32();
   if (v < kCompactFields) {
-    fields.refA = readLow16(archive);
-    fields.refB = v >= kReferenceB ? readLow16(archive) : u16{0};
-    fields.useSecond = readLow8(archive);
-    fields.secondIsHidden = readLow8(archive);
-    fields.staticIndex = readLow16(archive);
+    fields.refA = readLow16(input);
+    fields.refB = v >= kReferenceB ? readLow16(input) : u16{0};
+    fields.useSecond = readLow8(input);
+    fields.secondIsHidden = readLow8(input);
+    fields.staticIndex = readLow16(input);
   } else {
-    fields.refA = archive.ReadU16();
-    fields.refB = archive.ReadU16();
-    fields.useSecond = archive.ReadU8();
-    fields.secondIsHidden = archive.ReadU8();
-    fields.staticIndex = archive.ReadU16();
+    fields.refA = input.ReadU16();
+    fields.refB = input.ReadU16();
+    fields.useSecond = input.ReadU8();
+    fields.secondIsHidden = input.ReadU8();
+    fields.staticIndex = input.ReadU16();
   }
-  fields.x = archive.ReadI32();
-  fields.y = archive.ReadI32();
-  fields.refC = readLow16(archive);
+  fields.x = input.ReadI32();
+  fields.y = input.ReadI32();
+  fields.refC = readLow16(input);
   fields.layerByteA = kNoLayer;
   fields.layerByteB = kNoLayer;
 }
 
-void readLayeredStaticRef(StaticRefFields& fields, eArchive& archive) {
-  fields.objectType = archive.ReadU16();
-  fields.width = archive.ReadI32();
-  fields.height = archive.ReadI32();
-  fields.refA = archive.ReadU16();
-  fields.refB = archive.ReadU16();
-  fields.useSecond = archive.ReadU8();
-  fields.secondIsHidden = archive.ReadU8();
-  fields.staticIndex = archive.ReadU16();
-  fields.x = archive.ReadI32();
-  fields.y = archive.ReadI32();
-  fields.refC = archive.ReadU16();
-  fields.refD = archive.ReadU16();
-  fields.layerByteA = readLow8(archive);
-  fields.layerByteB = readLow8(archive);
+template <class Input>
+void readLayeredStaticRef(StaticRefFields& fields, Input& input) {
+  fields.objectType = input.ReadU16();
+  fields.width = input.ReadI32();
+  fields.height = input.ReadI32();
+  fields.refA = input.ReadU16();
+  fields.refB = input.ReadU16();
+  fields.useSecond = input.ReadU8();
+  fields.secondIsHidden = input.ReadU8();
+  fields.staticIndex = input.ReadU16();
+  fields.x = input.ReadI32();
+  fields.y = input.ReadI32();
+  fields.refC = input.ReadU16();
+  fields.refD = input.ReadU16();
+  fields.layerByteA = readLow8(input);
+  fields.layerByteB = readLow8(input);
 }
 
 }  // namespace
@@ -77,19 +80,30 @@ const DrawList* referencedList(const StaticRefFields& fields, const StaticLookup
   return wantsSecond ? &found->secondList : &found->firstList;
 }
 
-void readStaticRef(DrawPart& part, eArchive& archive, i32 v) {
+namespace {
+
+template <class Input>
+void decodeStaticRef(DrawPart& part, Input& input, i32 v) {
   using namespace part_version;
   constexpr i32 kOldScale = 100;
   StaticRefFields& fields = part.fields.staticRef;
   if (v < kLayers) {
-    readOldStaticRef(fields, archive, v);
+    readOldStaticRef(fields, input, v);
   } else {
-    readLayeredStaticRef(fields, archive);
+    readLayeredStaticRef(fields, input);
   }
   if (v < kWholeScale) {
     fields.height = wrappingProduct(fields.height, kOldScale);
   }
   setChildList(part, currentContext == nullptr ? nullptr : referencedList(fields, *currentContext));
+}
+
+}  // namespace
+
+void readStaticRef(DrawPart& part, eArchive& archive, i32 v) { decodeStaticRef(part, archive, v); }
+
+void readStaticRef(DrawPart& part, HeldInput& held, i32 v) {
+  decodeHeld(held, v, [&part, v](HeldInput& input) { decodeStaticRef(part, input, v); });
 }
 
 void shiftStaticRef(DrawPart& part, i32 dx, i32 dy) { shiftPlace(part.fields.staticRef, dx, dy); }

@@ -3,7 +3,7 @@
 #include "pagemodel/DrawPart.h"
 #include "pagemodel/FieldVisitor.h"
 #include "pagemodel/StaticLookup.h"
-#include "storage/Archive.h"
+#include "storage/HeldInput.h"
 
 namespace rvf {
 
@@ -20,6 +20,7 @@ struct DrawList;
 void setChildList(DrawPart& part, const DrawList* list);
 
 void readStaticRef(DrawPart& part, eArchive& archive, i32 v);
+void readStaticRef(DrawPart& part, HeldInput& held, i32 v);
 void visitStaticRef(const DrawPart& part, FieldVisitor& visitor);
 void shiftStaticRef(DrawPart& part, i32 dx, i32 dy);
 

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "base/Wrapping.h"
+#include "pagemodel/HeldDecoding.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
 #include "pagemodel/Shift.h"
@@ -22,27 +23,6 @@ constexpr i32 kSmallestRun = 6;  // two 16-bit positions and a count
 constexpr i32 kSmallestExtensionRun = 10;
 
 }  // namespace
-
-std::span<TextRun> textRuns(DrawPart& part) {
-  return {part.payload.at<TextRun>(0), part.fields.text.runCount};
-}
-
-std::span<const TextRun> textRuns(const DrawPart& part) {
-  return {part.payload.at<TextRun>(0), part.fields.text.runCount};
-}
-
-// The characters end the block, so they are found from its end without a look at what is between.
-std::span<char16_t> textCharacters(DrawPart& part) {
-  const TextFields& fields = part.fields.text;
-  const std::size_t offset = part.payload.size() - 2 * std::size_t{fields.textCapacity};
-  return {part.payload.at<char16_t>(offset), fields.textLength};
-}
-
-std::span<const char16_t> textCharacters(const DrawPart& part) {
-  const TextFields& fields = part.fields.text;
-  const std::size_t offset = part.payload.size() - 2 * std::size_t{fields.textCapacity};
-  return {part.payload.at<char16_t>(offset), fields.textLength};
-}
 
 std::span<TextRun> extensionRuns(DrawPart& part) {
   if ((part.fields.text.textFlags & text_flag::kExtensionRuns) == 0) {
@@ -81,37 +61,40 @@ std::vector<OutlineRecord> outlineRecords(const DrawPart& part) {
 
 namespace {
 
-u8 rotationSteps(eArchive& archive, i32 v) {
+template <class Input>
+u8 rotationSteps(Input& input, i32 v) {
   constexpr i32 kStep = 5;
   if (v < part_version::kCompactFields) {
-    const i64 degrees = archive.ReadI32();
+    const i64 degrees = input.ReadI32();
     return static_cast<u8>((degrees < 1 ? degrees - 2 : degrees + 2) / kStep);
   }
   // Unlike the older form, this one never rounds.
-  const i32 degrees = archive.ReadI16();
+  const i32 degrees = input.ReadI16();
   return static_cast<u8>((degrees < 0 ? degrees + 360 : degrees) / kStep);
 }
 
-u8 readRunClass(eArchive& archive, i32 v, u8 defaultClass) {
+template <class Input>
+u8 readRunClass(Input& input, i32 v, u8 defaultClass) {
   if (v < part_version::kRunClass) {
     return defaultClass;
   }
-  return v == part_version::kRunClass ? readLow8(archive) : archive.ReadU8();
+  return v == part_version::kRunClass ? readLow8(input) : input.ReadU8();
 }
 
-void readRun(TextRun& run, eArchive& archive, i32 v) {
+template <class Input>
+void readRun(TextRun& run, Input& input, i32 v) {
   using namespace part_version;
   if (v >= kCompactFields && v < kWideRunPositions) {
-    run.x = archive.ReadU16();
-    run.y = archive.ReadU16();
-    run.charCount = archive.ReadU16();
+    run.x = input.ReadU16();
+    run.y = input.ReadU16();
+    run.charCount = input.ReadU16();
   } else {
-    run.x = archive.ReadI32();
-    run.y = archive.ReadI32();
-    run.charCount = v < kCompactFields ? readLow16(archive) : archive.ReadU16();
+    run.x = input.ReadI32();
+    run.y = input.ReadI32();
+    run.charCount = v < kCompactFields ? readLow16(input) : input.ReadU16();
   }
-  run.runClass = readRunClass(archive, v, kDefaultRunClass);
-  run.runExtra = v >= kRunExtra ? archive.ReadU16() : u16{0};
+  run.runClass = readRunClass(input, v, kDefaultRunClass);
+  run.runExtra = v >= kRunExtra ? input.ReadU16() : u16{0};
 }
 
 // Makes room in front of the characters, which end the block.
@@ -163,19 +146,31 @@ void readOutlineRecords(DrawPart& part, eArchive& archive) {
   archive.Skip((stored - kept) * kOutlineSize);
 }
 
-}  // namespace
+void readAreas(DrawPart& part, eArchive& archive, i32 v, u8 textFlags) {
+  if ((textFlags & text_flag::kExtensionRuns) != 0) {
+    readExtensionRuns(part, archive, v);
+  }
+  if ((textFlags & text_flag::kOutlineRecords) != 0) {
+    readOutlineRecords(part, archive);
+  }
+}
 
-void readText(DrawPart& part, eArchive& archive, i32 v) {
+// Few texts have them.
+void readAreas(DrawPart&, HeldInput& input, i32, u8) { input.giveUp(); }
+
+template <class Input>
+void decodeText(DrawPart& part, Input& input, i32 v) {
   using namespace part_version;
   TextFields& fields = part.fields.text;
-  u16 runCount = v < kCompactFields ? readLow16(archive) : archive.ReadU16();
-  u16 textLength = v < kCompactFields ? readLow16(archive) : archive.ReadU16();
-  textLength = static_cast<u16>(archive.CheckedCount(textLength, characterSize(archive)));
-  runCount = static_cast<u16>(archive.CheckedCount(runCount, kSmallestRun));
-  if (archive.failed()) {
+  u16 runCount = v < kCompactFields ? readLow16(input) : input.ReadU16();
+  u16 textLength = v < kCompactFields ? readLow16(input) : input.ReadU16();
+  textLength = static_cast<u16>(input.CheckedCount(textLength, characterSize(input)));
+  runCount = static_cast<u16>(input.CheckedCount(runCount, kSmallestRun));
+  if (input.failed()) {
     return;
   }
   part.payload.resize(runCount * i64{sizeof(TextRun)} + textLength * i64{sizeof(char16_t)});
+  const std::span<TextRun> runs(part.payload.at<TextRun>(0), runCount);
   fields.runCount = runCount;
   fields.runCapacity = runCount;
   fields.textLength = textLength;
@@ -183,25 +178,33 @@ void readText(DrawPart& part, eArchive& archive, i32 v) {
   fields.runs = pointerWord(runCount > 0);
   fields.text = pointerWord(textLength > 0);
 
-  readPartText(archive, textLength, textCharacters(part).data());
-  for (TextRun& run : textRuns(part)) {
+  readPartText(input, textLength, part.payload.at<char16_t>(runs.size_bytes()));
+  for (TextRun& run : runs) {
+    if (input.failed()) {
+      return;
+    }
     run = TextRun{};
-    readRun(run, archive, v);
+    readRun(run, input, v);
   }
-  fields.fontId = archive.ReadI32();
-  const u8 textFlags = v >= kTextFlags ? archive.ReadU8() : u8{0};
-  fields.rotation = v >= kTextFlags ? archive.ReadU8() : rotationSteps(archive, v);
-  fields.colour = readColour(archive);
-  fields.tint = v >= kTint ? readLow8(archive) : u8{0};
+  fields.fontId = input.ReadI32();
+  const u8 textFlags = v >= kTextFlags ? input.ReadU8() : u8{0};
+  fields.rotation = v >= kTextFlags ? input.ReadU8() : rotationSteps(input, v);
+  fields.colour = readColour(input);
+  fields.tint = v >= kTint ? readLow8(input) : u8{0};
 
   constexpr u8 kBoth = text_flag::kExtensionRuns | text_flag::kOutlineRecords;
   fields.textFlags = static_cast<u8>(textFlags & ~kBoth);
-  if ((textFlags & text_flag::kExtensionRuns) != 0) {
-    readExtensionRuns(part, archive, v);
+  if ((textFlags & kBoth) != 0) {
+    readAreas(part, input, v, textFlags);
   }
-  if ((textFlags & text_flag::kOutlineRecords) != 0) {
-    readOutlineRecords(part, archive);
-  }
+}
+
+}  // namespace
+
+void readText(DrawPart& part, eArchive& archive, i32 v) { decodeText(part, archive, v); }
+
+void readText(DrawPart& part, HeldInput& held, i32 v) {
+  decodeHeld(held, v, [&part, v](HeldInput& input) { decodeText(part, input, v); });
 }
 
 void shiftText(DrawPart& part, i32 dx, i32 dy) {

@@ -6,7 +6,7 @@
 
 #include "pagemodel/DrawPart.h"
 #include "pagemodel/FieldVisitor.h"
-#include "storage/Archive.h"
+#include "storage/HeldInput.h"
 
 namespace rvf {
 
@@ -37,16 +37,34 @@ static_assert(sizeof(TextRun) == 16);
 
 using OutlineRecord = std::array<i32, 6>;
 
-[[nodiscard]] std::span<TextRun> textRuns(DrawPart& part);
-[[nodiscard]] std::span<const TextRun> textRuns(const DrawPart& part);
-[[nodiscard]] std::span<char16_t> textCharacters(DrawPart& part);
-[[nodiscard]] std::span<const char16_t> textCharacters(const DrawPart& part);
+[[nodiscard]] inline std::span<TextRun> textRuns(DrawPart& part) {
+  return {part.payload.at<TextRun>(0), part.fields.text.runCount};
+}
+
+[[nodiscard]] inline std::span<const TextRun> textRuns(const DrawPart& part) {
+  return {part.payload.at<TextRun>(0), part.fields.text.runCount};
+}
+
+// The characters end the block, so they are found from its end without a look at what is between.
+[[nodiscard]] inline std::span<char16_t> textCharacters(DrawPart& part) {
+  const TextFields& fields = part.fields.text;
+  const std::size_t offset = part.payload.size() - 2 * std::size_t{fields.textCapacity};
+  return {part.payload.at<char16_t>(offset), fields.textLength};
+}
+
+[[nodiscard]] inline std::span<const char16_t> textCharacters(const DrawPart& part) {
+  const TextFields& fields = part.fields.text;
+  const std::size_t offset = part.payload.size() - 2 * std::size_t{fields.textCapacity};
+  return {part.payload.at<char16_t>(offset), fields.textLength};
+}
+
 [[nodiscard]] std::span<TextRun> extensionRuns(DrawPart& part);
 [[nodiscard]] std::span<const TextRun> extensionRuns(const DrawPart& part);
 /// Copies, since the records stand unaligned in the payload.
 [[nodiscard]] std::vector<OutlineRecord> outlineRecords(const DrawPart& part);
 
 void readText(DrawPart& part, eArchive& archive, i32 v);
+void readText(DrawPart& part, HeldInput& held, i32 v);
 void visitText(const DrawPart& part, FieldVisitor& visitor);
 void shiftText(DrawPart& part, i32 dx, i32 dy);
 

@@ -7,6 +7,7 @@
 #include "base/Sizes.h"
 #include "base/Wrapping.h"
 #include "pagemodel/EmptyParts.h"
+#include "pagemodel/HeldDecoding.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
 #include "pagemodel/Shift.h"
@@ -18,11 +19,10 @@ namespace {
 constexpr i32 kPointSize = sizeof(Point);
 constexpr i32 kStopSize = 16;  // tint, colour and position, or two floating values
 
-void readPoints(std::span<Point> points, eArchive& archive) {
-  for (Point& point : points) {
-    point.x = archive.ReadI32();
-    point.y = archive.ReadI32();
-  }
+// On disk a point is as it is in memory.
+template <class Input>
+void readPoints(std::span<Point> points, Input& input) {
+  input.ReadWhole(points.data(), static_cast<i32>(points.size_bytes()));
 }
 
 void shiftPoints(std::span<Point> points, i32 dx, i32 dy) {
@@ -43,21 +43,32 @@ std::span<const Point> linePoints(const DrawPart& part) {
   return {part.payload.at<Point>(0), asSize(part.fields.line.pointCount)};
 }
 
-void readLine(DrawPart& part, eArchive& archive, i32 v) {
+namespace {
+
+template <class Input>
+void decodeLine(DrawPart& part, Input& input, i32 v) {
   using namespace part_version;
   LineFields& fields = part.fields.line;
-  const i32 pointCount = archive.CheckedCount(archive.ReadI32(), kPointSize);
+  const i32 pointCount = input.CheckedCount(input.ReadI32(), kPointSize);
   part.payload.resize(i64{pointCount} * kPointSize);
   fields.pointCount = pointCount;
   fields.pointCapacity = pointCount;
   fields.points = pointerWord(pointCount > 0);
-  readPoints(linePoints(part), archive);
-  fields.lineKind = archive.ReadI32();
-  fields.lineStyle = archive.ReadI32();
-  fields.width = archive.ReadI32();
-  fields.colour = readColour(archive);
-  fields.tint = v >= kTint ? readLow8(archive) : u8{0};
-  fields.overprint = v >= kOverprint ? archive.ReadU8() : u8{0};
+  readPoints(linePoints(part), input);
+  fields.lineKind = input.ReadI32();
+  fields.lineStyle = input.ReadI32();
+  fields.width = input.ReadI32();
+  fields.colour = readColour(input);
+  fields.tint = v >= kTint ? readLow8(input) : u8{0};
+  fields.overprint = v >= kOverprint ? input.ReadU8() : u8{0};
+}
+
+}  // namespace
+
+void readLine(DrawPart& part, eArchive& archive, i32 v) { decodeLine(part, archive, v); }
+
+void readLine(DrawPart& part, HeldInput& held, i32 v) {
+  decodeHeld(held, v, [&part, v](HeldInput& input) { decodeLine(part, input, v); });
 }
 
 void shiftLine(DrawPart& part, i32 dx, i32 dy) { shiftPoints(linePoints(part), dx, dy); }
@@ -66,42 +77,51 @@ void shiftLine(DrawPart& part, i32 dx, i32 dy) { shiftPoints(linePoints(part), d
 
 namespace {
 
-void readOldRectStyle(RectFields& fields, eArchive& archive) {
-  fields.noFill = readLow8(archive);
-  fields.shapeCode = readLow8(archive);
-  fields.lineWidth = readLow16(archive);
-  fields.fillColour = readColour(archive);
-  fields.noOutline = readLow8(archive);
-  fields.lineColour = readColour(archive);
-  fields.shapeFlag = readLow8(archive);
+template <class Input>
+void readOldRectStyle(RectFields& fields, Input& input) {
+  fields.noFill = readLow8(input);
+  fields.shapeCode = readLow8(input);
+  fields.lineWidth = readLow16(input);
+  fields.fillColour = readColour(input);
+  fields.noOutline = readLow8(input);
+  fields.lineColour = readColour(input);
+  fields.shapeFlag = readLow8(input);
 }
 
-void readRectStyle(RectFields& fields, eArchive& archive, i32 v) {
+template <class Input>
+void readRectStyle(RectFields& fields, Input& input, i32 v) {
   using namespace part_version;
-  fields.noFill = archive.ReadU8();
-  fields.noOutline = archive.ReadU8();
-  fields.shapeCode = archive.ReadU8();
-  fields.shapeFlag = archive.ReadU8();
-  fields.lineWidth = readLow16(archive);
-  fields.fillColour = readColour(archive);
-  fields.fillTint = v >= kTint ? readLow8(archive) : u8{0};
-  fields.lineColour = readColour(archive);
-  fields.lineTint = v >= kTint ? readLow8(archive) : u8{0};
+  fields.noFill = input.ReadU8();
+  fields.noOutline = input.ReadU8();
+  fields.shapeCode = input.ReadU8();
+  fields.shapeFlag = input.ReadU8();
+  fields.lineWidth = readLow16(input);
+  fields.fillColour = readColour(input);
+  fields.fillTint = v >= kTint ? readLow8(input) : u8{0};
+  fields.lineColour = readColour(input);
+  fields.lineTint = v >= kTint ? readLow8(input) : u8{0};
+}
+
+template <class Input>
+void decodeRect(DrawPart& part, Input& input, i32 v) {
+  RectFields& fields = part.fields.rect;
+  fields.left = input.ReadI32();
+  fields.top = input.ReadI32();
+  fields.right = input.ReadI32();
+  fields.bottom = input.ReadI32();
+  if (v < part_version::kCompactFields) {
+    readOldRectStyle(fields, input);
+  } else {
+    readRectStyle(fields, input, v);
+  }
 }
 
 }  // namespace
 
-void readRect(DrawPart& part, eArchive& archive, i32 v) {
-  RectFields& fields = part.fields.rect;
-  fields.left = archive.ReadI32();
-  fields.top = archive.ReadI32();
-  fields.right = archive.ReadI32();
-  fields.bottom = archive.ReadI32();
-  if (v < part_version::kCompactFields) {
-    readOldRectStyle(fields, archive);
-  } else {
-    readRectStyle(fields, archive, v);
-  }
+void readRect(DrawPart& part, eArchive& archive, i32 v) { decodeRect(part, archive, v); }
+
+void readRect(DrawPart& part, HeldInput& held, i32 v) {
+  decodeHeld(held, v, [&part, v](HeldInput& input) { decodeRect(part, input, v); });
 }
 
 void shiftRect(DrawPart& part, i32 dx, i32 dy) { shiftBox(part.fields.rect, dx, dy); }
@@ -260,18 +280,29 @@ void releasePoly(DrawPart& part) {
 
 // JUST1LINE
 
-void readJust1Line(DrawPart& part, eArchive& archive, i32) {
+namespace {
+
+template <class Input>
+void decodeJust1Line(DrawPart& part, Input& input, i32) {
   Just1LineFields& fields = part.fields.just1Line;
-  fields.x1 = archive.ReadI32();
-  fields.x2 = archive.ReadI32();
-  fields.y1 = archive.ReadI32();
-  fields.y2 = archive.ReadI32();
-  fields.shapeCode = archive.ReadU8();
-  fields.shapeFlag = archive.ReadU8();
-  fields.lineStyle = archive.ReadU8();
-  fields.width = archive.ReadI32();
-  fields.colour = readColour(archive);
-  fields.tint = readLow8(archive);
+  fields.x1 = input.ReadI32();
+  fields.x2 = input.ReadI32();
+  fields.y1 = input.ReadI32();
+  fields.y2 = input.ReadI32();
+  fields.shapeCode = input.ReadU8();
+  fields.shapeFlag = input.ReadU8();
+  fields.lineStyle = input.ReadU8();
+  fields.width = input.ReadI32();
+  fields.colour = readColour(input);
+  fields.tint = readLow8(input);
+}
+
+}  // namespace
+
+void readJust1Line(DrawPart& part, eArchive& archive, i32 v) { decodeJust1Line(part, archive, v); }
+
+void readJust1Line(DrawPart& part, HeldInput& held, i32 v) {
+  decodeHeld(held, v, [&part, v](HeldInput& input) { decodeJust1Line(part, input, v); });
 }
 
 void shiftJust1Line(DrawPart& part, i32 dx, i32 dy) {
@@ -292,23 +323,32 @@ std::span<const i32> lineOffsets(const DrawPart& part) {
   return {part.payload.at<i32>(0), part.fields.lineSet.lineCount};
 }
 
-void readLineSet(DrawPart& part, eArchive& archive, i32) {
+namespace {
+
+template <class Input>
+void decodeLineSet(DrawPart& part, Input& input, i32) {
   LineSetFields& fields = part.fields.lineSet;
-  const auto lineCount = static_cast<u16>(archive.CheckedCount(archive.ReadU16(), sizeof(i32)));
+  const auto lineCount = static_cast<u16>(input.CheckedCount(input.ReadU16(), sizeof(i32)));
   fields.lineCount = lineCount;
   fields.lineCapacity = lineCount;
   fields.offsets = pointerWord(lineCount > 0);
-  fields.start = archive.ReadI32();
-  fields.end = archive.ReadI32();
+  fields.start = input.ReadI32();
+  fields.end = input.ReadI32();
   part.payload.resize(i64{lineCount} * i64{sizeof(i32)});
-  for (i32& offset : lineOffsets(part)) {
-    offset = archive.ReadI32();
-  }
-  fields.horizontal = readLow8(archive);
-  fields.lineStyle = archive.ReadU8();
-  fields.width = archive.ReadI32();
-  fields.colour = readColour(archive);
-  fields.tint = readLow8(archive);
+  input.ReadWhole(part.payload.data(), lineCount * i32{sizeof(i32)});
+  fields.horizontal = readLow8(input);
+  fields.lineStyle = input.ReadU8();
+  fields.width = input.ReadI32();
+  fields.colour = readColour(input);
+  fields.tint = readLow8(input);
+}
+
+}  // namespace
+
+void readLineSet(DrawPart& part, eArchive& archive, i32 v) { decodeLineSet(part, archive, v); }
+
+void readLineSet(DrawPart& part, HeldInput& held, i32 v) {
+  decodeHeld(held, v, [&part, v](HeldInput& input) { decodeLineSet(part, input, v); });
 }
 
 void shiftLineSet(DrawPart& part, i32 dx, i32 dy) {

@@ -6,7 +6,7 @@
 
 #include "pagemodel/DrawPart.h"
 #include "pagemodel/FieldVisitor.h"
-#include "storage/Archive.h"
+#include "storage/HeldInput.h"
 
 namespace rvf {
 
@@ -62,10 +62,12 @@ struct PolyStyle : PolyStyleFields {
 [[nodiscard]] std::span<const i32> lineOffsets(const DrawPart& part);
 
 void readLine(DrawPart& part, eArchive& archive, i32 v);
+void readLine(DrawPart& part, HeldInput& held, i32 v);
 void visitLine(const DrawPart& part, FieldVisitor& visitor);
 void shiftLine(DrawPart& part, i32 dx, i32 dy);
 
 void readRect(DrawPart& part, eArchive& archive, i32 v);
+void readRect(DrawPart& part, HeldInput& held, i32 v);
 void visitRect(const DrawPart& part, FieldVisitor& visitor);
 void shiftRect(DrawPart& part, i32 dx, i32 dy);
 
@@ -77,10 +79,12 @@ void shiftPoly(DrawPart& part, i32 dx, i32 dy);
 void releasePoly(DrawPart& part);
 
 void readJust1Line(DrawPart& part, eArchive& archive, i32 v);
+void readJust1Line(DrawPart& part, HeldInput& held, i32 v);
 void visitJust1Line(const DrawPart& part, FieldVisitor& visitor);
 void shiftJust1Line(DrawPart& part, i32 dx, i32 dy);
 
 void readLineSet(DrawPart& part, eArchive& archive, i32 v);
+void readLineSet(DrawPart& part, HeldInput& held, i32 v);
 void visitLineSet(const DrawPart& part, FieldVisitor& visitor);
 void shiftLineSet(DrawPart& part, i32 dx, i32 dy);
 

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "base/Integers.h"
@@ -99,6 +100,13 @@ class eArchive {
   void Close();
   /// Drops what is in the buffer and lets go of the file: for an output that is given up.
   void Abandon();
+
+  /// The bytes that are in memory, from the next one to load on.
+  [[nodiscard]] std::span<const std::byte> held() const {
+    return {cursor_, static_cast<std::size_t>(unread())};
+  }
+  /// Passes over held bytes, up to `next`.
+  void advanceTo(const std::byte* next) { cursor_ += next - cursor_; }
 
   /// Bytes between the position and the end of the file, as long as at the start of the archive.
   [[nodiscard]] i64 BytesLeft() {

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cassert>
+#include <cstring>
+#include <iterator>
+
+#include "base/Integers.h"
+#include "storage/Archive.h"
+
+namespace rvf {
+
+/// A second look at the bytes that a loading archive has in memory, for decoders of which most
+/// records fit: it offers the loads of eArchive, but none of them tests for the end of the bytes.
+/// Instead the last kMargin bytes are only ever there to be run into, and a decoder asks `failed`
+/// before it has loaded as many: CheckedCount and ReadWhole do so themselves, a loop for each of
+/// its items.
+///
+/// A failure says nothing about the file. What was decoded is void, and the record is to be read
+/// from the archive, which has not moved.
+class HeldInput {
+ public:
+  static constexpr std::ptrdiff_t kMargin = 256;
+
+  /// Whether there is anything that an input could be made of.
+  [[nodiscard]] static bool hasEnough(const eArchive& archive) {
+    return !archive.failed() && std::ssize(archive.held()) > kMargin;
+  }
+
+  explicit HeldInput(const eArchive& archive)
+      : next_(archive.held().data()),
+        safeEnd_(next_ + archive.held().size() - kMargin),
+        wideStrings_(archive.wideStrings()) {
+    assert(hasEnough(archive));
+  }
+
+  [[nodiscard]] bool failed() const { return next_ > safeEnd_; }
+  [[nodiscard]] bool wideStrings() const { return wideStrings_; }
+  /// Where the next load begins: what the archive is to be advanced to after a success.
+  [[nodiscard]] const std::byte* next() const { return next_; }
+  /// Fails for good. At least one value has been loaded.
+  void giveUp() { safeEnd_ = next_ - 1; }
+
+  [[nodiscard]] u8 ReadU8() { return load<u8>(); }
+  [[nodiscard]] u16 ReadU16() { return load<u16>(); }
+  [[nodiscard]] i16 ReadI16() { return load<i16>(); }
+  [[nodiscard]] i32 ReadI32() { return load<i32>(); }
+  [[nodiscard]] u32 ReadU32() { return load<u32>(); }
+  [[nodiscard]] f64 ReadF64() { return load<f64>(); }
+
+  bool ReadWhole(void* destination, i32 count) {
+    if (count > safeEnd_ - next_) {
+      giveUp();
+      return false;
+    }
+    std::memcpy(destination, next_, static_cast<std::size_t>(count));
+    next_ += count;
+    return true;
+  }
+
+  [[nodiscard]] i32 CheckedCount(i64 count, i32 smallestItem) {
+    if (count > 0 && count * smallestItem > safeEnd_ - next_) {
+      giveUp();
+      return 0;
+    }
+    return count > 0 ? static_cast<i32>(count) : 0;
+  }
+
+ private:
+  template <class T>
+  T load() {
+    assert(next_ + sizeof(T) <= safeEnd_ + kMargin);
+    T value;
+    std::memcpy(&value, next_, sizeof(T));
+    next_ += sizeof(T);
+    return value;
+  }
+
+  const std::byte* next_;
+  const std::byte* safeEnd_;
+  bool wideStrings_;
+};
+
+}  // namespace rvf
