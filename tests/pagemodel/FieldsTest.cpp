@@ -9,6 +9,10 @@
 #include "text/NativeText.h"
 
 namespace rvf::test {
+
+/// Without it the test framework shows the bytes of a part, unused ones included.
+static void PrintTo(const Part& part, std::ostream* out) { *out << "type " << part.type; }
+
 namespace {
 
 constexpr std::size_t kFirstField = 5;  // behind version and type
@@ -150,4 +154,5 @@ INSTANTIATE_TEST_SUITE_P(OfType, Fields, ::testing::ValuesIn(allParts()),
                          [](const auto& info) { return "Type" + typeName(info.param); });
 
 }  // namespace
+
 }  // namespace rvf::test
