@@ -1,0 +1,217 @@
+#include "inspect/model/CustomerInspection.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "compare/EqualBodies.h"
+#include "inspect/model/ListExplanation.h"
+#include "inspect/model/PageExplanation.h"
+#include "inspect/model/PagePairing.h"
+
+namespace rvf::inspect {
+
+namespace {
+
+class CustomerInspection {
+ public:
+  CustomerInspection(InspectedSide& first, InspectedSide& second, const CustomerPair& pair,
+                     const InspectionSink& sink)
+      : first_(first),
+        second_(second),
+        pair_(pair),
+        sink_(sink),
+        a_(first.file.customer(pair.first)),
+        b_(second.file.customer(pair.second)),
+        common_(std::min(count(a_), count(b_))) {}
+
+  void run() {
+    if (pair_.isJudged && a_.pageCount != b_.pageCount) {
+      sink_.tally.summary.bits |= diff::kPageCount;
+    }
+    // Nearly always, most pages are the same at the same place.
+    i32 p = 0;
+    while (p < common_ && isSameAtSamePlace(p)) {
+      if (isSelected(p, p)) {
+        judge(p);
+        report(p, p, {});
+      }
+      p += 1;
+    }
+    if (p == count(a_) && p == count(b_)) {
+      return;
+    }
+    CustomerPages firstPages = pagesOf(first_, a_, pair_.first);
+    CustomerPages secondPages = pagesOf(second_, b_, pair_.second);
+    for (const PagePair& pages : pairPages(firstPages, secondPages, p)) {
+      if (isSelected(pages.first, pages.second)) {
+        inspect(pages);
+      }
+    }
+  }
+
+ private:
+  static i32 count(const CustomerRecord& customer) {
+    return static_cast<i32>(customer.pages.size());
+  }
+  static const PageRecord& page(const CustomerRecord& customer, i32 p) {
+    return customer.pages[static_cast<std::size_t>(p)];
+  }
+
+  [[nodiscard]] bool isSelected(i32 first, i32 second) const {
+    const std::optional<i32>& wanted = sink_.settings.page;
+    return !wanted || first == *wanted || second == *wanted;
+  }
+
+  [[nodiscard]] bool isSameAtSamePlace(i32 p) {
+    const i32 positionA = page(a_, p).filePosition;
+    const i32 positionB = page(b_, p).filePosition;
+    if (positionA < 0 || positionB < 0) {
+      return positionA < 0 && positionB < 0;
+    }
+    load(first_, pair_.first, p);
+    CompareContext& a = first_.file.context();
+    CompareContext& b = second_.file.context();
+    if (a.doubleByteText != b.doubleByteText || a.pageFailure()) {
+      return false;
+    }
+    const std::span<const std::byte> body = a.bodyBytes();
+    if (body.empty()) {  // too long for the window
+      return first_.bytes.bodyAt(positionA) == second_.bytes.bodyAt(positionB);
+    }
+    return b.hasBytesAt(positionB, body);
+  }
+
+  const CompareContext& load(InspectedSide& side, i32 customer, i32 p) {
+    const std::optional<PageFailure>& failure = side.file.loadPage(customer, p);
+    if (failure) {
+      tellDamage(side, customer, p, *failure);
+    }
+    return side.file.context();
+  }
+
+  // A page may be loaded more than once; it is told once.
+  void tellDamage(const InspectedSide& side, i32 customer, i32 p, const PageFailure& failure) {
+    std::set<i32>& told = &side == &first_ ? toldFirst_ : toldSecond_;
+    if (told.insert(p).second) {
+      sink_.tally.summary.damagedPages += 1;
+      sink_.listener.damage(
+          {side.file.path(), customer, side.file.customer(customer).id, p, inWords(failure)});
+    }
+  }
+
+  CustomerPages pagesOf(InspectedSide& side, const CustomerRecord& customer, i32 index) {
+    return {side.bytes, customer.pages,
+            [this, &side, index](i32 p) -> const CompareContext& { return load(side, index, p); }};
+  }
+
+  void inspect(const PagePair& pages) {
+    if (pages.first != kNone && pages.first < common_) {
+      judge(pages.first);
+    }
+    std::vector<Change> changes;
+    if (pages.first == kNone || pages.second == kNone) {
+      Change change;
+      change.kind = pages.first == kNone ? ChangeKind::kAdded : ChangeKind::kRemoved;
+      change.type = "PAGE";
+      change.first = pages.first;
+      change.second = pages.second;
+      changes.push_back(std::move(change));
+    } else if (!pages.hasSameBytes) {
+      explain(pages, changes);
+    }
+    report(pages.first, pages.second, std::move(changes));
+  }
+
+  // What a run says of the pages with one number.
+  void judge(i32 p) {
+    verdictBits_ = 0;
+    if (!pair_.isJudged) {
+      return;
+    }
+    Summary& summary = sink_.tally.summary;
+    summary.pagesCompared += 1;
+    load(first_, pair_.first, p);
+    CompareContext& a = first_.file.context();
+    CompareContext& b = second_.file.context();
+    if (equalByBytes(a, b, page(b_, p).filePosition)) {
+      return;
+    }
+    load(second_, pair_.second, p);
+    const PageVerdict verdict = judgePages(a, b, sink_.settings.tolerances);
+    verdictBits_ = verdict.bits;
+    summary.bits |= verdict.bits;
+    if (verdict.bits != 0) {
+      summary.pagesDiffering += 1;
+      sink_.listener.verdict({pair_.first, &a_.id, p, p}, verdict);
+    }
+  }
+
+  void explain(const PagePair& pages, std::vector<Change>& changes) {
+    const CompareContext& a = load(first_, pair_.first, pages.first);
+    const CompareContext& b = load(second_, pair_.second, pages.second);
+    explainPages(a, digestsOf(a), b, digestsOf(b), sink_.settings.tolerances, changes);
+    const i32 positionA = page(a_, pages.first).filePosition;
+    const i32 positionB = page(b_, pages.second).filePosition;
+    const bool bothHaveBodies = positionA >= 0 && positionB >= 0;
+    if (changes.empty() && bothHaveBodies) {
+      explainBytes(positionA, positionB, changes);
+    }
+    if ((positionA < 0) != (positionB < 0) && changes.empty()) {
+      explainFields({{"body", i64{positionA >= 0}, i64{positionB >= 0}}}, "PAGE", "",
+                    ignored_by::kField, changes);
+    }
+  }
+
+  // Bytes that differ although no field does: a record of another version, a value that is dropped.
+  void explainBytes(i32 positionA, i32 positionB, std::vector<Change>& changes) {
+    const ByteDigest from = first_.bytes.bodyAt(positionA);
+    const ByteDigest to = second_.bytes.bodyAt(positionB);
+    if (from != to) {
+      explainFields({{"body", from, to}}, "PAGE", "", ignored_by::kEncoding, changes);
+    }
+  }
+
+  void report(i32 first, i32 second, std::vector<Change> changes) {
+    if (first != kNone && second != kNone) {
+      explainIndex(page(a_, first), page(b_, second), changes);
+    }
+    const i32 customer = pair_.first;
+    sink_.tally.take(changes, {customer, std::u16string(a_.id.view()), first, second});
+    PageResult result{{customer, &a_.id, first, second},
+                      nullptr,
+                      nullptr,
+                      first == kNone ? 0 : verdictBits_,
+                      std::move(changes)};
+    if (first == kNone) {
+      sink_.tally.summary.pagesAdded += 1;
+    } else {
+      result.firstRecord = &page(a_, first);
+    }
+    if (second == kNone) {
+      sink_.tally.summary.pagesRemoved += 1;
+    } else {
+      result.secondRecord = &page(b_, second);
+    }
+    sink_.listener.page(result);
+  }
+
+  InspectedSide& first_;
+  InspectedSide& second_;
+  const CustomerPair& pair_;
+  const InspectionSink& sink_;
+  const CustomerRecord& a_;
+  const CustomerRecord& b_;
+  const i32 common_;
+  DiffFlags verdictBits_ = 0;
+  std::set<i32> toldFirst_;
+  std::set<i32> toldSecond_;
+};
+
+}  // namespace
+
+void inspectCustomers(InspectedSide& first, InspectedSide& second, const CustomerPair& pair,
+                      const InspectionSink& sink) {
+  CustomerInspection(first, second, pair, sink).run();
+}
+
+}  // namespace rvf::inspect

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "base/Integers.h"
+#include "pagemodel/FieldVisitor.h"
+
+namespace rvf::inspect {
+
+/// A packed colour, four bytes that mean something only to the engine.
+struct Colour {
+  u32 packed = 0;
+  bool operator==(const Colour&) const = default;
+};
+
+/// Byte data, which is told by its length and a digest.
+struct ByteDigest {
+  i64 length = 0;
+  u64 digest = 0;
+  bool operator==(const ByteDigest&) const = default;
+};
+
+/// What a field holds; nothing where an object does not have the field.
+using FieldValue = std::variant<std::monostate, i64, f64, Colour, std::u16string, ByteDigest>;
+
+/// A field under its full name, such as `info.left` or `runs[0].x`.
+struct Field {
+  std::string name;
+  FieldValue value;
+};
+
+struct FieldChange {
+  std::string name;
+  FieldValue from;
+  FieldValue to;
+};
+
+/// Collects the fields that it is shown. Elements of an array behind the first kMostElements are
+/// taken together as one field, by their digest, so that a long array takes no more memory than the
+/// page that it is on.
+class FieldCollector final : public FieldVisitor {
+ public:
+  static constexpr i32 kMostElements = 2048;
+
+  void number(std::string_view name, i64 value) override { add(name, value); }
+  void floating(std::string_view name, f64 value) override { add(name, value); }
+  void colour(std::string_view name, u32 packed) override { add(name, Colour{packed}); }
+  void text(std::string_view name, std::u16string_view value) override;
+  void bytes(std::string_view name, std::span<const std::byte> value) override;
+  void enter(std::string_view name, i32 index) override;
+  void leave() override;
+
+  [[nodiscard]] std::vector<Field> take() { return std::move(fields_); }
+
+ private:
+  void add(std::string_view name, FieldValue value);
+  void fold(std::string_view name, const FieldValue& value);
+
+  std::vector<Field> fields_;
+  std::string prefix_;                    // with a dot at its end, if there is one
+  std::vector<std::size_t> prefixSizes_;  // before each enter that is open
+  int foldedDepth_ = 0;                   // enters inside an element that is folded
+};
+
+/// The fields of a part, list or shared object.
+template <class Object>
+[[nodiscard]] std::vector<Field> fieldsOf(const Object& object) {
+  FieldCollector collector;
+  forEachField(object, collector);
+  return collector.take();
+}
+
+/// Those of the same name that differ, and those that only one side has, in the order of the first.
+[[nodiscard]] std::vector<FieldChange> changedFields(const std::vector<Field>& first,
+                                                     const std::vector<Field>& second);
+
+/// A name without the numbers of its elements: `runs[].x`.
+[[nodiscard]] std::string withoutIndexes(std::string_view name);
+
+[[nodiscard]] u64 digestOf(const FieldValue& value);
+
+}  // namespace rvf::inspect

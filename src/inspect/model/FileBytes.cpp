@@ -1,0 +1,56 @@
+#include "inspect/model/FileBytes.h"
+
+#include <algorithm>
+
+#include "inspect/model/Digest.h"
+#include "inspect/model/Trouble.h"
+
+namespace rvf::inspect {
+
+FileBytes::FileBytes(CaptureFile& file) : file_(file), buffer_(kChunk) {
+  for (const CustomerRecord& customer : file.reader().customers) {
+    for (const PageRecord& page : customer.pages) {
+      if (page.filePosition >= 0) {
+        boundaries_.push_back(page.filePosition);
+      }
+    }
+  }
+  boundaries_.push_back(file.reader().indexPosition);
+  boundaries_.push_back(static_cast<i32>(file.file().GetLength()));
+  std::ranges::sort(boundaries_);
+}
+
+ByteDigest FileBytes::bodyAt(i32 position) {
+  const auto next = std::ranges::upper_bound(boundaries_, position);
+  return next == boundaries_.end() ? ByteDigest() : stretch(position, *next);
+}
+
+ByteDigest FileBytes::stretch(i64 begin, i64 end) {
+  Digest digest;
+  for (i64 at = begin; at < end; at += kChunk) {
+    digest.addBytes(read(at, std::min(kChunk, end - at)));
+  }
+  return {end - begin, digest.value()};
+}
+
+bool FileBytes::same(i64 begin, FileBytes& other, i64 otherBegin, i64 length) {
+  for (i64 done = 0; done < length; done += kChunk) {
+    const i64 size = std::min(kChunk, length - done);
+    if (!std::ranges::equal(read(begin + done, size), other.read(otherBegin + done, size))) {
+      return false;
+    }
+  }
+  return true;
+}
+
+std::span<const std::byte> FileBytes::read(i64 begin, i64 length) {
+  eDiskFile& file = file_.file();
+  const auto offset = static_cast<i32>(begin);
+  if (file.Seek(offset, SeekOrigin::kStart) != offset) {
+    throw Trouble(file_.path(), "cannot be read at offset " + std::to_string(begin));
+  }
+  const i32 count = file.Read(buffer_.data(), static_cast<i32>(length));
+  return {buffer_.data(), static_cast<std::size_t>(std::max(count, 0))};
+}
+
+}  // namespace rvf::inspect

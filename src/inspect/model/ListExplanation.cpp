@@ -1,0 +1,127 @@
+#include "inspect/model/ListExplanation.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "inspect/model/ChangeReasons.h"
+#include "pagemodel/FieldVisitor.h"
+
+namespace rvf::inspect {
+
+namespace {
+
+/// Keeps the first text that is shown, up to a length that fits a line.
+class FirstTextVisitor final : public FieldVisitor {
+ public:
+  static constexpr std::size_t kMostCharacters = 200;
+
+  void number(std::string_view, i64) override {}
+  void colour(std::string_view, u32) override {}
+  void floating(std::string_view, f64) override {}
+  void text(std::string_view, std::u16string_view value) override {
+    if (found.empty()) {
+      found = value.substr(0, kMostCharacters);
+    }
+  }
+  void bytes(std::string_view, std::span<const std::byte>) override {}
+  void enter(std::string_view, i32) override {}
+  void leave() override {}
+
+  std::u16string found;
+};
+
+Change changeOfPair(const DigestedList& first, const DigestedList& second, const PartPair& pair,
+                    const std::string& list, const Tolerances& tolerances) {
+  const DrawPart& a = first.list[pair.first];
+  const DrawPart& b = second.list[pair.second];
+  Change change;
+  change.kind = pair.kind;
+  change.type = typeName(a.type);
+  change.list = list;
+  change.first = pair.first;
+  change.second = pair.second;
+  change.text = textOf(a);
+  change.firstBox = boxOf(a);
+  change.secondBox = boxOf(b);
+  // An equal part at another place of the list is always found there, at the price of its order.
+  if (pair.kind != ChangeKind::kOrder) {
+    const bool isSwapped = first.list.count > second.list.count;
+    change.ignoredBy = ignoringRule(isSwapped ? b : a, isSwapped ? a : b, tolerances);
+  }
+  if (pair.kind == ChangeKind::kMoved) {
+    const Place from = placeOf(a).value_or(Place());
+    const Place to = placeOf(b).value_or(Place());
+    change.distance = {to.x - from.x, to.y - from.y};
+  } else if (pair.kind == ChangeKind::kChanged) {
+    setFields(change, changedFields(fieldsOf(a), fieldsOf(b)));
+  }
+  return change;
+}
+
+}  // namespace
+
+std::string typeName(PartType type) {
+  if (!isKnownPartType(type)) {
+    return "TYPE " + std::to_string(partIndex(type));
+  }
+  const std::u16string_view name = kPartTypeNames[partIndex(type)];
+  return {name.begin(), name.end()};
+}
+
+std::u16string textOf(const DrawPart& part) {
+  FirstTextVisitor visitor;
+  forEachField(part, visitor);
+  return std::move(visitor.found);
+}
+
+Change onlyOnOneSide(const DrawPart& part, const std::string& list, ChangeKind kind) {
+  Change change;
+  change.kind = kind;
+  change.type = typeName(part.type);
+  change.list = list;
+  change.text = textOf(part);
+  std::vector<FieldChange> fields;
+  for (Field& field : fieldsOf(part)) {
+    fields.push_back({std::move(field.name), std::move(field.value), {}});
+    if (kind == ChangeKind::kAdded) {
+      std::swap(fields.back().from, fields.back().to);
+    }
+  }
+  setFields(change, std::move(fields));
+  (kind == ChangeKind::kAdded ? change.secondBox : change.firstBox) = boxOf(part);
+  return change;
+}
+
+void explainParts(const DigestedList& first, const DigestedList& second, const std::string& list,
+                  const Tolerances& tolerances, std::vector<Change>& changes) {
+  if (std::ranges::equal(first.digests, second.digests)) {
+    return;
+  }
+  for (const PartPair& pair : pairParts(first, second)) {
+    if (pair.first == kNone) {
+      changes.push_back(onlyOnOneSide(second.list[pair.second], list, ChangeKind::kAdded));
+      changes.back().second = pair.second;
+    } else if (pair.second == kNone) {
+      changes.push_back(onlyOnOneSide(first.list[pair.first], list, ChangeKind::kRemoved));
+      changes.back().first = pair.first;
+    } else {
+      changes.push_back(changeOfPair(first, second, pair, list, tolerances));
+    }
+  }
+}
+
+void explainFields(std::vector<FieldChange> fields, const std::string& type,
+                   const std::string& list, std::string_view ignoredBy,
+                   std::vector<Change>& changes) {
+  if (fields.empty()) {
+    return;
+  }
+  Change change;
+  change.type = type;
+  change.list = list;
+  change.ignoredBy = ignoredBy;
+  setFields(change, std::move(fields));
+  changes.push_back(std::move(change));
+}
+
+}  // namespace rvf::inspect

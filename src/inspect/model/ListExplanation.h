@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "compare/Tolerances.h"
+#include "inspect/model/Change.h"
+#include "inspect/model/PartPairing.h"
+
+namespace rvf::inspect {
+
+/// Appends the changes that turn the parts of one list into those of another.
+void explainParts(const DigestedList& first, const DigestedList& second, const std::string& list,
+                  const Tolerances& tolerances, std::vector<Change>& changes);
+
+/// A change for the fields of two lists that differ; nothing if none does. `ignoredBy` is the rule
+/// that keeps the verdict from seeing them.
+void explainFields(std::vector<FieldChange> fields, const std::string& type,
+                   const std::string& list, std::string_view ignoredBy,
+                   std::vector<Change>& changes);
+
+/// A part that only one side has, or all there is of it.
+[[nodiscard]] Change onlyOnOneSide(const DrawPart& part, const std::string& list, ChangeKind kind);
+
+/// The name of a part's type.
+[[nodiscard]] std::string typeName(PartType type);
+/// What a part says, if it says anything: its text, its link, its title.
+[[nodiscard]] std::u16string textOf(const DrawPart& part);
+
+}  // namespace rvf::inspect

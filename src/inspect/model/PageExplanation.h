@@ -1,0 +1,30 @@
+#pragma once
+
+#include <vector>
+
+#include "capture/CompareContext.h"
+#include "capture/PageRecord.h"
+#include "compare/Tolerances.h"
+#include "inspect/model/Change.h"
+
+namespace rvf::inspect {
+
+/// The digests of the page that a context holds.
+struct PageDigests {
+  std::vector<u64> pageList;
+  std::vector<std::vector<u64>> placedLists;
+};
+[[nodiscard]] PageDigests digestsOf(const CompareContext& page);
+
+/// What of a page stands in the index: its name and the values beside it.
+[[nodiscard]] std::vector<Field> indexFieldsOf(const PageRecord& record);
+
+/// Appends the changes between the pages that two contexts hold, without those of the index.
+void explainPages(const CompareContext& first, const PageDigests& firstDigests,
+                  const CompareContext& second, const PageDigests& secondDigests,
+                  const Tolerances& tolerances, std::vector<Change>& changes);
+
+/// Appends the changes between the records of two pages.
+void explainIndex(const PageRecord& first, const PageRecord& second, std::vector<Change>& changes);
+
+}  // namespace rvf::inspect

@@ -1,0 +1,209 @@
+#include "inspect/model/PagePairing.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "inspect/model/Digest.h"
+#include "inspect/model/PageExplanation.h"
+#include "inspect/model/SequencePairing.h"
+
+namespace rvf::inspect {
+
+namespace {
+
+/// What a page is recognised by: its parts, and the places of its parts, each sorted.
+struct PageSketch {
+  std::vector<u64> parts;
+  std::vector<u64> places;
+};
+
+PageSketch sketchOf(const CompareContext& page) {
+  PageSketch sketch;
+  const auto add = [&sketch](const DrawList& list) {
+    for (const DrawPart& part : list.parts()) {
+      sketch.parts.push_back(digestOf(part));
+      Digest place;
+      place.add(partIndex(part.type));
+      const Place at = placeOf(part).value_or(Place());
+      place.add(static_cast<u64>(at.x));
+      place.add(static_cast<u64>(at.y));
+      sketch.places.push_back(place.value());
+    }
+  };
+  add(page.pageList);
+  for (i32 i = 0; i < page.staticCount; ++i) {
+    add(page.staticList(i));
+  }
+  std::ranges::sort(sketch.parts);
+  std::ranges::sort(sketch.places);
+  return sketch;
+}
+
+i64 commonCount(const std::vector<u64>& a, const std::vector<u64>& b) {
+  i64 common = 0;
+  for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
+    if (a[i] == b[j]) {
+      common += 1;
+      i += 1;
+      j += 1;
+    } else if (a[i] < b[j]) {
+      i += 1;
+    } else {
+      j += 1;
+    }
+  }
+  return common;
+}
+
+/// From 0 to 2000: equal parts count twice, those at the same place once.
+i64 similarityOf(const PageSketch& a, const PageSketch& b) {
+  constexpr i64 kAll = 2000;
+  const auto larger = static_cast<i64>(std::max(a.parts.size(), b.parts.size()));
+  if (larger == 0) {
+    return kAll;
+  }
+  return (commonCount(a.parts, b.parts) + commonCount(a.places, b.places)) * kAll / (2 * larger);
+}
+
+class PagePairing {
+ public:
+  PagePairing(CustomerPages& first, CustomerPages& second, i32 start)
+      : first_(first), second_(second), start_(start) {}
+
+  std::vector<PagePair> run() {
+    std::vector<IndexPair> equal = pairInSequence(digests(first_), digests(second_));
+    for (auto& [i, j] : equal) {
+      i += start_;
+      j += start_;
+    }
+    equal.emplace_back(size(first_), size(second_));
+    i32 i = start_, j = start_;
+    for (const auto& [nextI, nextJ] : equal) {
+      pairGap(i, nextI, j, nextJ);
+      if (nextI < size(first_) && nextJ < size(second_)) {
+        pairs_.push_back({nextI, nextJ, true});
+      }
+      i = nextI + 1;
+      j = nextJ + 1;
+    }
+    return std::move(pairs_);
+  }
+
+ private:
+  static i32 size(const CustomerPages& side) { return static_cast<i32>(side.pages.size()); }
+
+  [[nodiscard]] std::vector<u64> digests(CustomerPages& side) const {
+    std::vector<u64> result;
+    for (i32 p = start_; p < size(side); ++p) {
+      const i32 position = side.pages[static_cast<std::size_t>(p)].filePosition;
+      // Pages without a body are all alike.
+      result.push_back(position < 0 ? 0 : digestOf(FieldValue(side.bytes.bodyAt(position))));
+    }
+    return result;
+  }
+
+  void pairGap(i32 beginI, i32 endI, i32 beginJ, i32 endJ) {
+    std::vector<PagePair> pairs;
+    if (beginI < endI && beginJ < endJ && !pairSimilar(beginI, endI, beginJ, endJ, pairs)) {
+      for (i32 i = beginI, j = beginJ; i < endI && j < endJ; ++i, ++j) {
+        pairs.push_back({i, j, false});
+      }
+    }
+    appendGap(beginI, endI, beginJ, endJ, pairs);
+  }
+
+  // False: too much work.
+  bool pairSimilar(i32 beginI, i32 endI, i32 beginJ, i32 endJ, std::vector<PagePair>& pairs) {
+    std::vector<PageSketch> a, b;
+    if (!sketch(first_, beginI, endI, a) || !sketch(second_, beginJ, endJ, b)) {
+      return false;
+    }
+    i64 work = 0;
+    for (const PageSketch& page : a) {
+      work += static_cast<i64>(page.parts.size() * b.size());
+    }
+    if (work > 4 * kMostParts || static_cast<i64>(a.size() * b.size()) > kMostParts) {
+      return false;
+    }
+    struct Candidate {
+      i64 score;
+      i32 i, j;
+    };
+    std::vector<Candidate> candidates;
+    constexpr i64 kHalf = 1000;
+    for (i32 i = beginI; i < endI; ++i) {
+      for (i32 j = beginJ; j < endJ; ++j) {
+        const i64 score = similarityOf(a[static_cast<std::size_t>(i - beginI)],
+                                       b[static_cast<std::size_t>(j - beginJ)]);
+        if (score >= kHalf) {
+          candidates.push_back({score, i, j});
+        }
+      }
+    }
+    // Of pages that are equally alike, those at the same number.
+    std::ranges::sort(candidates, {}, [](const Candidate& c) {
+      return std::tuple(-c.score, std::abs(c.i - c.j), c.i, c.j);
+    });
+    std::vector<bool> isTakenI(a.size()), isTakenJ(b.size());
+    for (const Candidate& c : candidates) {
+      const auto i = static_cast<std::size_t>(c.i - beginI);
+      const auto j = static_cast<std::size_t>(c.j - beginJ);
+      if (!isTakenI[i] && !isTakenJ[j]) {
+        isTakenI[i] = isTakenJ[j] = true;
+        pairs.push_back({c.i, c.j, false});
+      }
+    }
+    return true;
+  }
+
+  bool sketch(CustomerPages& side, i32 begin, i32 end, std::vector<PageSketch>& sketches) {
+    for (i32 p = begin; p < end; ++p) {
+      sketches.push_back(sketchOf(side.load(p)));
+      sketchedParts_ += static_cast<i64>(sketches.back().parts.size());
+      if (sketchedParts_ > kMostParts) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  // Removed pages come where they were, added ones in front of the next page that both have.
+  void appendGap(i32 beginI, i32 endI, i32 beginJ, i32 endJ, const std::vector<PagePair>& pairs) {
+    std::vector<i32> partnerOfI(static_cast<std::size_t>(endI - beginI), kNone);
+    std::vector<bool> isPairedJ(static_cast<std::size_t>(endJ - beginJ));
+    for (const PagePair& pair : pairs) {
+      partnerOfI[static_cast<std::size_t>(pair.first - beginI)] = pair.second;
+      isPairedJ[static_cast<std::size_t>(pair.second - beginJ)] = true;
+    }
+    i32 nextJ = beginJ;
+    const auto appendAdded = [&](i32 end) {
+      for (; nextJ < end; ++nextJ) {
+        if (!isPairedJ[static_cast<std::size_t>(nextJ - beginJ)]) {
+          pairs_.push_back({kNone, nextJ, false});
+        }
+      }
+    };
+    for (i32 i = beginI; i < endI; ++i) {
+      const i32 j = partnerOfI[static_cast<std::size_t>(i - beginI)];
+      if (j != kNone) {
+        appendAdded(j);
+      }
+      pairs_.push_back({i, j, false});
+    }
+    appendAdded(endJ);
+  }
+
+  CustomerPages& first_;
+  CustomerPages& second_;
+  i32 start_;
+  i64 sketchedParts_ = 0;
+  std::vector<PagePair> pairs_;
+};
+
+}  // namespace
+
+std::vector<PagePair> pairPages(CustomerPages& first, CustomerPages& second, i32 start) {
+  return PagePairing(first, second, start).run();
+}
+
+}  // namespace rvf::inspect

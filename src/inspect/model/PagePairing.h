@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "base/Integers.h"
+#include "inspect/model/Change.h"
+#include "inspect/model/FileBytes.h"
+
+namespace rvf::inspect {
+
+/// Which page of one customer became which of the other; kNone on one side: added or removed.
+struct PagePair {
+  i32 first = kNone;
+  i32 second = kNone;
+  bool hasSameBytes = false;
+};
+
+/// Two customers whose pages are paired. `load` brings a page of a side (0 or 1) into its context.
+struct CustomerPages {
+  FileBytes& bytes;
+  std::span<const PageRecord> pages;
+  std::function<const CompareContext&(i32 page)> load;
+};
+
+/// So many parts of pages that have no equal one are compared to find the most similar pages of two
+/// customers; with more, pages pair by position. Told in the help.
+constexpr i64 kMostParts = 1000000;
+
+/// Pairs pages from index `start` of both sides on by their content: those of equal bytes in
+/// sequence, between them the most similar that share at least half of their parts. A part at the
+/// same place that was changed counts half. In the order of the pages.
+[[nodiscard]] std::vector<PagePair> pairPages(CustomerPages& first, CustomerPages& second,
+                                              i32 start);
+
+}  // namespace rvf::inspect

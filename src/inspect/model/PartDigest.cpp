@@ -1,0 +1,95 @@
+#include "inspect/model/PartDigest.h"
+
+#include <bit>
+
+#include "inspect/model/Digest.h"
+#include "inspect/model/PartPlace.h"
+#include "pagemodel/FieldVisitor.h"
+
+namespace rvf::inspect {
+
+namespace {
+
+/// Digests values as they come. The names of a type's fields always come in one order, so that the
+/// elements of its arrays are all that has to be told apart.
+class DigestVisitor : public FieldVisitor {
+ public:
+  explicit DigestVisitor(PartType type) { digest_.add(partIndex(type)); }
+
+  void number(std::string_view, i64 value) override { digest_.add(static_cast<u64>(value)); }
+  void floating(std::string_view, f64 value) override { digest_.add(std::bit_cast<u64>(value)); }
+  void colour(std::string_view, u32 packed) override { digest_.add(packed); }
+  void text(std::string_view, std::u16string_view value) override { digest_.addText(value); }
+  void bytes(std::string_view, std::span<const std::byte> value) override {
+    digest_.addBytes(value);
+  }
+  void enter(std::string_view name, i32 index) override {
+    digest_.add(name.size() << 32 | static_cast<u32>(index));
+  }
+  void leave() override {}
+
+  [[nodiscard]] u64 value() const { return digest_.value(); }
+
+ private:
+  Digest digest_;
+};
+
+/// Takes every position relative to the part's first one.
+class ShapeVisitor final : public DigestVisitor {
+ public:
+  ShapeVisitor(const DrawPart& part, Place origin)
+      : DigestVisitor(part.type), part_(part), origin_(origin) {}
+
+  void number(std::string_view name, i64 value) override {
+    DigestVisitor::number(name, value - shiftOf(name));
+  }
+  void floating(std::string_view name, f64 value) override {
+    DigestVisitor::floating(name, value - static_cast<f64>(shiftOf(name)));
+  }
+  void enter(std::string_view name, i32 index) override {
+    DigestVisitor::enter(name, index);
+    member_ = name;
+  }
+  void leave() override { member_ = {}; }
+
+ private:
+  [[nodiscard]] i64 shiftOf(std::string_view name) const {
+    switch (axisOf(part_, member_, name)) {
+      case Axis::kX:
+        return origin_.x;
+      case Axis::kY:
+        return origin_.y;
+      default:
+        return 0;
+    }
+  }
+
+  const DrawPart& part_;
+  Place origin_;
+  std::string_view member_;
+};
+
+}  // namespace
+
+u64 digestOf(const DrawPart& part) {
+  DigestVisitor visitor(part.type);
+  forEachField(part, visitor);
+  return visitor.value();
+}
+
+std::vector<u64> digestsOf(const DrawList& list) {
+  std::vector<u64> digests;
+  digests.reserve(list.parts().size());
+  for (const DrawPart& part : list.parts()) {
+    digests.push_back(digestOf(part));
+  }
+  return digests;
+}
+
+u64 shapeDigestOf(const DrawPart& part) {
+  ShapeVisitor visitor(part, placeOf(part).value_or(Place()));
+  forEachField(part, visitor);
+  return visitor.value();
+}
+
+}  // namespace rvf::inspect

@@ -1,0 +1,220 @@
+#include "inspect/model/SequencePairing.h"
+
+#include <algorithm>
+
+namespace rvf::inspect {
+
+namespace {
+
+/// A stretch of both sequences that is still to be paired.
+struct Stretch {
+  i32 firstBegin, firstEnd;
+  i32 secondBegin, secondEnd;
+
+  [[nodiscard]] i32 firstSize() const { return firstEnd - firstBegin; }
+  [[nodiscard]] i32 secondSize() const { return secondEnd - secondBegin; }
+  [[nodiscard]] bool isEmpty() const { return firstSize() == 0 || secondSize() == 0; }
+};
+
+class SequencePairing {
+ public:
+  SequencePairing(std::span<const u64> first, std::span<const u64> second)
+      : first_(first), second_(second) {}
+
+  std::vector<IndexPair> run() {
+    pair({0, static_cast<i32>(first_.size()), 0, static_cast<i32>(second_.size())}, 0);
+    std::ranges::sort(pairs_);
+    return std::move(pairs_);
+  }
+
+ private:
+  // Keys that occur once are looked for again between those that were found, but not without end.
+  static constexpr int kMostLevels = 8;
+  static constexpr i32 kMostEdits = 256;
+
+  [[nodiscard]] u64 first(i32 i) const { return first_[static_cast<std::size_t>(i)]; }
+  [[nodiscard]] u64 second(i32 j) const { return second_[static_cast<std::size_t>(j)]; }
+
+  void pair(Stretch s, int level) {
+    trim(s);
+    if (s.isEmpty() || pairByEdits(s) || level == kMostLevels) {
+      return;
+    }
+    const std::vector<IndexPair> anchors = risingPairs(uniquePairs(s));
+    if (anchors.empty()) {
+      return;
+    }
+    Stretch gap{s.firstBegin, 0, s.secondBegin, 0};
+    for (const auto& [i, j] : anchors) {
+      pairs_.emplace_back(i, j);
+      gap.firstEnd = i;
+      gap.secondEnd = j;
+      pair(gap, level + 1);
+      gap.firstBegin = i + 1;
+      gap.secondBegin = j + 1;
+    }
+    gap.firstEnd = s.firstEnd;
+    gap.secondEnd = s.secondEnd;
+    pair(gap, level + 1);
+  }
+
+  void trim(Stretch& s) {
+    while (!s.isEmpty() && first(s.firstBegin) == second(s.secondBegin)) {
+      pairs_.emplace_back(s.firstBegin++, s.secondBegin++);
+    }
+    while (!s.isEmpty() && first(s.firstEnd - 1) == second(s.secondEnd - 1)) {
+      pairs_.emplace_back(--s.firstEnd, --s.secondEnd);
+    }
+  }
+
+  // The shortest list of edits, found by the furthest point that each number of edits reaches on
+  // each diagonal. Gives up, with false, when there are too many edits.
+  bool pairByEdits(const Stretch& s) {
+    const i32 limit = std::min(kMostEdits, s.firstSize() + s.secondSize());
+    std::vector<std::vector<i32>> reached;  // by number of edits: first index, by diagonal
+    for (i32 edits = 0; edits <= limit; ++edits) {
+      reached.emplace_back(static_cast<std::size_t>(2 * edits + 1));
+      for (i32 diagonal = -edits; diagonal <= edits; diagonal += 2) {
+        i32 x = furthestStart(reached, edits, diagonal);
+        i32 y = x - diagonal;
+        while (x < s.firstSize() && y >= 0 && y < s.secondSize() &&
+               first(s.firstBegin + x) == second(s.secondBegin + y)) {
+          x += 1;
+          y += 1;
+        }
+        reached.back()[static_cast<std::size_t>(diagonal + edits)] = x;
+        if (x >= s.firstSize() && y >= s.secondSize()) {
+          trace(s, reached, diagonal);
+          return true;
+        }
+      }
+    }
+    return false;
+  }
+
+  static i32 at(const std::vector<std::vector<i32>>& reached, i32 edits, i32 diagonal) {
+    return reached[static_cast<std::size_t>(edits)][static_cast<std::size_t>(diagonal + edits)];
+  }
+
+  // Whether the best way to a diagonal comes from the one above, by passing over a key of the
+  // second sequence.
+  static bool comesFromAbove(const std::vector<std::vector<i32>>& reached, i32 edits,
+                             i32 diagonal) {
+    return diagonal == -edits || (diagonal != edits && at(reached, edits - 1, diagonal - 1) <
+                                                           at(reached, edits - 1, diagonal + 1));
+  }
+
+  static i32 furthestStart(const std::vector<std::vector<i32>>& reached, i32 edits, i32 diagonal) {
+    if (edits == 0) {
+      return 0;
+    }
+    return comesFromAbove(reached, edits, diagonal) ? at(reached, edits - 1, diagonal + 1)
+                                                    : at(reached, edits - 1, diagonal - 1) + 1;
+  }
+
+  void trace(const Stretch& s, const std::vector<std::vector<i32>>& reached, i32 diagonal) {
+    for (auto edits = static_cast<i32>(reached.size()) - 1; edits >= 0; --edits) {
+      const i32 start = furthestStart(reached, edits, diagonal);
+      for (i32 x = at(reached, edits, diagonal); x > start; --x) {
+        const i32 y = x - diagonal;
+        pairs_.emplace_back(s.firstBegin + x - 1, s.secondBegin + y - 1);
+      }
+      if (edits > 0) {
+        diagonal += comesFromAbove(reached, edits, diagonal) ? 1 : -1;
+      }
+    }
+  }
+
+  [[nodiscard]] std::vector<IndexPair> uniquePairs(const Stretch& s) const {
+    const auto sorted = [](std::span<const u64> keys, i32 begin, i32 end) {
+      std::vector<std::pair<u64, i32>> entries;
+      for (i32 i = begin; i < end; ++i) {
+        entries.emplace_back(keys[static_cast<std::size_t>(i)], i);
+      }
+      std::ranges::sort(entries);
+      std::vector<std::pair<u64, i32>> once;
+      for (std::size_t i = 0; i < entries.size(); ++i) {
+        const bool sameBefore = i > 0 && entries[i - 1].first == entries[i].first;
+        const bool sameBehind = i + 1 < entries.size() && entries[i + 1].first == entries[i].first;
+        if (!sameBefore && !sameBehind) {
+          once.push_back(entries[i]);
+        }
+      }
+      return once;
+    };
+    const auto a = sorted(first_, s.firstBegin, s.firstEnd);
+    const auto b = sorted(second_, s.secondBegin, s.secondEnd);
+    std::vector<IndexPair> pairs;
+    for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
+      if (a[i].first == b[j].first) {
+        pairs.emplace_back(a[i++].second, b[j++].second);
+      } else if (a[i].first < b[j].first) {
+        i += 1;
+      } else {
+        j += 1;
+      }
+    }
+    std::ranges::sort(pairs);
+    return pairs;
+  }
+
+  // The longest subsequence of pairs whose second index rises too.
+  static std::vector<IndexPair> risingPairs(const std::vector<IndexPair>& pairs) {
+    std::vector<std::size_t> ends;  // by length: the pair with the lowest second index
+    std::vector<std::size_t> before(pairs.size());
+    constexpr auto kNone = static_cast<std::size_t>(-1);
+    for (std::size_t p = 0; p < pairs.size(); ++p) {
+      const auto place = std::ranges::lower_bound(
+          ends, pairs[p].second, {}, [&pairs](std::size_t e) { return pairs[e].second; });
+      before[p] = place == ends.begin() ? kNone : *(place - 1);
+      if (place == ends.end()) {
+        ends.push_back(p);
+      } else {
+        *place = p;
+      }
+    }
+    std::vector<IndexPair> rising;
+    for (std::size_t p = ends.empty() ? kNone : ends.back(); p != kNone; p = before[p]) {
+      rising.push_back(pairs[p]);
+    }
+    std::ranges::reverse(rising);
+    return rising;
+  }
+
+  std::span<const u64> first_;
+  std::span<const u64> second_;
+  std::vector<IndexPair> pairs_;
+};
+
+}  // namespace
+
+std::vector<IndexPair> pairInSequence(std::span<const u64> first, std::span<const u64> second) {
+  return SequencePairing(first, second).run();
+}
+
+std::vector<IndexPair> pairAnywhere(std::span<const u64> first, std::span<const u64> second) {
+  const auto sorted = [](std::span<const u64> keys) {
+    std::vector<std::pair<u64, i32>> entries;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+      entries.emplace_back(keys[i], static_cast<i32>(i));
+    }
+    std::ranges::sort(entries);
+    return entries;
+  };
+  const auto a = sorted(first);
+  const auto b = sorted(second);
+  std::vector<IndexPair> pairs;
+  for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
+    if (a[i].first == b[j].first) {
+      pairs.emplace_back(a[i++].second, b[j++].second);
+    } else if (a[i].first < b[j].first) {
+      i += 1;
+    } else {
+      j += 1;
+    }
+  }
+  std::ranges::sort(pairs);
+  return pairs;
+}
+
+}  // namespace rvf::inspect
