@@ -50,39 +50,39 @@ LoadResult RvfReader::readFile(FileObject& file) {
   if (length > kLongestFile) {
     return {LoadState::kTooLarge, length, {}};
   }
-  i32 indexPosition = 0;
+  i32 indexOffset = 0;
   i32 magic = 0;
   {
     eArchive archive(file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
-    indexPosition = archive.ReadI32();
+    indexOffset = archive.ReadI32();
     magic = archive.ReadI32();
     if (archive.failed()) {
       return failureOf(archive);
     }
     if (magic == magic_number::kNarrow || magic == magic_number::kWide) {
-      return readContents(archive, magic, indexPosition);
+      return readContents(archive, magic, indexOffset);
     }
   }
   if (magic != magic_number::kTrailer) {
     return {LoadState::kNotCapture, kMagicOffset, {}};
   }
-  if (LoadResult trailer = readTrailer(file, indexPosition); trailer.state != LoadState::kLoaded) {
+  if (LoadResult trailer = readTrailer(file, indexOffset); trailer.state != LoadState::kLoaded) {
     return trailer;
   }
   if (file.Seek(kVersionOffset, SeekOrigin::kStart) != kVersionOffset) {
     return {LoadState::kDamaged, kVersionOffset, {}};
   }
   eArchive archive(file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
-  return readContents(archive, magic_number::kNarrow, indexPosition);
+  return readContents(archive, magic_number::kNarrow, indexOffset);
 }
 
-LoadResult RvfReader::readTrailer(FileObject& file, i32& indexPosition) const {
+LoadResult RvfReader::readTrailer(FileObject& file, i32& indexOffset) const {
   const i32 start = file.Seek(-kTrailerSize, SeekOrigin::kEnd);
   if (start < 0) {
     return {LoadState::kDamaged, 0, {}};
   }
   eArchive archive(file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
-  indexPosition = archive.ReadI32();
+  indexOffset = archive.ReadI32();
   const i32 magic = archive.ReadI32();
   if (archive.failed()) {
     return failureOf(archive);
@@ -92,7 +92,7 @@ LoadResult RvfReader::readTrailer(FileObject& file, i32& indexPosition) const {
 }
 
 // The values of an archive that has failed mean nothing, so the first failure ends the load.
-LoadResult RvfReader::readContents(eArchive& archive, i32 magic, i32 indexPosition) {
+LoadResult RvfReader::readContents(eArchive& archive, i32 magic, i32 indexOffset) {
   version = archive.ReadI32();
   if (archive.failed()) {
     return failureOf(archive);
@@ -108,11 +108,14 @@ LoadResult RvfReader::readContents(eArchive& archive, i32 magic, i32 indexPositi
   if (archive.failed()) {
     return failureOf(archive);
   }
+  tablesEnd = archive.GetPosition();
+  indexPosition = indexOffset;
   archive.Seek(indexPosition);
   readIndex(archive);
   if (archive.failed()) {
     return failureOf(archive);
   }
+  indexEnd = archive.GetPosition();
   countPages();
   return {pageCount == 0 ? LoadState::kNoPages : LoadState::kLoaded, archive.GetPosition(), {}};
 }

@@ -74,6 +74,11 @@ class RvfReader {
 
   [[nodiscard]] CompareContext& context() { return context_; }
 
+  /// Where the file was found to hold what is not a page: offsets in it, ends behind the last byte.
+  i64 tablesEnd = 0;
+  i32 indexPosition = 0;
+  i64 indexEnd = 0;
+
   eString fileLabel;  // kept, never compared
   StoredDate firstDate;
   StoredDate secondDate;
@@ -89,8 +94,8 @@ class RvfReader {
 
  private:
   [[nodiscard]] LoadResult readFile(FileObject& file);
-  [[nodiscard]] LoadResult readTrailer(FileObject& file, i32& indexPosition) const;
-  [[nodiscard]] LoadResult readContents(eArchive& archive, i32 magic, i32 indexPosition);
+  [[nodiscard]] LoadResult readTrailer(FileObject& file, i32& indexOffset) const;
+  [[nodiscard]] LoadResult readContents(eArchive& archive, i32 magic, i32 indexOffset);
   void readIndex(eArchive& archive);
   void countPages();
 

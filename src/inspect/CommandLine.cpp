@@ -99,11 +99,15 @@ class CommandLine {
         "Exit status: 0 no differences, or the file is sound; 1 differences; 2 trouble; 3 check "
         "found "
         "warnings only.\nrvfinspect COMMAND --help tells the options of a command.");
+    addChanges();
     addList();
   }
 
   int run(int argc, char** argv) {
     app_.parse(argc, argv);
+    if (app_.got_subcommand("changes") && changes_.first.empty() && changes_.from.empty()) {
+      throw Trouble("changes", "needs FIRST and SECOND, or --from FILE");
+    }
     return action_();
   }
 
@@ -160,6 +164,60 @@ class CommandLine {
     command->add_option("--page", selection.page, "This page of each customer alone, from 1")
         ->check(kFromOne)
         ->type_name("N");
+  }
+
+  void addChanges() {
+    CLI::App* command =
+        addCommand("changes", "List every change between two files, page by page or grouped",
+                   "rvfinspect changes --position-tolerance 5 before.rvf after.rvf",
+                   [this] { return runChanges(changes_); });
+    CLI::Option* first = command->add_option("FIRST", changes_.first, "The first file");
+    CLI::Option* second = command->add_option("SECOND", changes_.second, "The second file");
+    first->needs(second);
+    command->add_option("--from", changes_.from, "The two files that this difference file names")
+        ->type_name("FILE")
+        ->excludes(first);
+    addTolerances(command, changes_);
+    addSelection(command, changes_.selection);
+    command->add_flag("--groups", changes_.groups,
+                      "Equal changes of many pages as one group, the largest first");
+    command->add_flag("--all-pages", changes_.showsAllPages, "Pages without changes too");
+    command
+        ->add_option("--accepted", changes_.accepted, "Leave out the groups that this file lists")
+        ->type_name("FILE");
+    command
+        ->add_option("--write-accepted", changes_.writeAccepted,
+                     "Write the groups to a file for --accepted")
+        ->type_name("FILE");
+    addOutput(command, changes_.output, kReportFormats);
+    addProgress(command, changes_.output);
+    command->footer(
+        "Pages pair by content; customers with more than 1,000,000 changed parts, by position.\n"
+        "Example:\n  rvfinspect changes --position-tolerance 5 before.rvf after.rvf");
+  }
+
+  template <class Options>
+  static void addTolerances(CLI::App* command, Options& options) {
+    command
+        ->add_option("--position-tolerance", options.tolerances.positionTolerance,
+                     "Positions that differ by up to N units are the same")
+        ->type_name("N");
+    command
+        ->add_option("--line-tolerance", options.tolerances.lineTolerance,
+                     "Line widths that differ by up to N units are the same")
+        ->type_name("N");
+    addOldText(command, options.oldText);
+  }
+
+  static void addOldText(CLI::App* command, OldText& oldText) {
+    command->add_flag_callback(
+        "--two-byte-text", [&oldText] { oldText = OldText::kTwoBytes; },
+        "Files of version 1 and 2 have two bytes a character");
+  }
+
+  static void addProgress(CLI::App* command, OutputOptions& output) {
+    addChoice(command, "--progress", output.progress, kWhens, "Progress on standard error")
+        ->type_name("WHEN");
   }
 
   void addList() {
@@ -227,6 +285,7 @@ class CommandLine {
   CLI::App app_{
       "Shows what changed between two page-capture files, and what such a file contains."};
   Action action_;
+  ChangesOptions changes_;
   ListOptions list_;
 };
 

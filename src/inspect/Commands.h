@@ -15,6 +15,7 @@ constexpr int kWarnings = 3;  // check alone
 // One function a command, in a source of its name. Each returns an exit status; whatever keeps it
 // from its work is thrown as Trouble.
 
+[[nodiscard]] int runChanges(const ChangesOptions& options);
 [[nodiscard]] int runList(const ListOptions& options);
 
 }  // namespace rvf::inspect

@@ -5,7 +5,8 @@
 #include <vector>
 
 #include "base/Integers.h"
-#include "compare/DiffFlags.h"
+#include "compare/Tolerances.h"
+#include "inspect/model/CaptureFile.h"
 
 namespace rvf::inspect {
 
@@ -31,6 +32,20 @@ struct ListOptions {
   Selection selection;
   bool onlyDiffering = false;
   std::string bitName;  // pages with this bit only; empty: all
+  OutputOptions output;
+};
+
+struct ChangesOptions {
+  std::string first;
+  std::string second;
+  std::string from;  // a difference file that names both; not empty: instead of them
+  Tolerances tolerances{0, 0};
+  OldText oldText = OldText::kOneByte;
+  Selection selection;
+  bool groups = false;
+  bool showsAllPages = false;
+  std::string accepted;
+  std::string writeAccepted;
   OutputOptions output;
 };
 

@@ -22,6 +22,7 @@ class CaptureFile {
   [[nodiscard]] RvfReader& reader() { return reader_; }
   [[nodiscard]] const RvfReader& reader() const { return reader_; }
   [[nodiscard]] CompareContext& context() { return context_; }
+  [[nodiscard]] const CompareContext& context() const { return context_; }
   [[nodiscard]] eDiskFile& file() { return file_; }
 
   [[nodiscard]] i32 customerCount() const { return static_cast<i32>(reader_.customers.size()); }

@@ -1,5 +1,6 @@
 #include "inspect/model/Change.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace rvf::inspect {
@@ -21,6 +22,11 @@ std::string_view nameOf(ChangeKind kind) {
 
 void setFields(Change& change, std::vector<FieldChange> fields) {
   change.fields = std::move(fields);
+  // What a text says is the first thing that people want to know, and its length follows from it.
+  std::ranges::stable_partition(change.fields, [](const FieldChange& field) {
+    return std::holds_alternative<std::u16string>(field.from) ||
+           std::holds_alternative<std::u16string>(field.to);
+  });
   if (change.fields.size() > Change::kMostFields) {
     change.fieldsLeftOut = static_cast<i64>(change.fields.size() - Change::kMostFields);
     change.fields.resize(Change::kMostFields);

@@ -54,7 +54,7 @@ struct Change {
   [[nodiscard]] bool counts() const { return ignoredBy.empty(); }
 };
 
-/// Takes over the fields up to the limit and counts the others.
+/// Takes over the fields up to the limit, texts first, and counts the others.
 void setFields(Change& change, std::vector<FieldChange> fields);
 
 }  // namespace rvf::inspect

@@ -112,19 +112,22 @@ class Inspection {
     const CustomerRecord& b = second_.customer(pair.second);
     if (isSelected(pair.first, a.id)) {
       std::vector<Change> changes;
-      explainFields(
-          changedFields({{"leadValue", i64{a.leadValue}}, {"pageCount", i64{a.pageCount}}},
-                        {{"leadValue", i64{b.leadValue}}, {"pageCount", i64{b.pageCount}}}),
-          "CUSTOMER", "", a.pageCount == b.pageCount ? ignored_by::kField : std::string_view(),
-          changes);
+      explainFields(changedFields(fieldsOfCustomer(a), fieldsOfCustomer(b)), "CUSTOMER", "",
+                    ignored_by::kField, changes);
       reportCustomer(changes, pair.first, a.id, pair.first, pair.second);
       InspectedSide first{first_, firstBytes_};
       InspectedSide second{second_, secondBytes_};
       inspectCustomers(first, second, pair, {settings_, listener_, tally_});
     }
     // What the readers report is told as damage already.
-    messageReporter.reset();
+    static_cast<void>(messageReporter.takePending());
     listener_.progress(pair.first + 1, first_.customerCount());
+  }
+
+  // A number of pages below 0 stands for none; any other one shows in the pages.
+  static std::vector<Field> fieldsOfCustomer(const CustomerRecord& customer) {
+    return {{"leadValue", i64{customer.leadValue}},
+            {"pageCount", i64{std::min(customer.pageCount, 0)}}};
   }
 
   void reportLonely(const CaptureFile& file, i32 c, ChangeKind kind) {
@@ -208,7 +211,7 @@ class Inspection {
         file.loadPage(c, static_cast<i32>(p));
         uses.addPage(file.context());
       }
-      messageReporter.reset();
+      static_cast<void>(messageReporter.takePending());
     }
     return uses;
   }
@@ -245,7 +248,7 @@ class Inspection {
       return;
     }
     const auto indexOf = [](FileBytes& bytes, const CaptureFile& file) {
-      return bytes.stretch(file.reader().indexPosition, file.reader().loadResult().offset);
+      return bytes.stretch(file.reader().indexPosition, file.reader().indexEnd);
     };
     const ByteDigest from = indexOf(firstBytes_, first_);
     const ByteDigest to = indexOf(secondBytes_, second_);

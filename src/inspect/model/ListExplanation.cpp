@@ -74,6 +74,12 @@ std::u16string textOf(const DrawPart& part) {
   return std::move(visitor.found);
 }
 
+std::vector<Field> fieldsOfList(const DrawList& list) {
+  std::vector<Field> fields = fieldsOf(list);
+  std::erase_if(fields, [](const Field& field) { return field.name == "count"; });
+  return fields;
+}
+
 Change onlyOnOneSide(const DrawPart& part, const std::string& list, ChangeKind kind) {
   Change change;
   change.kind = kind;

@@ -19,7 +19,10 @@ void explainFields(std::vector<FieldChange> fields, const std::string& type,
                    const std::string& list, std::string_view ignoredBy,
                    std::vector<Change>& changes);
 
-/// A part that only one side has, or all there is of it.
+/// The fields of a list but for the number of its parts, which shows in the parts.
+[[nodiscard]] std::vector<Field> fieldsOfList(const DrawList& list);
+
+/// A part that only one side has, with all its fields.
 [[nodiscard]] Change onlyOnOneSide(const DrawPart& part, const std::string& list, ChangeKind kind);
 
 /// The name of a part's type.

@@ -25,7 +25,7 @@ class PlacedLists {
     return {page_.staticList(i), digests_.placedLists[static_cast<std::size_t>(i)]};
   }
   [[nodiscard]] std::vector<Field> fields(i32 i) const {
-    std::vector<Field> fields = fieldsOf(page_.staticList(i));
+    std::vector<Field> fields = fieldsOfList(page_.staticList(i));
     fields.push_back({"placementX", i64{placementX(i)}});
     fields.push_back({"placementY", i64{placementY(i)}});
     return fields;
@@ -138,8 +138,8 @@ void explainPages(const CompareContext& first, const PageDigests& firstDigests,
     explainFields(changedFields(extentsOf(first), extentsOf(second)), "PAGE", "",
                   ignored_by::kField, changes);
   }
-  explainFields(changedFields(fieldsOf(first.pageList), fieldsOf(second.pageList)), "LIST", "page",
-                ignored_by::kField, changes);
+  explainFields(changedFields(fieldsOfList(first.pageList), fieldsOfList(second.pageList)), "LIST",
+                "page", ignored_by::kField, changes);
   explainParts({first.pageList, firstDigests.pageList}, {second.pageList, secondDigests.pageList},
                "page", tolerances, changes);
   explainPlacedLists({first, firstDigests}, {second, secondDigests}, tolerances, changes);

@@ -5,6 +5,7 @@
 
 #include "inspect/model/Digest.h"
 #include "inspect/model/PageExplanation.h"
+#include "inspect/model/PartDigest.h"
 #include "inspect/model/SequencePairing.h"
 
 namespace rvf::inspect {

@@ -41,8 +41,8 @@ std::vector<u64> objectDigests(const CompareContext& tables, i32 objectType) {
 
 void explainLists(const DrawList& first, const DrawList& second, const std::string& name,
                   const Tolerances& tolerances, std::vector<Change>& changes) {
-  explainFields(changedFields(fieldsOf(first), fieldsOf(second)), "LIST", name, ignored_by::kField,
-                changes);
+  explainFields(changedFields(fieldsOfList(first), fieldsOfList(second)), "LIST", name,
+                ignored_by::kField, changes);
   const std::vector<u64> firstDigests = digestsOf(first);
   const std::vector<u64> secondDigests = digestsOf(second);
   explainParts({first, firstDigests}, {second, secondDigests}, name, tolerances, changes);

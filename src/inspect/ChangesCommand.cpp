@@ -1,0 +1,186 @@
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <utility>
+
+#include "inspect/Commands.h"
+#include "inspect/model/Inspection.h"
+#include "inspect/model/SelectedCustomer.h"
+#include "inspect/model/Trouble.h"
+#include "inspect/model/VerdictCheck.h"
+#include "inspect/output/AcceptedFile.h"
+#include "inspect/output/ChangesWriter.h"
+#include "inspect/output/ProgressLine.h"
+#include "inspect/output/ShownText.h"
+#include "text/NativeText.h"
+
+namespace rvf::inspect {
+
+namespace {
+
+/// Whether a choice of customers and pages met any.
+class SelectionCheck {
+ public:
+  explicit SelectionCheck(const Selection& selection) : customer_(selection.customer) {}
+
+  bool includes(i32 index, const eString& id) {
+    const bool isIncluded = customer_.includes(index, id.view());
+    found_ = found_ || isIncluded;
+    return isIncluded;
+  }
+  [[nodiscard]] bool isAny() const { return customer_.isAny(); }
+  [[nodiscard]] bool found() const { return found_ || isAny(); }
+
+ private:
+  SelectedCustomer customer_;
+  bool found_ = false;
+};
+
+bool wantsColour(When when, const Output& output) {
+  if (when == When::kAuto) {
+    const char* noColour = std::getenv("NO_COLOR");
+    return output.isTerminal() && (noColour == nullptr || *noColour == '\0');
+  }
+  return when == When::kAlways;
+}
+
+std::unique_ptr<InspectionListener> makeWriter(const ChangesOptions& options, Output& output) {
+  switch (options.output.format) {
+    case Format::kJsonLines:
+      return makeJsonChangesWriter(output, options.showsAllPages);
+    case Format::kJUnit:
+      return makeJUnitChangesWriter(output);
+    default:
+      return makeTextChangesWriter(
+          output, {wantsColour(options.output.color, output),
+                   options.groups ? Grouping::kByGroup : Grouping::kByPage, options.showsAllPages});
+  }
+}
+
+JudgedPages readJudgedPages(const std::string& path) {
+  JudgedPages pages;
+  if (path.empty()) {
+    return pages;
+  }
+  eDiskFile file;
+  if (!file.Open(fromNative(path), open_flags::kRead | open_flags::kUnbuffered, false)) {
+    throw Trouble(path, toNative(file.openFailure().view()));
+  }
+  const std::string lack = readDifferenceFile(file, pages);
+  if (pages.header_.firstPath.isEmpty()) {
+    throw Trouble(path, lack.empty() ? "it names no files" : lack);
+  }
+  return pages;
+}
+
+/// Keeps the totals and the groups, for the exit status and the file of accepted changes.
+class ResultKeeper {
+ public:
+  void keep(const Summary& summary, const ChangeGroups& groups) {
+    summary_ = summary;
+    for (const ChangeGroup* group : groups.sorted()) {
+      groups_.emplace(group->id, group->key);
+    }
+  }
+  [[nodiscard]] const Summary& summary() const { return summary_; }
+  [[nodiscard]] std::map<u64, GroupKey>& groups() { return groups_; }
+
+ private:
+  Summary summary_;
+  std::map<u64, GroupKey> groups_;
+};
+
+void refuseToOverwrite(const std::string& output, const std::string& input) {
+  std::error_code ignored;
+  if (!output.empty() && std::filesystem::equivalent(output, input, ignored)) {
+    throw Trouble(output, "is also an input");
+  }
+}
+
+int statusOf(const Summary& summary, bool hasAccepted) {
+  if (!summary.isComplete()) {
+    return status::kTrouble;
+  }
+  const bool isDifferent = summary.changes > 0 || (!hasAccepted && summary.bits != 0);
+  return isDifferent ? status::kDifferent : status::kSame;
+}
+
+// Entries that an older pair of files needed hide nothing any more; somebody should take them out.
+void tellUnused(const std::string& path, const std::map<u64, GroupKey>& accepted,
+                const std::set<u64>& seen) {
+  for (const auto& [id, key] : accepted) {
+    if (!seen.contains(id)) {
+      std::fprintf(stderr, "rvfinspect: %s: nothing matches %s any more: %s\n",
+                   shownText(std::string_view(path)).c_str(), idText(id).c_str(),
+                   shownText(std::string_view(inWords(key))).c_str());
+    }
+  }
+}
+
+}  // namespace
+
+int runChanges(const ChangesOptions& options) {
+  JudgedPages judged = readJudgedPages(options.from);
+  const bool isFrom = !options.from.empty();
+  const std::string firstPath = isFrom ? toNative(judged.header_.firstPath.view()) : options.first;
+  const std::string secondPath =
+      isFrom ? toNative(judged.header_.secondPath.view()) : options.second;
+  CaptureFile first(firstPath, options.oldText);
+  CaptureFile second(secondPath, options.oldText);
+  for (const std::string& output : {options.output.path, options.writeAccepted}) {
+    for (const std::string& input : {firstPath, secondPath, options.from, options.accepted}) {
+      refuseToOverwrite(output, input);
+    }
+  }
+
+  std::map<u64, GroupKey> accepted;
+  InspectionSettings settings;
+  settings.tolerances = options.tolerances;
+  settings.oldText = options.oldText;
+  if (!options.accepted.empty()) {
+    accepted = readAccepted(options.accepted);
+    for (const auto& [id, key] : accepted) {
+      settings.acceptedGroups.insert(id);
+    }
+  }
+  SelectionCheck selection(options.selection);
+  if (!selection.isAny()) {
+    settings.selectsCustomer = [&selection](i32 index, const eString& id) {
+      return selection.includes(index, id);
+    };
+  }
+  if (options.selection.page) {
+    settings.page = *options.selection.page - 1;
+  }
+
+  Output output(options.output.path);
+  ResultKeeper result;
+  const std::unique_ptr<InspectionListener> writer = makeWriter(options, output);
+  ProgressLine progress(options.output.progress == When::kAlways ||
+                        (options.output.progress == When::kAuto && ::isatty(STDERR_FILENO) == 1));
+  VerdictCheck check(
+      std::move(judged), *writer,
+      [&](const Summary& summary, const ChangeGroups& groups) {
+        progress.erase();
+        result.keep(summary, groups);
+      },
+      [&](i32 done, i32 all) { progress.show(done, all); });
+  inspectFiles(first, second, settings, check);
+  output.finish();
+
+  if (!selection.found()) {
+    throw Trouble(options.selection.customer, "there is no such customer");
+  }
+  if (!options.writeAccepted.empty()) {
+    result.groups().insert(accepted.begin(), accepted.end());
+    writeAccepted(options.writeAccepted, result.groups());
+  }
+  tellUnused(options.accepted, accepted, result.summary().acceptedSeen);
+  if (isFrom && !check.mismatch().empty()) {
+    throw Trouble(options.from, "does not agree with its files: " + check.mismatch());
+  }
+  return statusOf(result.summary(), !options.accepted.empty());
+}
+
+}  // namespace rvf::inspect

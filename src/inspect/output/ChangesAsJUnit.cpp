@@ -1,0 +1,114 @@
+#include "inspect/model/BitNames.h"
+#include "inspect/output/ChangeLines.h"
+#include "inspect/output/ChangesWriter.h"
+#include "inspect/output/JUnitReport.h"
+#include "inspect/output/ShownText.h"
+
+namespace rvf::inspect {
+
+namespace {
+
+/// One suite for each customer, one case for each page; a page fails when it has a change that
+/// counts.
+class JUnitChangesWriter final : public InspectionListener {
+ public:
+  explicit JUnitChangesWriter(Output& output) : report_(output) {}
+
+  void begin(const CaptureFile&, const CaptureFile&, const InspectionSettings&) override {}
+
+  void file(const Change& change) override {
+    if (change.counts()) {
+      report_.beginSuite("file");
+      report_.failed("file", messageOf(change), "");
+    }
+  }
+
+  void customer(const Change& change, i32, const eString& id) override {
+    beginCustomer(id);
+    if (change.counts()) {
+      report_.failed("customer", messageOf(change), "");
+    }
+  }
+
+  void verdict(const PageAddress&, const PageVerdict&) override {}
+
+  void page(const PageResult& page) override {
+    beginCustomer(*page.address.id);
+    std::string details;
+    std::size_t lines = 0;
+    bool counts = false;
+    std::string message;
+    for (const Change& change : page.changes) {
+      counts = counts || change.counts();
+      for (const std::string& line : linesOf(change, false)) {
+        message = message.empty() ? line : message;
+        if (lines++ < kMostLines) {
+          details += line + "\n";
+        }
+      }
+    }
+    if (counts) {
+      report_.failed(titleOf(page), bitsInWords(page.verdictBits) + ": " + message, details);
+    } else {
+      report_.passed(titleOf(page));
+    }
+  }
+
+  void object(const ObjectChanges& object) override {
+    report_.beginSuite("shared objects");
+    const std::string name = std::to_string(object.objectType) + "/" +
+                             std::to_string(object.first != kNone ? object.first : object.second) +
+                             " " + shownText(object.name);
+    std::string details;
+    bool counts = false;
+    for (const Change& change : object.changes) {
+      counts = counts || change.counts();
+      for (const std::string& line : linesOf(change, false)) {
+        details += line + "\n";
+      }
+    }
+    if (counts) {
+      report_.failed(name, "changed, used on " + counted(object.firstPages, "page"), details);
+    } else {
+      report_.passed(name);
+    }
+  }
+
+  void damage(const Damage& damage) override {
+    beginCustomer(damage.id);
+    report_.error("page " + std::to_string(i64{damage.page} + 1) + " of " +
+                      shownText(std::string_view(damage.path)),
+                  damage.what);
+  }
+
+  void end(const Summary&, const ChangeGroups&) override { report_.finish(); }
+
+ private:
+  static constexpr std::size_t kMostLines = 20;
+
+  static std::string messageOf(const Change& change) {
+    std::string message;
+    for (const std::string& line : linesOf(change, false)) {
+      message += (message.empty() ? "" : "; ") + line;
+    }
+    return message;
+  }
+
+  void beginCustomer(const eString& id) {
+    if (lastCustomer_ != &id) {
+      report_.beginSuite(shownText(id.view()));
+      lastCustomer_ = &id;
+    }
+  }
+
+  JUnitReport report_;
+  const eString* lastCustomer_ = nullptr;
+};
+
+}  // namespace
+
+std::unique_ptr<InspectionListener> makeJUnitChangesWriter(Output& output) {
+  return std::make_unique<JUnitChangesWriter>(output);
+}
+
+}  // namespace rvf::inspect

@@ -1,0 +1,164 @@
+#include "inspect/output/ValueText.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "inspect/model/Digest.h"
+#include "inspect/model/SequencePairing.h"
+#include "inspect/output/ShownText.h"
+
+namespace rvf::inspect {
+
+namespace {
+
+std::string digestText(u64 digest) {
+  char text[24];
+  std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(digest));
+  return text;
+}
+
+std::string floatingText(f64 value) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%.17g", value);
+  return text;
+}
+
+/// A text cut into words and what stands between them.
+std::vector<std::u16string_view> tokensOf(std::u16string_view text) {
+  std::vector<std::u16string_view> tokens;
+  while (!text.empty()) {
+    const bool isBlank = text.front() == u' ';
+    std::size_t size = 1;
+    while (size < text.size() && (text[size] == u' ') == isBlank) {
+      size += 1;
+    }
+    tokens.push_back(text.substr(0, size));
+    text.remove_prefix(size);
+  }
+  return tokens;
+}
+
+std::vector<u64> digestsOf(const std::vector<std::u16string_view>& tokens) {
+  std::vector<u64> digests;
+  for (const std::u16string_view token : tokens) {
+    Digest digest;
+    digest.addText(token);
+    digests.push_back(digest.value());
+  }
+  return digests;
+}
+
+class MarkedText {
+ public:
+  explicit MarkedText(bool isColoured) : isColoured_(isColoured) {}
+
+  void same(std::u16string_view token) { appendShown(text_, token); }
+  void removed(const std::vector<std::u16string_view>& tokens, i32 begin, i32 end) {
+    mark(tokens, begin, end, "\x1b[31m", "[-", "-]");
+  }
+  void added(const std::vector<std::u16string_view>& tokens, i32 begin, i32 end) {
+    mark(tokens, begin, end, "\x1b[32m", "{+", "+}");
+  }
+  [[nodiscard]] std::string take() { return std::move(text_); }
+
+ private:
+  void mark(const std::vector<std::u16string_view>& tokens, i32 begin, i32 end, const char* colour,
+            const char* open, const char* close) {
+    if (begin == end) {
+      return;
+    }
+    text_ += isColoured_ ? colour : "";
+    text_ += open;
+    for (i32 t = begin; t < end; ++t) {
+      appendShown(text_, tokens[static_cast<std::size_t>(t)]);
+    }
+    text_ += close;
+    text_ += isColoured_ ? "\x1b[m" : "";
+  }
+
+  bool isColoured_;
+  std::string text_;
+};
+
+}  // namespace
+
+std::string colourDigits(u32 packed) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%02x%02x%02x%02x", packed & 0xFF, packed >> 8 & 0xFF,
+                packed >> 16 & 0xFF, packed >> 24);
+  return text;
+}
+
+std::string valueText(const FieldValue& value) {
+  if (const auto* number = std::get_if<i64>(&value)) {
+    return std::to_string(*number);
+  }
+  if (const auto* floating = std::get_if<f64>(&value)) {
+    return floatingText(*floating);
+  }
+  if (const auto* colour = std::get_if<Colour>(&value)) {
+    const std::string digits = colourDigits(colour->packed);
+    return "#" + (digits.ends_with("00") ? digits.substr(0, 6) : digits);
+  }
+  if (const auto* text = std::get_if<std::u16string>(&value)) {
+    return "\"" + shownText(*text) + "\"";
+  }
+  if (const auto* bytes = std::get_if<ByteDigest>(&value)) {
+    return std::to_string(bytes->length) + " bytes " + digestText(bytes->digest);
+  }
+  return "nothing";
+}
+
+std::string changeText(const FieldChange& change, bool isColoured) {
+  const auto* fromText = std::get_if<std::u16string>(&change.from);
+  const auto* toText = std::get_if<std::u16string>(&change.to);
+  if (fromText != nullptr && toText != nullptr) {
+    return "\"" + markedWords(*fromText, *toText, isColoured) + "\"";
+  }
+  std::string text = valueText(change.from) + " -> " + valueText(change.to);
+  const auto* from = std::get_if<i64>(&change.from);
+  const auto* to = std::get_if<i64>(&change.to);
+  if (from != nullptr && to != nullptr) {
+    text += (*to > *from ? " (+" : " (") + std::to_string(*to - *from) + ")";
+  }
+  return text;
+}
+
+void addValue(JsonLine& json, const FieldValue& value) {
+  if (const auto* number = std::get_if<i64>(&value)) {
+    json.value(*number);
+  } else if (const auto* floating = std::get_if<f64>(&value)) {
+    json.value(std::string_view(floatingText(*floating)));
+  } else if (const auto* colour = std::get_if<Colour>(&value)) {
+    json.value(std::string_view("#" + colourDigits(colour->packed)));
+  } else if (const auto* text = std::get_if<std::u16string>(&value)) {
+    json.value(std::u16string_view(*text));
+  } else if (const auto* bytes = std::get_if<ByteDigest>(&value)) {
+    json.open().field("length", bytes->length);
+    json.field("digest", std::string_view(digestText(bytes->digest))).close();
+  } else {
+    json.null();
+  }
+}
+
+std::string markedWords(std::u16string_view from, std::u16string_view to, bool isColoured) {
+  const std::vector<std::u16string_view> a = tokensOf(from);
+  const std::vector<std::u16string_view> b = tokensOf(to);
+  std::vector<IndexPair> same = pairInSequence(digestsOf(a), digestsOf(b));
+  same.emplace_back(static_cast<i32>(a.size()), static_cast<i32>(b.size()));
+  MarkedText text(isColoured);
+  i32 i = 0, j = 0;
+  for (const auto& [nextI, nextJ] : same) {
+    text.removed(a, i, nextI);
+    text.added(b, j, nextJ);
+    if (static_cast<std::size_t>(nextI) < a.size()) {
+      text.same(a[static_cast<std::size_t>(nextI)]);
+    }
+    i = nextI + 1;
+    j = nextJ + 1;
+  }
+  return text.take();
+}
+
+}  // namespace rvf::inspect
