@@ -44,6 +44,8 @@ class CompareContext final : public StaticLookup {
     return pageFailure_ && pageFailure_->newer ? &*pageFailure_->newer : nullptr;
   }
 
+  /// How many bytes the body of the page in memory takes; 0 without a body and for a damaged one.
+  [[nodiscard]] i64 bodyLength() const { return bodyLength_; }
   /// The bytes of the body of the page in memory; none for a page without a body, a damaged one,
   /// and one whose bytes have left the file's window. Valid until the file is read again.
   [[nodiscard]] std::span<const std::byte> bodyBytes() const;

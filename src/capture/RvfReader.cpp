@@ -41,6 +41,7 @@ void RvfReader::load(FileObject& file) {
   resolution = kDefaultResolution;
   customers.clear();
   damage_ = DamageRecord();
+  hasTrailer = false;
   context_.file = &file;
   loadResult_ = readFile(file);
 }
@@ -63,7 +64,8 @@ LoadResult RvfReader::readFile(FileObject& file) {
       return readContents(archive, magic, indexOffset);
     }
   }
-  if (magic != magic_number::kTrailer) {
+  hasTrailer = magic == magic_number::kTrailer;
+  if (!hasTrailer) {
     return {LoadState::kNotCapture, kMagicOffset, {}};
   }
   if (LoadResult trailer = readTrailer(file, indexOffset); trailer.state != LoadState::kLoaded) {

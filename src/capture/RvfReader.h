@@ -78,6 +78,7 @@ class RvfReader {
   i64 tablesEnd = 0;
   i32 indexPosition = 0;
   i64 indexEnd = 0;
+  bool hasTrailer = false;  // which holds the place of the index
 
   eString fileLabel;  // kept, never compared
   StoredDate firstDate;

@@ -19,23 +19,18 @@ namespace rvf::inspect {
 
 namespace {
 
-/// Whether a choice of customers and pages met any.
-class SelectionCheck {
- public:
-  explicit SelectionCheck(const Selection& selection) : customer_(selection.customer) {}
-
-  bool includes(i32 index, const eString& id) {
-    const bool isIncluded = customer_.includes(index, id.view());
-    found_ = found_ || isIncluded;
-    return isIncluded;
+bool hasSelected(const CaptureFile& file, const Selection& selection) {
+  const SelectedCustomer wanted(selection.customer);
+  for (i32 c = 0; c < file.customerCount(); ++c) {
+    const CustomerRecord& customer = file.customer(c);
+    const bool hasPage =
+        !selection.page || static_cast<std::size_t>(*selection.page) <= customer.pages.size();
+    if (hasPage && wanted.includes(c, customer.id.view())) {
+      return true;
+    }
   }
-  [[nodiscard]] bool isAny() const { return customer_.isAny(); }
-  [[nodiscard]] bool found() const { return found_ || isAny(); }
-
- private:
-  SelectedCustomer customer_;
-  bool found_ = false;
-};
+  return false;
+}
 
 bool wantsColour(When when, const Output& output) {
   if (when == When::kAuto) {
@@ -144,10 +139,12 @@ int runChanges(const ChangesOptions& options) {
       settings.acceptedGroups.insert(id);
     }
   }
-  SelectionCheck selection(options.selection);
-  if (!selection.isAny()) {
-    settings.selectsCustomer = [&selection](i32 index, const eString& id) {
-      return selection.includes(index, id);
+  if (!hasSelected(first, options.selection) && !hasSelected(second, options.selection)) {
+    throw Trouble(firstPath, "neither this file nor the second has such a customer or page");
+  }
+  if (const SelectedCustomer wanted(options.selection.customer); !wanted.isAny()) {
+    settings.selectsCustomer = [wanted](i32 index, const eString& id) {
+      return wanted.includes(index, id.view());
     };
   }
   if (options.selection.page) {
@@ -169,9 +166,6 @@ int runChanges(const ChangesOptions& options) {
   inspectFiles(first, second, settings, check);
   output.finish();
 
-  if (!selection.found()) {
-    throw Trouble(options.selection.customer, "there is no such customer");
-  }
   if (!options.writeAccepted.empty()) {
     result.groups().insert(accepted.begin(), accepted.end());
     writeAccepted(options.writeAccepted, result.groups());

@@ -26,6 +26,7 @@ using Choices = std::vector<std::pair<std::string, Value>>;
 
 const Choices<Format> kReportFormats = {
     {"text", Format::kText}, {"jsonl", Format::kJsonLines}, {"junit", Format::kJUnit}};
+const Choices<Format> kDataFormats = {{"text", Format::kText}, {"jsonl", Format::kJsonLines}};
 const Choices<When> kWhens = {
     {"auto", When::kAuto}, {"always", When::kAlways}, {"never", When::kNever}};
 
@@ -101,6 +102,8 @@ class CommandLine {
         "warnings only.\nrvfinspect COMMAND --help tells the options of a command.");
     addChanges();
     addList();
+    addDump();
+    addCheck();
   }
 
   int run(int argc, char** argv) {
@@ -235,6 +238,28 @@ class CommandLine {
     addOutput(command, list_.output, kReportFormats);
   }
 
+  void addDump() {
+    CLI::App* command = addCommand("dump", "Print everything that a capture file contains",
+                                   "rvfinspect dump --customer '#3' --page 1 before.rvf",
+                                   [this] { return runDump(dump_); });
+    command->add_option("FILE", dump_.file, "A capture file")->required();
+    addSelection(command, dump_.selection);
+    CLI::Option* objects =
+        command->add_flag("--objects", dump_.objects, "The shared objects alone");
+    command->add_flag("--index", dump_.index, "The index alone")->excludes(objects);
+    addOldText(command, dump_.oldText);
+    addOutput(command, dump_.output, kDataFormats);
+  }
+
+  void addCheck() {
+    CLI::App* command = addCommand("check", "Verify capture files and locate any damage",
+                                   "rvfinspect check --format jsonl night/*.rvf",
+                                   [this] { return runCheck(check_); });
+    command->add_option("FILE", check_.files, "Capture files")->required();
+    addOldText(command, check_.oldText);
+    addOutput(command, check_.output, kDataFormats);
+  }
+
   [[nodiscard]] const CLI::App* commandOf(const std::vector<std::string>& words) const {
     for (const CLI::App* command : app_.get_subcommands({})) {
       if (!words.empty() && command->get_name() == words.front()) {
@@ -287,6 +312,8 @@ class CommandLine {
   Action action_;
   ChangesOptions changes_;
   ListOptions list_;
+  DumpOptions dump_;
+  CheckOptions check_;
 };
 
 }  // namespace

@@ -35,6 +35,21 @@ struct ListOptions {
   OutputOptions output;
 };
 
+struct DumpOptions {
+  std::string file;
+  OldText oldText = OldText::kOneByte;
+  Selection selection;
+  bool objects = false;  // the shared objects alone
+  bool index = false;    // the index alone
+  OutputOptions output;
+};
+
+struct CheckOptions {
+  std::vector<std::string> files;
+  OldText oldText = OldText::kOneByte;
+  OutputOptions output;
+};
+
 struct ChangesOptions {
   std::string first;
   std::string second;

@@ -43,13 +43,13 @@ std::string inWords(const PageFailure& failure) {
   return failure.newer ? inWords(*failure.newer) : atOffset("damaged", failure.offset);
 }
 
-CaptureFile::CaptureFile(const std::string& path, OldText oldText)
+CaptureFile::CaptureFile(const std::string& path, OldText oldText, Acceptance acceptance)
     : path_(path), reader_(context_, oldText == OldText::kTwoBytes) {
   if (!file_.Open(fromNative(path), open_flags::kRead | open_flags::kUnbuffered, false)) {
     throw Trouble(path, toNative(file_.openFailure().view()));
   }
   reader_.load(file_);
-  if (!reader_.valid()) {
+  if (!reader_.valid() && acceptance == Acceptance::kRequired) {
     throw Trouble(path, inWords(reader_.loadResult()));
   }
 }

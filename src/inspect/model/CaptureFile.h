@@ -12,11 +12,16 @@ namespace rvf::inspect {
 /// How text is stored in files that are too old to tell.
 enum class OldText { kOneByte, kTwoBytes };
 
+/// Whether a file that a run would refuse is trouble at once.
+enum class Acceptance { kRequired, kOptional };
+
 /// A page-capture file on disk, loaded: its tables, its index, and one page at a time.
 class CaptureFile {
  public:
-  /// Throws Trouble with the reason if the file cannot be opened or is not accepted.
-  CaptureFile(const std::string& path, OldText oldText);
+  /// Throws Trouble with the reason if the file cannot be opened or, where that is required, is not
+  /// accepted.
+  CaptureFile(const std::string& path, OldText oldText,
+              Acceptance acceptance = Acceptance::kRequired);
 
   [[nodiscard]] const std::string& path() const { return path_; }
   [[nodiscard]] RvfReader& reader() { return reader_; }
