@@ -27,6 +27,8 @@ using Choices = std::vector<std::pair<std::string, Value>>;
 const Choices<Format> kReportFormats = {
     {"text", Format::kText}, {"jsonl", Format::kJsonLines}, {"junit", Format::kJUnit}};
 const Choices<Format> kDataFormats = {{"text", Format::kText}, {"jsonl", Format::kJsonLines}};
+const Choices<ColourReading> kColourReadings = {
+    {"rgb", ColourReading::kRgb}, {"bgr", ColourReading::kBgr}, {"cmyk", ColourReading::kCmyk}};
 const Choices<When> kWhens = {
     {"auto", When::kAuto}, {"always", When::kAlways}, {"never", When::kNever}};
 
@@ -102,6 +104,7 @@ class CommandLine {
         "warnings only.\nrvfinspect COMMAND --help tells the options of a command.");
     addChanges();
     addList();
+    addPage();
     addDump();
     addCheck();
   }
@@ -155,6 +158,10 @@ class CommandLine {
     command->add_option("--output", output.path, "Write to FILE instead of standard output")
         ->type_name("FILE");
     addChoice(command, "--color", output.color, kWhens, "Colours")->type_name("WHEN");
+    addRedaction(command);
+  }
+
+  static void addRedaction(CLI::App* command) {
     command->add_flag("--redact", redactsTexts,
                       "Show every letter as x and every digit as 9 in texts, names and paths");
   }
@@ -238,6 +245,26 @@ class CommandLine {
     addOutput(command, list_.output, kReportFormats);
   }
 
+  void addPage() {
+    CLI::App* command =
+        addCommand("page", "Draw one page as SVG",
+                   "rvfinspect page before.rvf --customer '#3' --page 2 --out page.svg",
+                   [this] { return runPage(page_); });
+    command->add_option("FILE", page_.file, "A capture file")->required();
+    addSelection(command, page_.selection);
+    command->add_option("--out", page_.out, "Write to FILE instead of standard output")
+        ->type_name("FILE");
+    command
+        ->add_option("--fonts", page_.fonts,
+                     R"(Fonts by number, as JSON: {"3": {"family": "Serif", "size": 42}})")
+        ->type_name("FILE");
+    addChoice(command, "--colours", page_.colours, kColourReadings,
+              "What the four bytes of a colour are taken for, as only the engine knows")
+        ->type_name("ORDER");
+    addRedaction(command);
+    addOldText(command, page_.oldText);
+  }
+
   void addDump() {
     CLI::App* command = addCommand("dump", "Print everything that a capture file contains",
                                    "rvfinspect dump --customer '#3' --page 1 before.rvf",
@@ -312,6 +339,7 @@ class CommandLine {
   Action action_;
   ChangesOptions changes_;
   ListOptions list_;
+  PageOptions page_;
   DumpOptions dump_;
   CheckOptions check_;
 };

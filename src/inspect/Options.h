@@ -7,6 +7,7 @@
 #include "base/Integers.h"
 #include "compare/Tolerances.h"
 #include "inspect/model/CaptureFile.h"
+#include "inspect/output/DrawingStyle.h"
 
 namespace rvf::inspect {
 
@@ -48,6 +49,15 @@ struct CheckOptions {
   std::vector<std::string> files;
   OldText oldText = OldText::kOneByte;
   OutputOptions output;
+};
+
+struct PageOptions {
+  std::string file;
+  std::string out;  // empty: standard output
+  OldText oldText = OldText::kOneByte;
+  Selection selection;
+  std::string fonts;
+  ColourReading colours = ColourReading::kRgb;
 };
 
 struct ChangesOptions {

@@ -13,13 +13,13 @@ namespace rvf::inspect {
 
 /// What changes of one group have in common.
 struct GroupKey {
-  std::string kind;
-  std::string type;
-  std::string list;
-  std::vector<std::string> fields;  // sorted, without the numbers of elements; none if added
-  i32 page = kNone;                 // its number within the customer, from 0
-  std::optional<Place> place;       // in the first file, if there is one and nothing moved
-  std::optional<Place> distance;
+  std::string kind{};
+  std::string type{};
+  std::string list{};
+  std::vector<std::string> fields{};  // sorted, without the numbers of elements; none if added
+  i32 page = kNone;                   // its number within the customer, from 0
+  std::optional<Place> place{};       // in the first file, if there is one and nothing moved
+  std::optional<Place> distance{};
 
   /// What names the group, the same in every run.
   [[nodiscard]] u64 id() const;

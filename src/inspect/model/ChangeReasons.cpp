@@ -26,17 +26,17 @@ std::string_view ruleOfEqualParts(const DrawPart& right) {
 }  // namespace
 
 std::string_view ignoringRule(const DrawPart& left, const DrawPart& right,
-                              const Tolerances& tolerances) {
-  if (partsEqual(left, right)) {
+                              ChildListResults& childLists) {
+  if (partsEqual(left, right, &childLists)) {
     return ruleOfEqualParts(right);
   }
   if (matchRuleOf(right.type) == MatchRule::kAnyPart) {
     return ignored_by::kType;
   }
-  if (classifyParts(left, right, tolerances) != 0) {
+  if (classifyParts(left, right, childLists.tolerances(), &childLists) != 0) {
     return {};
   }
-  const DiffFlags strict = classifyParts(left, right, kStrict);
+  const DiffFlags strict = classifyParts(left, right, kStrict, &childLists);
   if (strict == 0) {
     return right.type == PartType::kPoly ? ignored_by::kExtraPoint : ignored_by::kField;
   }

@@ -133,11 +133,11 @@ class CustomerInspection {
     load(first_, pair_.first, p);
     CompareContext& a = first_.file.context();
     CompareContext& b = second_.file.context();
-    if (equalByBytes(a, b, page(b_, p).filePosition)) {
+    if (equalByBytes(a, b, page(b_, p).filePosition, sink_.childLists)) {
       return;
     }
     load(second_, pair_.second, p);
-    const PageVerdict verdict = judgePages(a, b, sink_.settings.tolerances);
+    const PageVerdict verdict = judgePages(a, b, sink_.childLists);
     verdictBits_ = verdict.bits;
     summary.bits |= verdict.bits;
     if (verdict.bits != 0) {
@@ -149,7 +149,7 @@ class CustomerInspection {
   void explain(const PagePair& pages, std::vector<Change>& changes) {
     const CompareContext& a = load(first_, pair_.first, pages.first);
     const CompareContext& b = load(second_, pair_.second, pages.second);
-    explainPages(a, digestsOf(a), b, digestsOf(b), sink_.settings.tolerances, changes);
+    explainPages(a, digestsOf(a), b, digestsOf(b), sink_.childLists, changes);
     const i32 positionA = page(a_, pages.first).filePosition;
     const i32 positionB = page(b_, pages.second).filePosition;
     const bool bothHaveBodies = positionA >= 0 && positionB >= 0;

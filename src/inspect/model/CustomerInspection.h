@@ -1,5 +1,6 @@
 #pragma once
 
+#include "compare/ChildListResults.h"
 #include "inspect/model/FileBytes.h"
 #include "inspect/model/Inspection.h"
 #include "inspect/model/InspectionTally.h"
@@ -17,6 +18,7 @@ struct InspectionSink {
   const InspectionSettings& settings;
   InspectionListener& listener;
   InspectionTally& tally;
+  ChildListResults& childLists;
 };
 
 /// Customers with one id in both files. `isJudged`: a run compares them, page by page.

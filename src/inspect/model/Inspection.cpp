@@ -24,7 +24,8 @@ class Inspection {
         secondBytes_(second),
         settings_(settings),
         listener_(listener),
-        tally_(settings) {}
+        tally_(settings),
+        childLists_(settings.tolerances) {}
 
   void run() {
     listener_.begin(first_, second_, settings_);
@@ -117,7 +118,7 @@ class Inspection {
       reportCustomer(changes, pair.first, a.id, pair.first, pair.second);
       InspectedSide first{first_, firstBytes_};
       InspectedSide second{second_, secondBytes_};
-      inspectCustomers(first, second, pair, {settings_, listener_, tally_});
+      inspectCustomers(first, second, pair, {settings_, listener_, tally_, childLists_});
     }
     // What the readers report is told as damage already.
     static_cast<void>(messageReporter.takePending());
@@ -187,7 +188,7 @@ class Inspection {
   void explainTables() {
     const i64 before = tally_.reported;
     std::vector<ObjectChanges> objects =
-        explainObjects(first_.context(), second_.context(), settings_.tolerances);
+        explainObjects(first_.context(), second_.context(), childLists_);
     if (!objects.empty()) {
       const ObjectUses firstUses = usesIn(first_);
       const ObjectUses secondUses = usesIn(second_);
@@ -278,6 +279,7 @@ class Inspection {
   const InspectionSettings& settings_;
   InspectionListener& listener_;
   InspectionTally tally_;
+  ChildListResults childLists_;
 };
 
 }  // namespace

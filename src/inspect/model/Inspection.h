@@ -17,12 +17,12 @@
 namespace rvf::inspect {
 
 struct InspectionSettings {
-  Tolerances tolerances;
+  Tolerances tolerances{};
   OldText oldText = OldText::kOneByte;
   /// Whether a customer is looked at, by its index and id; all are without it.
-  std::function<bool(i32 index, const eString& id)> selectsCustomer;
-  std::optional<i32> page;       // this page of each customer alone, from 0
-  std::set<u64> acceptedGroups;  // whose changes are left out
+  std::function<bool(i32 index, const eString& id)> selectsCustomer{};
+  std::optional<i32> page{};       // this page of each customer alone, from 0
+  std::set<u64> acceptedGroups{};  // whose changes are left out
 };
 
 /// Where a page stands in both files; kNone on the side that does not have it.

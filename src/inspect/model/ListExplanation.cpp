@@ -31,7 +31,7 @@ class FirstTextVisitor final : public FieldVisitor {
 };
 
 Change changeOfPair(const DigestedList& first, const DigestedList& second, const PartPair& pair,
-                    const std::string& list, const Tolerances& tolerances) {
+                    const std::string& list, ChildListResults& childLists) {
   const DrawPart& a = first.list[pair.first];
   const DrawPart& b = second.list[pair.second];
   Change change;
@@ -46,7 +46,7 @@ Change changeOfPair(const DigestedList& first, const DigestedList& second, const
   // An equal part at another place of the list is always found there, at the price of its order.
   if (pair.kind != ChangeKind::kOrder) {
     const bool isSwapped = first.list.count > second.list.count;
-    change.ignoredBy = ignoringRule(isSwapped ? b : a, isSwapped ? a : b, tolerances);
+    change.ignoredBy = ignoringRule(isSwapped ? b : a, isSwapped ? a : b, childLists);
   }
   if (pair.kind == ChangeKind::kMoved) {
     const Place from = placeOf(a).value_or(Place());
@@ -99,7 +99,7 @@ Change onlyOnOneSide(const DrawPart& part, const std::string& list, ChangeKind k
 }
 
 void explainParts(const DigestedList& first, const DigestedList& second, const std::string& list,
-                  const Tolerances& tolerances, std::vector<Change>& changes) {
+                  ChildListResults& childLists, std::vector<Change>& changes) {
   if (std::ranges::equal(first.digests, second.digests)) {
     return;
   }
@@ -111,7 +111,7 @@ void explainParts(const DigestedList& first, const DigestedList& second, const s
       changes.push_back(onlyOnOneSide(first.list[pair.first], list, ChangeKind::kRemoved));
       changes.back().first = pair.first;
     } else {
-      changes.push_back(changeOfPair(first, second, pair, list, tolerances));
+      changes.push_back(changeOfPair(first, second, pair, list, childLists));
     }
   }
 }

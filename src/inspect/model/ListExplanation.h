@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "compare/Tolerances.h"
+#include "compare/ChildListResults.h"
 #include "inspect/model/Change.h"
 #include "inspect/model/PartPairing.h"
 
@@ -11,7 +11,7 @@ namespace rvf::inspect {
 
 /// Appends the changes that turn the parts of one list into those of another.
 void explainParts(const DigestedList& first, const DigestedList& second, const std::string& list,
-                  const Tolerances& tolerances, std::vector<Change>& changes);
+                  ChildListResults& childLists, std::vector<Change>& changes);
 
 /// A change for the fields of two lists that differ; nothing if none does. `ignoredBy` is the rule
 /// that keeps the verdict from seeing them.

@@ -71,7 +71,7 @@ Change wholeList(ChangeKind kind, i32 index) {
 }
 
 void explainPlacedPair(const PlacedLists& first, i32 i, const PlacedLists& second, i32 j,
-                       const Tolerances& tolerances, std::vector<Change>& changes) {
+                       ChildListResults& childLists, std::vector<Change>& changes) {
   // The verdict compares lists by their number, and adds origin and placement up.
   const bool countsForVerdict = i != j || first.place(i) != second.place(j);
   std::vector<FieldChange> fields = changedFields(first.fields(i), second.fields(j));
@@ -85,18 +85,18 @@ void explainPlacedPair(const PlacedLists& first, i32 i, const PlacedLists& secon
     changes.back().first = i;
     changes.back().second = j;
   }
-  explainParts(first.list(i), second.list(j), placedName(i), tolerances, changes);
+  explainParts(first.list(i), second.list(j), placedName(i), childLists, changes);
 }
 
 /// Equal contents first, in sequence; what lies between them, place by place.
 void explainPlacedLists(const PlacedLists& first, const PlacedLists& second,
-                        const Tolerances& tolerances, std::vector<Change>& changes) {
+                        ChildListResults& childLists, std::vector<Change>& changes) {
   std::vector<IndexPair> anchors = pairInSequence(first.contents(), second.contents());
   anchors.emplace_back(first.count(), second.count());
   i32 i = 0, j = 0;
   for (const auto& [anchorI, anchorJ] : anchors) {
     for (; i < anchorI && j < anchorJ; ++i, ++j) {
-      explainPlacedPair(first, i, second, j, tolerances, changes);
+      explainPlacedPair(first, i, second, j, childLists, changes);
     }
     for (; i < anchorI; ++i) {
       changes.push_back(wholeList(ChangeKind::kRemoved, i));
@@ -105,7 +105,7 @@ void explainPlacedLists(const PlacedLists& first, const PlacedLists& second,
       changes.push_back(wholeList(ChangeKind::kAdded, j));
     }
     if (i < first.count() && j < second.count()) {
-      explainPlacedPair(first, i++, second, j++, tolerances, changes);
+      explainPlacedPair(first, i++, second, j++, childLists, changes);
     }
   }
 }
@@ -132,7 +132,7 @@ std::vector<Field> indexFieldsOf(const PageRecord& record) {
 
 void explainPages(const CompareContext& first, const PageDigests& firstDigests,
                   const CompareContext& second, const PageDigests& secondDigests,
-                  const Tolerances& tolerances, std::vector<Change>& changes) {
+                  ChildListResults& childLists, std::vector<Change>& changes) {
   const bool bothHaveBodies = first.cachedPagePosition >= 0 && second.cachedPagePosition >= 0;
   if (bothHaveBodies) {
     explainFields(changedFields(extentsOf(first), extentsOf(second)), "PAGE", "",
@@ -141,8 +141,8 @@ void explainPages(const CompareContext& first, const PageDigests& firstDigests,
   explainFields(changedFields(fieldsOfList(first.pageList), fieldsOfList(second.pageList)), "LIST",
                 "page", ignored_by::kField, changes);
   explainParts({first.pageList, firstDigests.pageList}, {second.pageList, secondDigests.pageList},
-               "page", tolerances, changes);
-  explainPlacedLists({first, firstDigests}, {second, secondDigests}, tolerances, changes);
+               "page", childLists, changes);
+  explainPlacedLists({first, firstDigests}, {second, secondDigests}, childLists, changes);
 }
 
 void explainIndex(const PageRecord& first, const PageRecord& second, std::vector<Change>& changes) {

@@ -4,7 +4,7 @@
 
 #include "capture/CompareContext.h"
 #include "capture/PageRecord.h"
-#include "compare/Tolerances.h"
+#include "compare/ChildListResults.h"
 #include "inspect/model/Change.h"
 
 namespace rvf::inspect {
@@ -22,7 +22,7 @@ struct PageDigests {
 /// Appends the changes between the pages that two contexts hold, without those of the index.
 void explainPages(const CompareContext& first, const PageDigests& firstDigests,
                   const CompareContext& second, const PageDigests& secondDigests,
-                  const Tolerances& tolerances, std::vector<Change>& changes);
+                  ChildListResults& childLists, std::vector<Change>& changes);
 
 /// Appends the changes between the records of two pages.
 void explainIndex(const PageRecord& first, const PageRecord& second, std::vector<Change>& changes);

@@ -154,7 +154,18 @@ class PagePairing {
         pairs.push_back({c.i, c.j, false});
       }
     }
+    for (i32 p = std::max(beginI, beginJ); p < std::min(endI, endJ); ++p) {
+      const auto i = static_cast<std::size_t>(p - beginI);
+      const auto j = static_cast<std::size_t>(p - beginJ);
+      if (!isTakenI[i] && !isTakenJ[j] && name(first_, p) == name(second_, p)) {
+        pairs.push_back({p, p, false});
+      }
+    }
     return true;
+  }
+
+  static const eString& name(const CustomerPages& side, i32 p) {
+    return side.pages[static_cast<std::size_t>(p)].name;
   }
 
   bool sketch(CustomerPages& side, i32 begin, i32 end, std::vector<PageSketch>& sketches) {

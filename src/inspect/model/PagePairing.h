@@ -30,7 +30,8 @@ constexpr i64 kMostParts = 1000000;
 
 /// Pairs pages from index `start` of both sides on by their content: those of equal bytes in
 /// sequence, between them the most similar that share at least half of their parts. A part at the
-/// same place that was changed counts half. In the order of the pages.
+/// same place that was changed counts half. Pages of one name at one number that are left pair too,
+/// however different. In the order of the pages.
 [[nodiscard]] std::vector<PagePair> pairPages(CustomerPages& first, CustomerPages& second,
                                               i32 start);
 

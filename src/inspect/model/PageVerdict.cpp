@@ -32,15 +32,15 @@ std::string_view nameOf(PairedBy by) {
 /// Listens to the matcher and keeps what sets a bit first.
 class ReasonCollector final : public PairingObserver {
  public:
-  explicit ReasonCollector(PageVerdict& verdict) : verdict_(verdict) {}
+  ReasonCollector(PageVerdict& verdict, ChildListResults& childLists)
+      : verdict_(verdict), childLists_(childLists) {}
 
-  void compare(const DrawList& a, const DrawList& b, const std::string& name,
-               const Tolerances& tolerances) {
-    if (listsEqual(a, b)) {
+  void compare(const DrawList& a, const DrawList& b, const std::string& name) {
+    if (listsEqual(a, b, &childLists_)) {
       return;
     }
     lists_.push_back({&a, &b, name});
-    verdict_.bits |= matchLists(a, b, tolerances, this);
+    verdict_.bits |= matchLists(a, b, childLists_, this);
     lists_.pop_back();
   }
 
@@ -106,6 +106,7 @@ class ReasonCollector final : public PairingObserver {
   }
 
   PageVerdict& verdict_;
+  ChildListResults& childLists_;
   DiffFlags explained_ = 0;
   std::vector<Lists> lists_;
   std::set<std::pair<const DrawList*, const DrawList*>> entered_;
@@ -119,10 +120,10 @@ std::string objectListName(i32 objectType, i32 index, bool isSecond) {
 }
 
 PageVerdict judgePages(const CompareContext& first, const CompareContext& second,
-                       const Tolerances& tolerances) {
+                       ChildListResults& childLists) {
   PageVerdict verdict;
-  ReasonCollector reasons(verdict);
-  reasons.compare(first.pageList, second.pageList, "page", tolerances);
+  ReasonCollector reasons(verdict, childLists);
+  reasons.compare(first.pageList, second.pageList, "page");
   if (first.staticCount != second.staticCount) {
     reasons.add(kListsDiffer, "lists", "", kNone, kNone);
   }
@@ -139,7 +140,7 @@ PageVerdict judgePages(const CompareContext& first, const CompareContext& second
     if (!isSamePlace) {
       reasons.add(kPlacementDiffers, "placement", name, i, i);
     }
-    reasons.compare(a, b, name, tolerances);
+    reasons.compare(a, b, name);
   }
   return verdict;
 }

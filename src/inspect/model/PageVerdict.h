@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "capture/CompareContext.h"
+#include "compare/ChildListResults.h"
 #include "compare/DiffFlags.h"
-#include "compare/Tolerances.h"
 #include "inspect/model/Change.h"
 
 namespace rvf::inspect {
@@ -28,9 +28,10 @@ struct PageVerdict {
   std::vector<VerdictReason> why;  // no more than there are bits
 };
 
-/// Compares the pages that two contexts hold as a run does.
+/// Compares the pages that two contexts hold as a run does, which keeps `childLists` for all pages
+/// of the two files.
 [[nodiscard]] PageVerdict judgePages(const CompareContext& first, const CompareContext& second,
-                                     const Tolerances& tolerances);
+                                     ChildListResults& childLists);
 
 /// "object 21/0/first": the list that a reference leads to.
 [[nodiscard]] std::string objectListName(i32 objectType, i32 index, bool isSecond);

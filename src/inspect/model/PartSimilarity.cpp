@@ -105,10 +105,9 @@ i32 similarity(const PartSketch& a, const PartSketch& b, bool isSameStretch) {
   const i64 distance =
       std::max(std::abs(a.place->x - b.place->x), std::abs(a.place->y - b.place->y));
   const bool isNear = distance <= kNearDistance;
-  if (distance == 0) {
-    return 2 * kAll + content;
-  }
-  if ((isNear && content >= kAll / 2) || (isSameStretch && content >= kAll * 3 / 4)) {
+  const bool isAlike =
+      (isNear && content >= kAll / 2) || (isSameStretch && content >= kAll * 3 / 4);
+  if (distance == 0 || isAlike) {
     const i64 closeness = isNear ? (kNearDistance - distance) * kAll / kNearDistance : 0;
     return content + static_cast<i32>(closeness) / 2;
   }

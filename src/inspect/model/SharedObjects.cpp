@@ -40,24 +40,24 @@ std::vector<u64> objectDigests(const CompareContext& tables, i32 objectType) {
 }
 
 void explainLists(const DrawList& first, const DrawList& second, const std::string& name,
-                  const Tolerances& tolerances, std::vector<Change>& changes) {
+                  ChildListResults& childLists, std::vector<Change>& changes) {
   explainFields(changedFields(fieldsOfList(first), fieldsOfList(second)), "LIST", name,
                 ignored_by::kField, changes);
   const std::vector<u64> firstDigests = digestsOf(first);
   const std::vector<u64> secondDigests = digestsOf(second);
-  explainParts({first, firstDigests}, {second, secondDigests}, name, tolerances, changes);
+  explainParts({first, firstDigests}, {second, secondDigests}, name, childLists, changes);
 }
 
 ObjectChanges changesOf(const CompareContext& first, const CompareContext& second, i32 objectType,
-                        i32 i, i32 j, const Tolerances& tolerances) {
+                        i32 i, i32 j, ChildListResults& childLists) {
   const DrawStatic& a = *first.FindStatic(objectType, i);
   const DrawStatic& b = *second.FindStatic(objectType, j);
   ObjectChanges object{objectType, i, j, std::u16string(a.name.view()), 0, 0, {}};
   explainFields(changedFields(fieldsOf(a), fieldsOf(b)), "OBJECT", "", ignored_by::kField,
                 object.changes);
-  explainLists(a.firstList, b.firstList, objectListName(objectType, i, false), tolerances,
+  explainLists(a.firstList, b.firstList, objectListName(objectType, i, false), childLists,
                object.changes);
-  explainLists(a.secondList, b.secondList, objectListName(objectType, i, true), tolerances,
+  explainLists(a.secondList, b.secondList, objectListName(objectType, i, true), childLists,
                object.changes);
   return object;
 }
@@ -65,7 +65,7 @@ ObjectChanges changesOf(const CompareContext& first, const CompareContext& secon
 }  // namespace
 
 std::vector<ObjectChanges> explainObjects(const CompareContext& first, const CompareContext& second,
-                                          const Tolerances& tolerances) {
+                                          ChildListResults& childLists) {
   std::vector<ObjectChanges> objects;
   for (const i32 type : kObjectTypes) {
     std::vector<IndexPair> equal =
@@ -74,7 +74,7 @@ std::vector<ObjectChanges> explainObjects(const CompareContext& first, const Com
     i32 i = 0, j = 0;
     for (const auto& [nextI, nextJ] : equal) {
       for (; i < nextI && j < nextJ; ++i, ++j) {
-        objects.push_back(changesOf(first, second, type, i, j, tolerances));
+        objects.push_back(changesOf(first, second, type, i, j, childLists));
       }
       for (; i < nextI; ++i) {
         objects.push_back(

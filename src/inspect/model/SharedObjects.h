@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "capture/CompareContext.h"
-#include "compare/Tolerances.h"
+#include "compare/ChildListResults.h"
 #include "inspect/model/Change.h"
 
 namespace rvf::inspect {
@@ -28,7 +28,7 @@ struct ObjectChanges {
 /// Delivers those that differ, without the pages that use them.
 [[nodiscard]] std::vector<ObjectChanges> explainObjects(const CompareContext& first,
                                                         const CompareContext& second,
-                                                        const Tolerances& tolerances);
+                                                        ChildListResults& childLists);
 
 /// Counts the pages of one file that refer to each of its shared objects.
 class ObjectUses {
