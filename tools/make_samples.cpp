@@ -13,9 +13,11 @@ namespace {
 
 using namespace rvf::test;
 
+constexpr int kPageWidth = 2480, kPageHeight = 3508;
 constexpr int kLeft = 250, kRight = 2230, kLineHeight = 56;  // in dots, 300 an inch, on A4
 constexpr int kTextFont = 3, kHeadingFont = 4;
-constexpr unsigned kBlack = 0x000000, kHouseBlue = 0x8A4B08, kHouseGreen = 0x3C7A1E;
+constexpr unsigned kBlack = 0x000000, kHouseBlue = 0x8A4B08, kHouseGreen = 0x3C7A1E,
+                   kPaleBlue = 0xF7EBDE;
 
 using Lines = std::vector<std::u16string>;
 /// A text with one run a line.
@@ -36,12 +38,15 @@ Part rule(int y, int width) {
 }
 
 Part box(int top, int bottom, unsigned fillColour) {
-  return rect({.area = {kLeft, top, kRight, bottom}, .fillColour = fillColour});
+  return rect({.area = {kLeft, top, kRight, bottom},
+               .lineWidth = 3,
+               .fillColour = fillColour,
+               .lineColour = kHouseBlue});
 }
 
 /// A page with the company's logo and footer, which all pages of the job share.
 PageFields sheet(const std::u16string& name, const std::vector<Part>& content) {
-  PageBody body;
+  PageBody body{.extentA = kPageWidth, .extentB = kPageHeight};
   body.list.parts = {staticRef({.x = 1900, .y = 120, .width = 330, .height = 180}), rule(340, 4)};
   body.list.parts.insert(body.list.parts.end(), content.begin(), content.end());
   const Lines footer = {u"Example Insurance, 4 Quay Street", u"Questions: 0800 555 0100"};
@@ -49,26 +54,70 @@ PageFields sheet(const std::u16string& name, const std::vector<Part>& content) {
   return {.name = name, .body = body};
 }
 
-StaticFields logo() {
-  const Part wave = poly({.points = {{0, 120}, {110, 40}, {220, 120}, {330, 40}, {330, 180}}});
-  return {.first = {.parts = {wave, paragraph(40, 170, {u"Example Insurance"})}}, .name = u"logo"};
+/// A PNG of 24 x 12 pixels, in hexadecimal digits.
+constexpr const char* kLogoPng =
+    "89504e470d0a1a0a0000000d49484452000000180000000c0802000000f752ea22000000244944415478da63"
+    "e0f0ee82a30f5b34e088547186616c10259a91c587b341a3e988a03800a99e7f20ac4e44b20000000049454e"
+    "44ae426082";
+
+std::string bytesOf(const std::string& digits) {
+  std::string bytes;
+  for (std::size_t i = 0; i < digits.size(); i += 2) {
+    bytes += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
+  }
+  return bytes;
 }
 
-PageFields coverLetter(const std::u16string& name, int greetingX) {
+/// The letterhead, which all pages refer to.
+StaticFields letterhead(const std::u16string& claim) {
+  const Part mark = image(
+      {.area = {0, 0, 240, 120}, .pixelWidth = 24, .pixelHeight = 12, .bytes = bytesOf(kLogoPng)});
+  const Part wave = poly({.points = {{0, 190}, {60, 140}, {120, 190}, {180, 140}, {240, 190}},
+                          .noFill = 1,
+                          .lineWidth = 4,
+                          .lineColour = kHouseBlue});
+  return {.first = {.parts = {mark, wave, paragraph(-430, 60, {u"Example Insurance", claim})}},
+          .name = u"letterhead"};
+}
+
+/// Rows of three cells under a heading, with rules between them.
+std::vector<Part> table(int top, const std::vector<Lines>& rows) {
+  std::vector<Part> parts;
+  LineSetFields rules{.start = kLeft, .end = kRight, .offsets = {}, .width = 2};
+  int y = top;
+  for (const Lines& row : rows) {
+    const int font = y == top ? kHeadingFont : kTextFont;
+    for (std::size_t cell = 0; cell < row.size(); ++cell) {
+      parts.push_back(paragraph(kLeft + 40 + 700 * static_cast<int>(cell), y, {row[cell]}, font));
+    }
+    rules.offsets.push_back(y + 20);
+    y += kLineHeight + 14;
+  }
+  parts.push_back(lineSet(rules));
+  return parts;
+}
+
+PageFields coverLetter(const std::u16string& name, int greetingX, const std::u16string& regards) {
   return sheet(u"Cover letter",
                {heading(u"Your policy for the new year"),
                 paragraph(greetingX, 900, {u"Dear " + name + u","}),
                 paragraph(kLeft, 1020,
                           {u"thank you for your trust. Your documents are enclosed.",
-                           u"With kind regards, your Example Insurance"})});
+                           regards + u", your Example Insurance"})});
 }
 
 PageFields schedule(const std::u16string& premium) {
-  return sheet(u"Policy schedule",
-               {heading(u"Household insurance"), box(860, 1240, kHouseBlue),
-                paragraph(kLeft + 40, 920, {u"Sum insured   EUR 65,000", u"Excess        EUR 250"}),
-                paragraph(kLeft + 40, 1060, {u"Premium       EUR " + premium}),
-                image({.area = {1700, 1400, 2230, 1900}, .bytes = "floor plan of the home"})});
+  std::vector<Part> parts = {
+      heading(u"Household insurance"), box(860, 1120, kPaleBlue),
+      paragraph(kLeft + 40, 920, {u"Sum insured   EUR 65,000", u"Excess        EUR 250"}),
+      paragraph(kLeft + 40, 1060, {u"Premium       EUR " + premium})};
+  const std::vector<Part> cover = table(1300, {{u"Cover", u"Limit", u"Excess"},
+                                               {u"Fire and water", u"EUR 65,000", u"EUR 250"},
+                                               {u"Theft", u"EUR 20,000", u"EUR 500"},
+                                               {u"Bicycles", u"EUR 1,500", u"none"}});
+  parts.insert(parts.end(), cover.begin(), cover.end());
+  parts.push_back(image({.area = {1700, 1700, 2230, 2200}, .bytes = "floor plan of the home"}));
+  return sheet(u"Policy schedule", parts);
 }
 
 PageFields statement(int totalWidth, unsigned boxColour) {
@@ -80,26 +129,40 @@ PageFields statement(int totalWidth, unsigned boxColour) {
 
 PageFields claimForm() {  // the marker names the stretch that is stapled as one set
   return sheet(u"Claim form", {startEnd({.markerKind = 1}), heading(u"Report of a claim"),
-                               box(860, 2600, kHouseBlue), startEnd({.markerKind = 2})});
+                               box(860, 2600, kPaleBlue), startEnd({.markerKind = 2})});
 }
 
+PageFields privacyNotice() {
+  return sheet(
+      u"Privacy notice",
+      {heading(u"Your data with us"),
+       paragraph(kLeft, 900, {u"We keep what the law asks us to keep, and nothing else."})});
+}
+
+/// The month before and after a change: a new claim in the letterhead, another closing in all
+/// letters, one premium, one line, one colour, a line of advertising, a page more.
 CaptureFields job(bool changed) {
-  CaptureFields file{.magic = kWideMagic, .label = u"Monthly run", .statics21 = {logo()}};
-  PageFields promoted = coverLetter(u"Ms Lindgren", kLeft);
+  const std::u16string claim = changed ? u"Insured since 1951" : u"Insured since 1950";
+  const std::u16string regards = changed ? u"Kind regards" : u"With kind regards";
+  CaptureFields file{
+      .magic = kWideMagic, .label = u"Monthly run", .statics21 = {letterhead(claim)}};
+  PageFields promoted = coverLetter(u"Ms Lindgren", kLeft, regards);
   std::vector<Part>& parts = promoted.body->list.parts;
   if (changed) parts.insert(parts.begin(), paragraph(kLeft, 200, {u"New: pay by card online"}));
   file.customers = {
       {.id = u"100417 Weber",
-       .pages = {coverLetter(u"Mr Weber", changed ? kLeft + 3 : kLeft),
-                 schedule(changed ? u"121.90" : u"118.40"), statement(changed ? 9 : 6, kHouseBlue),
+       .pages = {coverLetter(u"Mr Weber", changed ? kLeft + 3 : kLeft, regards),
+                 schedule(changed ? u"121.90" : u"118.40"), statement(changed ? 9 : 6, kPaleBlue),
                  claimForm()}},
       {.id = u"100418 Novak",
-       .pages = {coverLetter(u"Ms Novak", kLeft), schedule(u"118.40"), statement(6, kHouseBlue)}},
+       .pages = {coverLetter(u"Ms Novak", kLeft, regards), schedule(u"118.40"),
+                 statement(6, kPaleBlue)}},
       {.id = u"100419 Lindgren",
-       .pages = {promoted, statement(6, changed ? kHouseGreen : kHouseBlue), schedule(u"118.40")}},
+       .pages = {promoted, statement(6, changed ? kHouseGreen : kPaleBlue), schedule(u"118.40")}},
   };
   if (changed) {
-    file.customers[2].pages.push_back(sheet(u"Privacy notice", {heading(u"Your data with us")}));
+    std::vector<PageFields>& pages = file.customers[2].pages;
+    pages.insert(pages.begin() + 1, privacyNotice());
   }
   return file;
 }

@@ -18,7 +18,7 @@ class JsonListWriter final : public ListWriter {
 
   void header(const DifferenceHeader& header) override {
     header_ = header;
-    openRecord(json_, "list").field("format", kJsonFormat).field("path", path_.view());
+    openRecord(json_, "differenceFile").field("format", kJsonFormat).field("path", path_.view());
     json_.field("first", header.firstPath.view()).field("second", header.secondPath.view());
     json_.field("customers", header.customerCount).close();
     writeRecord(output_, json_);

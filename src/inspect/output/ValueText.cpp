@@ -1,5 +1,7 @@
 #include "inspect/output/ValueText.h"
 
+#include <unicode/uchar.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <vector>
@@ -24,13 +26,17 @@ std::string floatingText(f64 value) {
   return text;
 }
 
-/// A text cut into words and what stands between them.
+bool isLetter(char16_t c) { return u_isalpha(c) != 0; }
+
+/// A text cut into words and what stands between them. Runs follow each other without a blank, so
+/// that a full stop in front of a letter ends a word too.
 std::vector<std::u16string_view> tokensOf(std::u16string_view text) {
   std::vector<std::u16string_view> tokens;
   while (!text.empty()) {
     const bool isBlank = text.front() == u' ';
     std::size_t size = 1;
-    while (size < text.size() && (text[size] == u' ') == isBlank) {
+    while (size < text.size() && (text[size] == u' ') == isBlank &&
+           !(isLetter(text[size]) && u_ispunct(text[size - 1]) != 0)) {
       size += 1;
     }
     tokens.push_back(text.substr(0, size));
