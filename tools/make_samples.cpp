@@ -69,14 +69,15 @@ std::string bytesOf(const std::string& digits) {
 }
 
 /// The letterhead, which all pages refer to.
-StaticFields letterhead(const std::u16string& claim) {
+StaticFields letterhead() {
   const Part mark = image(
       {.area = {0, 0, 240, 120}, .pixelWidth = 24, .pixelHeight = 12, .bytes = bytesOf(kLogoPng)});
   const Part wave = poly({.points = {{0, 190}, {60, 140}, {120, 190}, {180, 140}, {240, 190}},
                           .noFill = 1,
                           .lineWidth = 4,
                           .lineColour = kHouseBlue});
-  return {.first = {.parts = {mark, wave, paragraph(-430, 60, {u"Example Insurance", claim})}},
+  return {.first = {.parts = {mark, wave,
+                              paragraph(-430, 60, {u"Example Insurance", u"Insured since 1950"})}},
           .name = u"letterhead"};
 }
 
@@ -139,13 +140,11 @@ PageFields privacyNotice() {
        paragraph(kLeft, 900, {u"We keep what the law asks us to keep, and nothing else."})});
 }
 
-/// The month before and after a change: a new claim in the letterhead, another closing in all
-/// letters, one premium, one line, one colour, a line of advertising, a page more.
+/// The month before and after a change: another closing in all letters, one premium, one line, one
+/// colour, a line of advertising, a page more.
 CaptureFields job(bool changed) {
-  const std::u16string claim = changed ? u"Insured since 1951" : u"Insured since 1950";
   const std::u16string regards = changed ? u"Kind regards" : u"With kind regards";
-  CaptureFields file{
-      .magic = kWideMagic, .label = u"Monthly run", .statics21 = {letterhead(claim)}};
+  CaptureFields file{.magic = kWideMagic, .label = u"Monthly run", .statics21 = {letterhead()}};
   PageFields promoted = coverLetter(u"Ms Lindgren", kLeft, regards);
   std::vector<Part>& parts = promoted.body->list.parts;
   if (changed) parts.insert(parts.begin(), paragraph(kLeft, 200, {u"New: pay by card online"}));
