@@ -1,10 +1,14 @@
 #include "inspect/model/PartDigest.h"
 
 #include <bit>
+#include <optional>
+#include <span>
 
 #include "inspect/model/Digest.h"
 #include "inspect/model/PartPlace.h"
 #include "pagemodel/FieldVisitor.h"
+#include "pagemodel/TextParts.h"
+#include "pagemodel/VectorParts.h"
 
 namespace rvf::inspect {
 
@@ -69,9 +73,52 @@ class ShapeVisitor final : public DigestVisitor {
   std::string_view member_;
 };
 
+template <class T>
+void addAll(Digest& digest, std::span<const T> items) {
+  digest.addBytes(std::as_bytes(items));
+}
+
+/// Most parts are plain texts, lines and boxes. Their fields lie in a few stretches of bytes, which
+/// takes a tenth of the time that showing each of them does.
+std::optional<u64> plainDigestOf(const DrawPart& part) {
+  Digest digest;
+  digest.add(partIndex(part.type));
+  digest.add(static_cast<u64>(part.extraId));
+  switch (part.type) {
+    case PartType::kText: {
+      const TextFields& fields = part.fields.text;
+      if ((fields.textFlags & (text_flag::kExtensionRuns | text_flag::kOutlineRecords)) != 0) {
+        return std::nullopt;
+      }
+      digest.add(static_cast<u64>(fields.fontId) << 32 | fields.colour);
+      digest.add(static_cast<u64>(fields.rotation << 16 | fields.textFlags << 8 | fields.tint));
+      addAll(digest, textRuns(part));
+      addAll(digest, textCharacters(part));
+      return digest.value();
+    }
+    case PartType::kLine: {
+      const LineFields& fields = part.fields.line;
+      digest.add(static_cast<u64>(fields.lineKind) << 32 | static_cast<u32>(fields.lineStyle));
+      digest.add(static_cast<u64>(fields.width) << 32 | fields.colour);
+      digest.add(static_cast<u64>(fields.overprint << 8 | fields.tint));
+      addAll(digest, linePoints(part));
+      return digest.value();
+    }
+    case PartType::kRect:
+    case PartType::kJust1Line:
+      addAll(digest, std::span<const u32>(part.fields.words));
+      return digest.value();
+    default:
+      return std::nullopt;
+  }
+}
+
 }  // namespace
 
 u64 digestOf(const DrawPart& part) {
+  if (const std::optional<u64> digest = plainDigestOf(part)) {
+    return *digest;
+  }
   DigestVisitor visitor(part.type);
   forEachField(part, visitor);
   return visitor.value();

@@ -102,6 +102,16 @@ Axis axisOf(const DrawPart& part, std::string_view member, std::string_view fiel
 }
 
 std::optional<Place> placeOf(const DrawPart& part) {
+  // The first position that is shown, for the types that pages consist of.
+  if (part.type == PartType::kText && !textRuns(part).empty()) {
+    return Place{textRuns(part).front().x, textRuns(part).front().y};
+  }
+  if (part.type == PartType::kLine && !linePoints(part).empty()) {
+    return Place{linePoints(part).front().x, linePoints(part).front().y};
+  }
+  if (part.type == PartType::kRect) {
+    return Place{part.fields.rect.left, part.fields.rect.top};
+  }
   PositionVisitor visitor(part);
   forEachField(part, visitor);
   return visitor.hasPlace() ? std::optional(visitor.place()) : std::nullopt;
