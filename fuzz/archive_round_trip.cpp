@@ -2,135 +2,9 @@
 // bytes are the sizes of the buffers; then comes one byte for the kind of each value, and the
 // value.
 
-#include <iterator>
-#include <string>
-
-#include "storage/RecordFrame.h"
-#include "support/Fuzz.h"
+#include "support/ArchiveScript.h"
 
 namespace rvf::fuzz {
-namespace {
-
-/// The same script is played to a storing and to a loading archive.
-class Script {
- public:
-  explicit Script(FuzzInput input) : input_(input) {}
-
-  /// Plays up to the end of the record or of the input.
-  void play(eArchive& archive, int depth = 0) {
-    constexpr int kKinds = 11, kRecord = 9, kEnd = 10;
-    constexpr int kDeepest = 3;
-    while (!input_.rest().empty()) {
-      const int kind = input_.take() % kKinds;
-      if (kind == kEnd) return;
-      if (kind < kRecord) {
-        (this->*kValues[kind])(archive);
-      } else if (depth < kDeepest) {
-        record(archive, depth);
-      }
-    }
-  }
-
- private:
-  template <class T, T (eArchive::*kRead)(), void (eArchive::*kWrite)(T)>
-  static void number(eArchive& archive, T value) {
-    if (!archive.isLoading()) return (archive.*kWrite)(value);
-    const T found = (archive.*kRead)();
-    require(std::memcmp(&found, &value, sizeof(T)) == 0, "a number comes back");
-  }
-  template <class T, T (eArchive::*kRead)(), void (eArchive::*kWrite)(T)>
-  void number(eArchive& archive) {
-    number<T, kRead, kWrite>(archive, input_.take<T>());
-  }
-
-  // Repeated, so that short inputs make stretches that are longer than the buffer.
-  std::string takeStretch() {
-    const std::string_view once = input_.takeBytes(input_.take() % 64);
-    std::string stretch;
-    for (int times = input_.take() % 32; times >= 0; --times) stretch += once;
-    return stretch;
-  }
-
-  void rawBytes(eArchive& archive) {
-    const std::string bytes = takeStretch();
-    const auto count = static_cast<i32>(bytes.size());
-    std::string found(bytes.size(), '\0');
-    if (!archive.isLoading()) return archive.WriteRaw(bytes.data(), count);
-    require(archive.ReadRaw(found.data(), count) == count && found == bytes, "bytes come back");
-  }
-
-  void text(eArchive& archive) {
-    const std::string bytes = takeStretch();
-    const eString value(std::u16string_view(std::u16string(bytes.begin(), bytes.end())));
-    eString found = u"before";
-    if (!archive.isLoading()) return archive.WriteString(value);
-    archive.ReadString(found);
-    require(found.view() == value.view(), "a text comes back");
-  }
-
-  // A record of some measured sections, of which a reader knows a part.
-  void record(eArchive& archive, int depth) {
-    constexpr i32 kBaseTags[] = {100, 106, -101};
-    const u8 shape = input_.take();
-    const i32 baseTag = kBaseTags[shape % std::size(kBaseTags)];
-    const i32 away = baseTag < 0 ? -1 : 1;
-    const i32 sections = shape >> 2 & 3;
-    const i32 known = shape >> 4 & 3;
-    const bool hasMark = sections > 0 || (shape & 64) != 0;
-    eRecordFrame frame(baseTag);
-    frame.BeginRecord();
-    frame.fileTag = baseTag + (hasMark ? sections + 1 : 0) * away;
-    number<i32, &eArchive::ReadI32, &eArchive::WriteI32>(archive, frame.fileTag);
-    for (i32 i = 0; i < sections; ++i) {
-      const i32 tag = baseTag + (i + 2) * away;
-      archive.isLoading() ? loadSection(archive, frame, tag, i < known, depth)
-                          : storeSection(archive, frame, tag, depth);
-    }
-    if (archive.isLoading()) {
-      frame.EndRecord(archive);
-    } else if (hasMark) {
-      frame.WriteEndMark(archive);
-    }
-  }
-
-  void storeSection(eArchive& archive, eRecordFrame& frame, i32 tag, int depth) {
-    Script after(*this);
-    frame.WriteMeasuredSection(archive, tag, [&](eArchive& part) {
-      after = *this;
-      after.play(part, depth + 1);
-    });
-    *this = after;
-  }
-
-  // EndRecord passes over the sections that the reader does not know; the script has to follow.
-  void loadSection(eArchive& archive, eRecordFrame& frame, i32 tag, bool isKnown, int depth) {
-    eCountingArchive counting;
-    Script measure(*this);
-    measure.play(counting, depth + 1);
-    if (isKnown) {
-      const bool isThere = frame.ReadSection(archive, tag) == SectionResult::kPresent;
-      require(isThere == (counting.CountedBytes() > 0), "a section is found");
-      play(archive, depth + 1);
-    } else {
-      *this = measure;
-    }
-  }
-
-  static constexpr void (Script::*kValues[])(eArchive&) = {
-      &Script::number<u8, &eArchive::ReadU8, &eArchive::WriteU8>,
-      &Script::number<u16, &eArchive::ReadU16, &eArchive::WriteU16>,
-      &Script::number<i16, &eArchive::ReadI16, &eArchive::WriteI16>,
-      &Script::number<i32, &eArchive::ReadI32, &eArchive::WriteI32>,
-      &Script::number<u32, &eArchive::ReadU32, &eArchive::WriteU32>,
-      &Script::number<i64, &eArchive::ReadI64, &eArchive::WriteI64>,
-      &Script::number<f64, &eArchive::ReadF64, &eArchive::WriteF64>,
-      &Script::rawBytes,
-      &Script::text};
-
-  FuzzInput input_;
-};
-
-}  // namespace
 
 void checkInput(FuzzInput input) {
   constexpr i32 kSmallestBuffer = 8;  // the widest primitive
@@ -138,14 +12,14 @@ void checkInput(FuzzInput input) {
   const i32 loadBuffer = kSmallestBuffer + input.take();
   eMemFile file(1 + input.take());
   eArchive out(file, eArchive::Mode::kStore, storeBuffer);
-  Script(input).play(out);
+  ArchiveScript(input).play(out);
   const i64 end = out.GetPosition();
   out.Close();
   require(!out.failed() && end == file.GetLength(), "everything is stored");
 
   const auto load = [&](eArchive& archive) {
     require(archive.Seek(0) == 0, "a memory file has a start");
-    Script(input).play(archive);
+    ArchiveScript(input).play(archive);
     require(!archive.failed() && archive.GetPosition() == end && archive.BytesLeft() == 0,
             "everything is loaded");
   };

@@ -1,18 +1,21 @@
 // A whole page-capture file: loading it, and every page of it. The first byte tells how text is
-// stored in a file too old to tell it itself.
+// stored in a file too old to tell it itself, and whether the file is a large one: then what stands
+// behind its front lies where offsets end, with zeroes in between.
 
 #include "capture/RvfReader.h"
+#include "support/LargeFile.h"
 #include "support/PartChecks.h"
 
 namespace rvf::fuzz {
+namespace {
 
-void checkInput(FuzzInput input) {
+void checkPages(FileObject& file, bool dbcsMode) {
   constexpr int kMostPages = 64;
-  const bool dbcsMode = (input.take() & 1) != 0;
-  InputFile capture(input.rest());
   CompareContext context;
   RvfReader reader(context, dbcsMode);
-  reader.load(capture.file);
+  reader.load(file);
+  const bool isTooLarge = reader.loadResult().state == LoadState::kTooLarge;
+  require(isTooLarge == (file.GetLength() > kLongestFile), "a file without offsets is refused");
   if (!reader.valid()) return;
   require(reader.pageCount > 0, "a valid file has pages");
   require(reader.customers.size() == static_cast<std::size_t>(reader.customerCount),
@@ -24,6 +27,7 @@ void checkInput(FuzzInput input) {
       reader.currentCustomer = c;
       reader.currentPage = p;
       reader.loadCurrentPage();
+      require(!context.pageFailure() || context.bodyBytes().empty(), "damage leaves no body");
       const auto placed = static_cast<std::size_t>(context.staticCount);
       require(
           context.staticPlacementX.size() == placed && context.staticPlacementY.size() == placed,
@@ -32,6 +36,21 @@ void checkInput(FuzzInput input) {
       for (i32 i = 0; i < context.staticCount; ++i) examineParts(context.staticList(i));
     }
   }
+}
+
+}  // namespace
+
+void checkInput(FuzzInput input) {
+  constexpr int kNarrowOrWide = 1, kLarge = 2;
+  const int flags = input.take();
+  if ((flags & kLarge) == 0) {
+    InputFile capture(input.rest());
+    return checkPages(capture.file, (flags & kNarrowOrWide) != 0);
+  }
+  const auto beforeEnd = input.take<i16>();
+  const std::string_view front = input.takeBytes(input.take<u16>());
+  LargeFile capture(front, kLongestFile - beforeEnd, input.rest());
+  checkPages(capture, (flags & kNarrowOrWide) != 0);
 }
 
 }  // namespace rvf::fuzz

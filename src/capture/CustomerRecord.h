@@ -14,11 +14,17 @@ constexpr i32 kSmallestCustomerRecord = 9;
 
 /// One customer of the index with its pages, in file order.
 struct CustomerRecord {
-  /// Reads the record, or writes it in its newest form: the archive's mode decides. A file that
-  /// ends too early leaves the pages that were read.
-  void read(eArchive& archive);
+  /// The pages are kept in `memory`, which must outlive the record.
+  explicit CustomerRecord(IndexMemory& memory) : pages(&memory) {}
 
-  std::vector<PageRecord> pages;
+  /// Reads the record; the names of its pages are kept in `names`. A file that ends too early
+  /// leaves the pages that were read.
+  void read(eArchive& archive, PageNames& names);
+  /// Writes it in its newest form, with the pages that it holds. Part of the interface; a run
+  /// stores no index.
+  void store(eArchive& archive) const;
+
+  std::pmr::vector<PageRecord> pages;
   i32 leadValue = 0;  // kept, never compared
   eString id;
   i32 pageCount = 0;  // as found in the file, a negative one too

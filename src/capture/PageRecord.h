@@ -1,37 +1,42 @@
 #pragma once
 
 #include "base/Integers.h"
+#include "capture/PageNames.h"
 #include "storage/Archive.h"
-#include "text/eString.h"
 
 namespace rvf {
 
 /// Bytes that the shortest page of the index has on disk.
 constexpr i32 kSmallestPageRecord = 13;
 
-/// One page of the index: its name and where its body lies. Kept for every page of the file.
+/// One page of the index: its name and where its body lies. Kept for every page of the file, of
+/// which there may be millions.
 struct PageRecord {
   PageRecord() = default;
-  PageRecord(i32 leading, eString pageName, i32 position, i32 trailing)
-      : leadValue(leading),
-        name(std::move(pageName)),
-        filePosition(position),
-        tailValue(trailing) {}
+  PageRecord(i32 leading, PageName pageName, i32 position, i32 trailing)
+      : name(pageName), leadValue(leading), filePosition(position), tailValue(trailing) {}
 
-  /// Reads the record, or writes it in its newest form: the archive's mode decides. `swapBytes`:
-  /// the text of the customer arrived with its bytes the other way round.
-  void read(eArchive& archive, bool swapBytes);
+  /// Reads the record; the name is kept in `names`. `swapBytes`: the text of the customer arrived
+  /// with its bytes the other way round.
+  void read(eArchive& archive, bool swapBytes, PageNames& names);
+  /// Writes it in its newest form. Part of the interface; a run stores no index.
+  void store(eArchive& archive) const;
 
-  i32 leadValue = 0;  // kept, never compared
-  eString name;
+  void setDiffBits(u32 bits) { diffBits = bits & kDiffBitsMask; }
+
+  PageName name;
+  i32 leadValue = 0;     // kept, never compared
   i32 filePosition = 0;  // a negative one: the page has no body
   i32 tailValue = 0;     // kept, never compared
-  u32 diffBits = 0;      // written by the walk, not on disk
-  bool unpaired =
-      false;  // by the walk too: without a partner, or under another name than its partner
+
+  // Written by the walk, not on disk.
+  u32 diffBits : 31 = 0;
+  bool unpaired : 1 = false;  // without a partner, or under another name than its partner
+
+ private:
+  static constexpr u32 kDiffBitsMask = 0x7FFFFFFF;
 };
 
-/// Exchanges the two bytes of every character.
-void swapCharacterBytes(eString& text);
+static_assert(sizeof(PageRecord) <= 24, "an index has one for every page");
 
 }  // namespace rvf

@@ -40,6 +40,7 @@ void RvfReader::load(FileObject& file) {
   pageCount = 0;
   resolution = kDefaultResolution;
   customers.clear();
+  indexMemory_.release();
   damage_ = DamageRecord();
   hasTrailer = false;
   context_.file = &file;
@@ -128,7 +129,7 @@ void RvfReader::readIndex(eArchive& archive) {
   secondDate = readDate(archive);
   customerCount = archive.CheckedCount(archive.ReadI32(), kSmallestCustomerRecord);
   for (i32 i = 0; i < customerCount && !archive.failed(); ++i) {
-    customers.emplace_back().read(archive);
+    customers.emplace_back(indexMemory_).read(archive, pageNames);
   }
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <deque>
 #include <optional>
 #include <vector>
 
 #include "base/Integers.h"
 #include "capture/CompareContext.h"
 #include "capture/CustomerRecord.h"
+#include "capture/PageNames.h"
 #include "storage/Archive.h"
 #include "storage/FileObject.h"
 #include "text/eString.h"
@@ -80,6 +82,10 @@ class RvfReader {
   i64 indexEnd = 0;
   bool hasTrailer = false;  // which holds the place of the index
 
+ private:
+  IndexMemory indexMemory_;  // in front of what it outlives
+
+ public:
   eString fileLabel;  // kept, never compared
   StoredDate firstDate;
   StoredDate secondDate;
@@ -88,7 +94,8 @@ class RvfReader {
   i32 firstPagePosition = 0;  // of the first page that has a nonzero one
   i32 currentCustomer = 0;
   i32 currentPage = 0;
-  std::vector<CustomerRecord> customers;
+  PageNames pageNames{indexMemory_};  // of the pages of all customers
+  std::deque<CustomerRecord> customers;
   i32 version = 0;
   i32 resolution = 0;
   u32 compareResult = 0;  // written by the walk

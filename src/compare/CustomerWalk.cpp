@@ -92,8 +92,8 @@ class CustomerWalk {
     if (a.name != b.name) {
       a.unpaired = true;
       eString text;
-      text.Format(u"Page name mismatch: %s / %s", a.name, b.name);
-      a.name = text;
+      text.Format(u"Page name mismatch: %s / %s", a.name.text(), b.name.text());
+      a.name = first_.pageNames.keep(text.view());
     }
     for (RvfReader* reader : {&first_, &second_}) {
       reader->currentCustomer = c;
@@ -116,7 +116,7 @@ class CustomerWalk {
       }
       pageBits = compareLoadedPages();
     }
-    a.diffBits = pageBits;
+    a.setDiffBits(pageBits);
     differences_.writePage(pageBits);
     pagesCompared_ += 1;
     differingPages_ += pageBits != 0 ? 1 : 0;
@@ -159,12 +159,12 @@ class CustomerWalk {
   }
 
   // Afterwards the first customer holds the pages of both, for whoever reads the records.
-  static void markUnpairedPages(CustomerRecord& a, const CustomerRecord& b, std::size_t common) {
+  void markUnpairedPages(CustomerRecord& a, const CustomerRecord& b, std::size_t common) {
     for (std::size_t p = common; p < a.pages.size(); ++p) {
       a.pages[p].unpaired = true;
     }
     for (std::size_t p = std::max(common, a.pages.size()); p < b.pages.size(); ++p) {
-      a.pages.emplace_back(0, b.pages[p].name, 0, 0);
+      a.pages.emplace_back(0, first_.pageNames.keep(b.pages[p].name.text().view()), 0, 0);
       a.pages.back().unpaired = true;
     }
   }

@@ -13,6 +13,7 @@ enum class MessageNumber : i32 {
   kOptionNotUnderstood = 1019,  // the option or control-file line
   kOverrideNotApplied = 1502,   // the number that the override names
   kSinkWriteFailed = 1806,      // file name, system text
+  kArchiveOpenFailed = 1810,    // file name, system text
   kArchiveWriteFailed = 1811,   // file name, system text, bytes
   kArchiveCloseFailed = 1814,   // file name, system text
   kFileReadFailed = 1822,       // bytes, file name, system text
@@ -38,15 +39,16 @@ struct MessageForm {
 
 /// All messages that code may report. A call with arguments of another form does not compile.
 constexpr MessageForm kMessageForms[] = {
-    {MessageNumber::kInformation, ""},           {MessageNumber::kOptionNotUnderstood, "t"},
-    {MessageNumber::kOverrideNotApplied, "i"},   {MessageNumber::kSinkWriteFailed, "tt"},
-    {MessageNumber::kArchiveWriteFailed, "tti"}, {MessageNumber::kArchiveCloseFailed, "tt"},
-    {MessageNumber::kFileReadFailed, "itt"},     {MessageNumber::kFileWriteFailed, "itt"},
-    {MessageNumber::kFileNotOpen, "t"},          {MessageNumber::kFileCloseFailed, "tt"},
-    {MessageNumber::kFileUnusable, "tt"},        {MessageNumber::kFileSeekFailed, "t"},
-    {MessageNumber::kPayloadValues, "ii"},       {MessageNumber::kRecordTooNew, "tii"},
-    {MessageNumber::kInvalidPartType, "t"},      {MessageNumber::kArchiveDamaged, "t"},
-    {MessageNumber::kConverterNotOpened, "t"},   {MessageNumber::kTooManyNameValues, "t"},
+    {MessageNumber::kInformation, ""},          {MessageNumber::kOptionNotUnderstood, "t"},
+    {MessageNumber::kOverrideNotApplied, "i"},  {MessageNumber::kSinkWriteFailed, "tt"},
+    {MessageNumber::kArchiveOpenFailed, "tt"},  {MessageNumber::kArchiveWriteFailed, "tti"},
+    {MessageNumber::kArchiveCloseFailed, "tt"}, {MessageNumber::kFileReadFailed, "itt"},
+    {MessageNumber::kFileWriteFailed, "itt"},   {MessageNumber::kFileNotOpen, "t"},
+    {MessageNumber::kFileCloseFailed, "tt"},    {MessageNumber::kFileUnusable, "tt"},
+    {MessageNumber::kFileSeekFailed, "t"},      {MessageNumber::kPayloadValues, "ii"},
+    {MessageNumber::kRecordTooNew, "tii"},      {MessageNumber::kInvalidPartType, "t"},
+    {MessageNumber::kArchiveDamaged, "t"},      {MessageNumber::kConverterNotOpened, "t"},
+    {MessageNumber::kTooManyNameValues, "t"},
 };
 
 /// Whether a message means that an input was not read or a result was not kept. A run with such a
@@ -54,6 +56,7 @@ constexpr MessageForm kMessageForms[] = {
 constexpr bool meansDataLoss(MessageNumber number) {
   switch (number) {
     case MessageNumber::kSinkWriteFailed:
+    case MessageNumber::kArchiveOpenFailed:
     case MessageNumber::kArchiveWriteFailed:
     case MessageNumber::kArchiveCloseFailed:
     case MessageNumber::kFileReadFailed:

@@ -24,11 +24,26 @@ constexpr i64 kMarkerFound = -1;
 }  // namespace
 
 eArchive::eArchive(FileObject& file, Mode mode, i32 bufferSize, bool flushEachWrite)
-    : mode_(mode),
-      name_(file.name()),
-      stream_(file.stream()),
-      file_(&file),
-      flushEachWrite_(flushEachWrite) {
+    : mode_(mode), flushEachWrite_(flushEachWrite) {
+  attach(file, bufferSize);
+}
+
+eArchive::eArchive(const eString& path, Mode mode, i32 bufferSize, bool flushEachWrite)
+    : mode_(mode), ownFile_(std::make_unique<eDiskFile>()), flushEachWrite_(flushEachWrite) {
+  using namespace open_flags;
+  const i32 access = isLoading() ? kRead : kWrite | kCreate;
+  const bool isOpen = ownFile_->Open(path, access | kUnbuffered, false);
+  attach(*ownFile_, bufferSize);
+  if (!isOpen) {
+    Report(MessageNumber::kArchiveOpenFailed, name_, ownFile_->openFailure());
+    failAt(0);
+  }
+}
+
+void eArchive::attach(FileObject& file, i32 bufferSize) {
+  name_ = file.name();
+  stream_ = file.stream();
+  file_ = &file;
   if (isLoading()) {
     // Nothing of the window is in view at first: the first access fills it, unless a Seek finds its
     // target in there.
@@ -46,7 +61,7 @@ eArchive::eArchive(i32 bufferSize) : mode_(Mode::kStore) { makeBuffer(bufferSize
 eArchive::~eArchive() {
   try {
     if (file_ != nullptr) {
-      eArchive::Flush();
+      eArchive::Close();
     }
   } catch (...) {
     // No memory is left to tell of lost bytes. Whose bytes count flushes the archive itself.
@@ -206,6 +221,13 @@ void eArchive::Flush() {
 
 void eArchive::Close() {
   Flush();
+  if (ownFile_ != nullptr && ownFile_->isOpen()) {
+    errno = 0;
+    if (std::fclose(ownFile_->releaseStream()) != 0) {
+      Report(MessageNumber::kArchiveCloseFailed, name_, systemErrorText(errno));
+      failAt(storeCount_);
+    }
+  }
   stream_ = nullptr;
   file_ = nullptr;
 }
@@ -260,7 +282,7 @@ i32 eArchive::CheckedCount(i64 count, i32 smallestItem) {
   if (count <= 0 || failed_) {
     return 0;
   }
-  if (count > std::numeric_limits<i32>::max() || count > BytesLeft() / smallestItem) {
+  if (count > std::numeric_limits<i32>::max() || count * smallestItem > BytesLeft()) {
     MarkDamaged();
     return 0;
   }

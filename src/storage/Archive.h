@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/Integers.h"
+#include "storage/DiskFile.h"
 #include "storage/FileObject.h"
 #include "storage/ReadWindow.h"
 #include "text/eString.h"
@@ -24,7 +25,7 @@ struct NewerRecord {
 
 /// The buffered, typed stream through which every binary file goes: fixed-width little-endian
 /// integers, raw bytes, strings, versioned records (RecordFrame.h). One archive lives as long as
-/// one pass over a file object, which it does not own and which outlives it.
+/// one pass over a file object, which outlives it or is its own.
 ///
 /// Trouble sets `failed`, which never clears, and no exception leaves an archive. A failed archive
 /// drops what is stored, but loads go on and deliver stale bytes of the buffer: a reader tests
@@ -44,6 +45,10 @@ class eArchive {
   /// one of them may be in use at a time; a storing one has a buffer of its own. With
   /// `flushEachWrite` the stream is flushed after every physical write.
   eArchive(FileObject& file, Mode mode, i32 bufferSize, bool flushEachWrite = false);
+  /// Opens the file itself, which it then owns: for loading one that is there, for storing an empty
+  /// one. Reports kArchiveOpenFailed and sets `failed` if that cannot be. Part of the interface: a
+  /// run opens its files itself.
+  eArchive(const eString& path, Mode mode, i32 bufferSize, bool flushEachWrite = false);
   eArchive(const eArchive&) = delete;
   eArchive& operator=(const eArchive&) = delete;
   /// Closes an archive that is still attached to its file.
@@ -94,9 +99,14 @@ class eArchive {
   /// To an absolute offset. Returns it, or -1 when the file refuses (reported). Keeps `failed`.
   i32 Seek(i32 offset);
   [[nodiscard]] i64 GetPosition();
+  /// Loading: the offset behind the bytes in the buffer. Part of the interface.
+  [[nodiscard]] i64 loadPosition() const { return window_->endOffset(); }
+  /// Storing: the offset behind the bytes that have left the buffer. Part of the interface.
+  [[nodiscard]] i64 storeCount64() const { return storeCount_; }
   /// Writes the buffer out. Reports kArchiveWriteFailed and sets `failed` when bytes are lost.
   virtual void Flush();
-  /// Flushes and lets go of the file, which stays open.
+  /// Flushes and lets go of the file, which stays open unless it is the archive's own. Reports
+  /// kArchiveCloseFailed when bytes of that one are lost.
   void Close();
   /// Drops what is in the buffer and lets go of the file: for an output that is given up.
   void Abandon();
@@ -162,6 +172,7 @@ class eArchive {
   void Fill(i32 needed);
   void failAt(i64 offset);
   [[nodiscard]] i64 currentOffset();
+  void attach(FileObject& file, i32 bufferSize);
   void makeBuffer(i32 size);
   void takePlace();
   void lookIntoWindow(std::byte* cursor);
@@ -176,8 +187,9 @@ class eArchive {
   bool wideStrings_ = true;
   Mode mode_;
   eString name_;
-  std::FILE* stream_ = nullptr;  // the file object's, used directly where there is one
-  FileObject* file_ = nullptr;   // not owned
+  std::unique_ptr<eDiskFile> ownFile_;  // of an archive that opened it
+  std::FILE* stream_ = nullptr;         // the file object's, used directly where there is one
+  FileObject* file_ = nullptr;          // not owned
   bool flushEachWrite_ = false;
   ReadWindow* window_ = nullptr;         // loading: the file's
   std::unique_ptr<std::byte[]> buffer_;  // storing

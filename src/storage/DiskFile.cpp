@@ -68,7 +68,7 @@ std::FILE* openFifoForWriting(const std::string& path, const std::string& mode) 
 
 eDiskFile::~eDiskFile() {
   try {
-    if (isOpen_) {
+    if (stream_ != nullptr) {
       closeStream();
     }
   } catch (...) {
@@ -116,7 +116,7 @@ i32 eDiskFile::SetPos(i64 position) {
 }
 
 bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
-  if (isOpen_) {
+  if (stream_ != nullptr) {
     closeStream();
   }
   contentChanged();
@@ -145,6 +145,7 @@ bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
   }
   isOpen_ = stream_ != nullptr;
   errorState_ = !isOpen_;
+  openMode_ = static_cast<char16_t>(mode.front());
   if (!isOpen_ && failure_.isEmpty()) {
     failure_ = systemErrorText(errno);
   }
@@ -164,6 +165,7 @@ i32 eDiskFile::Write(const void* source, i32 count) {
   const bool written = stream_ != nullptr && writeBytes(stream_, source, size) == size;
   errorState_ = !written;
   failure_ = written ? eString() : systemErrorText(errno);
+  isDirty_ = isDirty_ || written;
   if (!written) {
     Report(MessageNumber::kFileWriteFailed, count, name_, failure_);
   }
@@ -214,11 +216,15 @@ void eDiskFile::Close() {
   closeStream();
 }
 
+std::FILE* eDiskFile::releaseStream() {
+  isOpen_ = false;
+  return std::exchange(stream_, nullptr);
+}
+
 // The stream is gone before anything is reported: a report that finds no memory must not leave it
 // to be closed again.
 void eDiskFile::closeStream() {
-  std::FILE* const stream = std::exchange(stream_, nullptr);
-  isOpen_ = false;
+  std::FILE* const stream = releaseStream();
   errno = 0;
   if (std::fclose(stream) != 0) {
     Report(MessageNumber::kFileCloseFailed, name_, systemErrorText(errno));

@@ -5,7 +5,7 @@
 namespace rvf {
 
 /// A file on disk, through a stdio stream.
-class eDiskFile final : public FileObject {
+class eDiskFile : public FileObject {
  public:
   eDiskFile() = default;
   /// Closes a file that is still open; a failing close is reported.
@@ -34,6 +34,12 @@ class eDiskFile final : public FileObject {
   /// bytes were lost. The file counts as closed either way.
   void Close() override;
   [[nodiscard]] std::FILE* stream() const override { return stream_; }
+  /// Hands the open stream over to the caller, who closes it. The file counts as closed.
+  [[nodiscard]] std::FILE* releaseStream();
+  /// Whether anything was written, and the first letter of how the file was opened (r, w, a). Part
+  /// of the interface.
+  [[nodiscard]] bool isDirty() const { return isDirty_; }
+  [[nodiscard]] char16_t openMode() const { return openMode_; }
 
   /// Why the last Open failed, for people. Empty when it did not.
   [[nodiscard]] const eString& openFailure() const { return failure(); }
@@ -45,6 +51,8 @@ class eDiskFile final : public FileObject {
 
   std::FILE* stream_ = nullptr;
   i64 refusedLength_ = 0;
+  bool isDirty_ = false;
+  char16_t openMode_ = 0;
 };
 
 }  // namespace rvf

@@ -35,9 +35,9 @@ HyperlinkInfo& HyperlinkInfo::operator=(const HyperlinkInfo& other) {
   reservedA = other.reservedA;
   reservedB = other.reservedB;
   text.reset();
-  textLength = other.text == nullptr ? u16{0} : other.textLength;
+  textLength = 0;
   textCapacity = 0;
-  reserveText(0);
+  reserveText(other.text == nullptr ? 0 : other.textLength);
   if (text != nullptr) {
     std::copy_n(other.text.get(), textLength, text.get());
   }
@@ -80,9 +80,10 @@ void HyperlinkInfo::read(eArchive& archive) {
   }
   loadFixedFields(archive);
   const i32 characterSize = archive.wideStrings() ? 2 : 1;
-  textLength = static_cast<u16>(archive.CheckedCount(textLength, characterSize));
-  if (textLength != 0) {
-    reserveText(0);
+  const i32 length = archive.CheckedCount(textLength, characterSize);
+  textLength = 0;
+  if (length != 0) {
+    reserveText(length);
     if (archive.wideStrings()) {
       archive.ReadWhole(text.get(), 2 * textLength);
     } else {
@@ -128,7 +129,7 @@ void HyperlinkInfo::readOldForm(eArchive& archive, i32 version) {
   if (archive.failed() || !archive.ReadWhole(bytes.data(), static_cast<i32>(bytes.size()))) {
     return;
   }
-  reserveText(0);
+  reserveText(count);
   if (text == nullptr) {
     return;
   }

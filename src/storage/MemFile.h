@@ -4,7 +4,7 @@
 #include <exception>
 #include <memory>
 
-#include "storage/FileObject.h"
+#include "storage/DiskFile.h"
 
 namespace rvf {
 
@@ -16,8 +16,10 @@ class eMemException final : public std::exception {
   }
 };
 
-/// A file in a growing block of memory, on which the sections of a record are put together.
-class eMemFile final : public FileObject {
+/// A file in a growing block of memory, on which the sections of a record are put together. Open is
+/// the inherited one, which a run does not call: a stream that it opens is what archives work on
+/// from then on, while the operations of the file itself stay with the block.
+class eMemFile final : public eDiskFile {
  public:
   /// An empty file that owns its block. `growBy` is the size of the first allocation; later ones
   /// double. 0: the block may not grow.
@@ -41,8 +43,6 @@ class eMemFile final : public FileObject {
   i32 SetPos(i64) override { return 0; }
   /// Grows the block if needed and pulls the position back to `size` if it is behind it.
   void SetLength(i32 size) override;
-  /// There is nothing to open.
-  [[nodiscard]] bool Open(const eString&, i32, bool) override { return false; }
   /// Returns `count`. Throws eMemException when the block cannot grow.
   i32 Write(const void* source, i32 count) override;
   /// The target may lie behind the end; a negative one gives -1 and moves nothing.

@@ -33,10 +33,8 @@ i64 ReadWindow::fileLength() {
 i64 ReadWindow::streamOffset() {
   if (streamOffset_ == kUnknown) {
     // The file object reports a stream that does not answer. Here the seek that follows does.
-    const bool isStream = file_.stream() != nullptr;
-    if (!isStream || file_.GetPos(streamOffset_) != 0) {
-      streamOffset_ = isStream ? kUnknown : file_.Tell();
-    }
+    std::FILE* stream = file_.stream();
+    streamOffset_ = stream == nullptr ? file_.Tell() : ftello(stream);
   }
   return streamOffset_;
 }
@@ -72,8 +70,8 @@ bool ReadWindow::moveFileToEnd(Failure telling) {
 
 // Past the Seek of the file object, which reports.
 bool ReadWindow::moveFile(i64 offset) {
-  if (file_.stream() != nullptr) {
-    return file_.SetPos(offset) == 0;
+  if (std::FILE* stream = file_.stream(); stream != nullptr) {
+    return fseeko(stream, offset, SEEK_SET) == 0;
   }
   const auto target = static_cast<i32>(offset);
   return file_.Seek(target, SeekOrigin::kStart) == target;

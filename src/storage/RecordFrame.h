@@ -53,6 +53,11 @@ class eRecordFrame {
   void WriteMeasuredSection(eArchive& archive, i32 number,
                             const std::function<void(eArchive&)>& content);
 
+  /// The second of these passes in two steps, which WriteMeasuredSection takes together: an archive
+  /// of `size` bytes for the content, which is stored with its length in front when it is complete.
+  [[nodiscard]] eArchive& BeginSubArchive(i32 size);
+  void EndSubArchive(eArchive& archive);
+
  private:
   [[nodiscard]] static i32 step(i32 tag) { return tag > 0 ? tag + 1 : tag - 1; }
 
@@ -61,8 +66,6 @@ class eRecordFrame {
   }
   /// Loads the section number and tells whether it is the one that comes next.
   [[nodiscard]] bool ReadSectionTag(eArchive& archive, i32 number);
-  eArchive& BeginSubArchive(i32 size);
-  void EndSubArchive(eArchive& archive);
 
   i32 baseTag_;
   i32 sectionCursor_ = 0;

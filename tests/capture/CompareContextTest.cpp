@@ -46,6 +46,29 @@ TEST(CompareContext, PagesAndTheirPlacedLists) {
   EXPECT_EQ(fetched(c, 2, static_cast<int>(capture.bytes.size())), "damaged" + none);
 }
 
+TEST(CompareContext, WhatIsWrongWithAPageIsKept) {
+  std::vector<PageFields> pages(13, page({}));
+  for (PageFields& field : pages) field.body->list.count = 0x7FFFFFFF;
+  pages[12].body->list.version = kNewestList + 1;
+  const Capture capture = writeCapture(captureOf(pages));
+  LoadedCapture file(capture.bytes);
+  HeldMessages messages;
+  for (int i = 0; i < 26; ++i) {
+    file.reader.currentPage = i / 2;  // the second time it is there already
+    file.reader.loadCurrentPage();
+    ASSERT_TRUE(file.context.pageFailure());
+    ASSERT_EQ(file.context.newerRecord() != nullptr, i / 2 == 12);
+  }
+  const DamageRecord& damage = file.reader.damage();
+  EXPECT_EQ(damage.count, 12);
+  ASSERT_EQ(damage.places.size(), 10U);
+  EXPECT_EQ(damage.places[9].page, 9);
+  EXPECT_EQ(damage.places[9].offset, capture.bodyOffsets[9] + 8 + 16);  // behind the count
+  EXPECT_EQ(messages.takeNumbers(), std::vector(12, 9042));
+  file.context.FetchPage(0, -1);
+  EXPECT_FALSE(file.context.pageFailure());
+}
+
 TEST(CompareContext, DamagedBodiesLeaveWhatWasReadBefore) {
   constexpr int kTail = 15 + 4, kRoomForAll = 8 + 16 + 45 * 5;  // the smallest part has 5 bytes
   for (const int v : {157, 131, 105}) {

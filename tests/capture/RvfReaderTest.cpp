@@ -1,31 +1,66 @@
 #include "capture/RvfReader.h"
 
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
 #include "compare/CompareFixture.h"
+#include "storage/DiskFile.h"
+#include "support/TempFolder.h"
 
 namespace rvf::test {
 namespace {
 
 using namespace std::string_literals;
 
+std::string pagesOf(const CustomerRecord& c) {
+  std::string text;
+  for (const PageRecord& p : c.pages) {
+    text += Shown::row(", page", p.name.text(), p.leadValue, p.filePosition, p.tailValue);
+  }
+  return text;
+}
+
+/// What is stored of a customer is read again, but for an id that is taken for swapped.
+void expectStored(const CustomerRecord& c) {
+  if ((c.id.c_str()[0] & 0xFF) == 0) return;
+  eMemFile file(16);
+  eArchive out(file, eArchive::Mode::kStore, 64);
+  c.store(out);
+  out.Close();
+  file.Seek(0, SeekOrigin::kStart);
+  eArchive in(file, eArchive::Mode::kLoad, 64);
+  IndexMemory memory;
+  PageNames names(memory);
+  CustomerRecord again(memory);
+  again.read(in, names);
+  EXPECT_TRUE(!in.failed() && in.BytesLeft() == 0 && again.id == c.id);
+  EXPECT_EQ(pagesOf(again), pagesOf(c));
+}
+
 /// All that a reader has loaded.
 std::string shown(const LoadedCapture& file) {
   const RvfReader& r = file.reader;
-  if (!r.valid()) return "  not valid\n";
+  const LoadResult& result = r.loadResult();
+  const std::string newer = result.newer ? Shown::row(",", eString(result.newer->label)) : "";
+  if (!r.valid())
+    return Shown::row("  not valid", static_cast<int>(result.state), result.offset) + newer + "\n";
   std::string text = Shown::row("  file", r.version, r.resolution, file.context.doubleByteText,
                                 r.pageCount, r.firstPagePosition) +
                      ", tables";
   for (const i32 type : {20, 21, 22, 23, 24, 100, 175, 176}) {
     i32 count = 0;
     while (file.context.FindStatic(type, count) != nullptr) count += 1;
+    EXPECT_EQ(file.context.staticObjectCount(type), count);
     text += Shown::row("", count);
   }
   text += Shown::row(", label", r.fileLabel, r.firstDate.value, r.firstDate.status,
                      r.secondDate.value, r.secondDate.status);
   for (const CustomerRecord& c : r.customers) {
     text += Shown::row("\n  customer", c.id, c.leadValue, c.pageCount);
-    for (const PageRecord& p : c.pages) {
-      text += Shown::row(", page", p.name, p.leadValue, p.filePosition, p.tailValue);
-    }
+    text += pagesOf(c);
+    expectStored(c);
   }
   return text + "\n";
 }
@@ -70,6 +105,7 @@ std::vector<std::pair<std::string, CaptureFields>> captures() {
     cases.push_back({Shown::row("customers", count), {.customerCount = count}});
     cases.push_back({Shown::row("pages", count), {.customers = {{.pageCount = count}}}});
   }
+  cases.push_back({"newer", {.statics21 = {{.version = kNewestStatic + 1}}}});
   const CustomerFields none{.pages = {}}, negative{.pages = {}, .pageCount = -5};
   cases.push_back({"no page", {.customers = {none, negative}}});
   cases.push_back({"one page", {.customers = {none, negative, {}}}});
@@ -88,10 +124,33 @@ TEST(RvfReader, LoadsWhatTheFilesHold) {
     for (std::size_t length = 0; length < bytes.size(); ++length) {
       const LoadedCapture shorter(bytes.substr(0, length), dbcsMode);
       ASSERT_FALSE(shorter.reader.valid()) << name << ' ' << length;
-      ASSERT_LE(shorter.reader.customers.capacity(), 4U);
+      ASSERT_LE(shorter.reader.customers.size(), 4U);
     }
   }
   expectFrozen("captures.txt", text);
+}
+
+TEST(PageNames, OfEveryLengthAndForm) {
+  IndexMemory memory;
+  PageNames names(memory);
+  for (const std::size_t length : {0U, 1U, 126U, 127U, 254U, 255U, 70000U}) {
+    for (const char16_t last : {u'a', u'\xFF', u'\x100'}) {
+      std::u16string text(length, u'b');
+      if (length > 0) text.back() = last;
+      for (const bool wide : {false, true}) {
+        if (!wide && last > 0xFF) continue;
+        for (const i32 bufferSize : {64, 1 << 18}) {
+          // Behind a byte that has filled the buffer.
+          LoadedBytes file("v" + ByteWriter(wide).string(text).bytes + "w", wide, bufferSize);
+          EXPECT_EQ(file.archive.ReadU8(), 'v');
+          const PageName name = names.read(file.archive, false);
+          EXPECT_TRUE(name.text() == eString(text) && name == names.keep(text)) << length;
+          EXPECT_EQ(name == names.keep(text + u"c"), false);
+          EXPECT_EQ(file.archive.ReadU8(), 'w') << length;
+        }
+      }
+    }
+  }
 }
 
 TEST(RvfReader, SmallestFileAndItsDamage) {
@@ -110,6 +169,52 @@ TEST(RvfReader, SmallestFileAndItsDamage) {
     EXPECT_FALSE(isValid(0, position)) << position;
   }
   EXPECT_FALSE(isValid(smallest.size() - 4, 0));  // the end mark
+}
+
+TEST(RvfReader, LargestFileAndBeyond) {
+  const TempFolder folder;
+  const std::string path = folder.path("sparse.rvf");
+  const std::string body = bytesOf(writePageBody, PageBody{.placed = {{.y = 77}}});
+  for (const bool trailer : {false, true}) {
+    constexpr i64 kTrailerSize = 8;
+    const auto at = kLongestFile - (trailer ? kTrailerSize : 0) - static_cast<i64>(body.size());
+    const CaptureFields fields{.magic = trailer ? kTrailerMagic : kWideMagic,
+                               .customers = {{.pages = {{.filePosition = static_cast<int>(at)}}}}};
+    const std::string index = writeCapture(fields).bytes;
+    std::ofstream out(path, std::ios::binary);
+    out << index;
+    out.seekp(at) << body << (trailer ? index.substr(index.size() - kTrailerSize) : "");
+    out.close();
+
+    HeldMessages messages;
+    eDiskFile file;
+    ASSERT_TRUE(file.Open(fromNative(path), open_flags::kRead, false));
+    CompareContext context, grown;
+    RvfReader reader(context, false), late(grown, false);
+    reader.load(file);
+    ASSERT_TRUE(reader.valid());
+    EXPECT_TRUE(context.hasBytesAt(static_cast<i32>(at), std::as_bytes(std::span(body))));
+    reader.loadCurrentPage();
+    EXPECT_EQ(context.staticPlacementY, std::vector{77});
+    EXPECT_EQ(context.bodyBytes().size(), body.size());
+    EXPECT_TRUE(messages.take().empty());
+    // Bytes that come later have no offsets.
+    std::filesystem::resize_file(path, kLongestFile + 100);
+    EXPECT_TRUE(!eDiskFile().Open(fromNative(path), open_flags::kRead, false));
+    context.FetchPage(0, kLongestFile - 3);
+    EXPECT_EQ(context.bodyBytes().size(), 0U);
+    file.contentChanged();
+    file.Seek(0, SeekOrigin::kStart);
+    late.load(file);
+    EXPECT_EQ(late.loadResult().state, LoadState::kTooLarge);
+    EXPECT_EQ(messages.takeNumbers(), std::vector{9042});
+    // A refused seek is reported once for a page, and not at all while looking ahead.
+    ::close(fileno(file.stream()));
+    EXPECT_FALSE(context.hasBytesAt(1 << 20, std::as_bytes(std::span(body))));
+    EXPECT_TRUE(messages.take().empty());
+    context.FetchPage(0, 1 << 20);
+    EXPECT_EQ(messages.takeNumbers(), (std::vector{1911, 9042}));
+  }
 }
 
 }  // namespace

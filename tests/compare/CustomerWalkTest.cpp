@@ -53,7 +53,7 @@ std::string walked(const CaptureFields& a, const CaptureFields& b, bool stop, bo
   for (const CustomerRecord& c : first.reader.customers) {
     text += Shown::row("   ", c.id, c.pageCount, c.diffBits);
     for (const PageRecord& p : c.pages) {
-      text += Shown::row(",", p.name, p.unpaired, p.diffBits, p.filePosition);
+      text += Shown::row(",", p.name.text(), p.unpaired, p.diffBits, p.filePosition);
     }
     text += "\n";
   }

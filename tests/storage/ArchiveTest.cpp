@@ -1,6 +1,7 @@
 #include "storage/Archive.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstring>
@@ -186,6 +187,29 @@ TEST(Archive, AnErrorOfTheFileIsNotItsEnd) {
   EXPECT_EQ(messages.take(), std::vector{"1822 64|/proc/self/mem|Input/output error"s});
 }
 
+TEST(Archive, OpensItsOwnFile) {
+  const test::TempFolder folder;
+  const eString path = fromNative(folder.path("f"));
+  HeldMessages messages;
+  {
+    eArchive out(path, eArchive::Mode::kStore, 16);
+    for (int i = 0; i < 10; ++i) out.WriteI32(i);
+    EXPECT_EQ(out.storeCount64(), 32);
+  }
+  eArchive in(path, eArchive::Mode::kLoad, 16);
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(in.ReadI32(), i);
+  EXPECT_EQ(in.loadPosition(), 40);
+  const int next = ::dup(STDERR_FILENO);
+  ::close(next);
+  eArchive lost(path, eArchive::Mode::kStore, 16);
+  ::close(next);
+  lost.Close();
+  eArchive none(u"none/f", eArchive::Mode::kLoad, 16);
+  EXPECT_TRUE(none.ReadI32() == 0 && none.failed() && none.Seek(0) == 0);
+  EXPECT_EQ(messages.take(), (std::vector{"1814 " + toNative(path.view()) + "|Bad file descriptor",
+                                          "1810 none/f|No such file or directory"s}));
+}
+
 std::string readAll(FileObject& file, i32 count) {
   std::string bytes(static_cast<std::size_t>(count), '\0');
   bytes.resize(static_cast<std::size_t>(file.Read(bytes.data(), count)));
@@ -219,6 +243,13 @@ TEST(FileObject, ReadsSeeksAndRefuses) {
   EXPECT_EQ(messages.take(), (std::vector{"1911 " + path, "1823 2|" + path + "|Bad file descriptor",
                                           "1847 " + path}));
   EXPECT_THROW(memory.Write("x", 1), eMemException);
+  // The inherited operation gives archives a stream and leaves the block alone.
+  ASSERT_TRUE(memory.Open(fromNative(path), open_flags::kRead, false));
+  block[0] = 'm';
+  memory.Seek(0, SeekOrigin::kStart);
+  EXPECT_EQ(readAll(memory, 2), "m1");
+  EXPECT_EQ(eArchive(memory, eArchive::Mode::kLoad, 64).ReadU8(), '0');
+  EXPECT_TRUE(memory.openMode() == u'r' && !memory.isDirty());
 }
 
 }  // namespace

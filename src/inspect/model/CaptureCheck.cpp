@@ -66,7 +66,7 @@ class CaptureCheck {
               std::to_string(customer.pageCount)});
       }
       for (i32 p = 0; p < static_cast<i32>(customer.pages.size()); ++p) {
-        if (hasControls(file_.page(c, p).name.view())) {
+        if (hasControls(file_.page(c, p).name.text().view())) {
           tell({Severity::kWarning, "control character", -1, c, p, "a printable page name",
                 "a control character in it"});
         }

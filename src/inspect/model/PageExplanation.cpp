@@ -125,7 +125,7 @@ PageDigests digestsOf(const CompareContext& page) {
 }
 
 std::vector<Field> indexFieldsOf(const PageRecord& record) {
-  return {{"name", std::u16string(record.name.view())},
+  return {{"name", std::u16string(record.name.text().view())},
           {"leadValue", i64{record.leadValue}},
           {"tailValue", i64{record.tailValue}}};
 }
@@ -146,7 +146,7 @@ void explainPages(const CompareContext& first, const PageDigests& firstDigests,
 }
 
 void explainIndex(const PageRecord& first, const PageRecord& second, std::vector<Change>& changes) {
-  const bool sameName = first.name.view() == second.name.view();
+  const bool sameName = first.name == second.name;
   explainFields(changedFields(indexFieldsOf(first), indexFieldsOf(second)), "PAGE", "",
                 sameName ? ignored_by::kField : ignored_by::kPageName, changes);
 }

@@ -164,7 +164,7 @@ class PagePairing {
     return true;
   }
 
-  static const eString& name(const CustomerPages& side, i32 p) {
+  static PageName name(const CustomerPages& side, i32 p) {
     return side.pages[static_cast<std::size_t>(p)].name;
   }
 

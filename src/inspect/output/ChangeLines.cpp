@@ -191,7 +191,7 @@ std::vector<std::string> linesOf(const Summary& summary) {
 
 std::string titleOf(const PageResult& page) {
   const auto name = [](const PageRecord* record) {
-    return record == nullptr ? std::string() : " \"" + shownText(record->name.view()) + "\"";
+    return record == nullptr ? std::string() : " \"" + shownText(record->name.text().view()) + "\"";
   };
   const i32 first = page.address.first;
   const i32 second = page.address.second;

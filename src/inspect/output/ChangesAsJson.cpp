@@ -129,10 +129,10 @@ class JsonChangesWriter final : public InspectionListener {
     addIndex(json_, "first", page.address.first);
     addIndex(json_, "second", page.address.second);
     if (page.firstRecord != nullptr) {
-      json_.field("firstName", page.firstRecord->name.view());
+      json_.field("firstName", page.firstRecord->name.text().view());
     }
     if (page.secondRecord != nullptr) {
-      json_.field("secondName", page.secondRecord->name.view());
+      json_.field("secondName", page.secondRecord->name.text().view());
     }
     if (page.firstRecord != nullptr && page.secondRecord != nullptr) {
       addChanges(json_, page.changes);

@@ -97,7 +97,7 @@ class JsonDumpWriter final : public DumpWriter {
     customer_ = customer;
     page_ = index;
     openRecord(json_, "pageEntry").field("customer", customer).field("page", index);
-    json_.field("name", page.name.view()).field("leadValue", page.leadValue);
+    json_.field("name", page.name.text().view()).field("leadValue", page.leadValue);
     json_.field("filePosition", page.filePosition).field("tailValue", page.tailValue);
     finishRecord();
   }

@@ -99,10 +99,10 @@ class TextDumpWriter final : public DumpWriter {
   }
 
   void page(i32, i32 index, const PageRecord& page) override {
-    output_.line("  Page " + std::to_string(i64{index} + 1) + " \"" + shownText(page.name.view()) +
-                 "\" leadValue " + std::to_string(page.leadValue) + " filePosition " +
-                 std::to_string(page.filePosition) + " tailValue " +
-                 std::to_string(page.tailValue));
+    output_.line(
+        "  Page " + std::to_string(i64{index} + 1) + " \"" + shownText(page.name.text().view()) +
+        "\" leadValue " + std::to_string(page.leadValue) + " filePosition " +
+        std::to_string(page.filePosition) + " tailValue " + std::to_string(page.tailValue));
   }
 
   void body(const CompareContext& page, i64 end) override {

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <memory_resource>
+#include <span>
+#include <string_view>
+
+#include "base/Integers.h"
+#include "storage/Archive.h"
+#include "text/eString.h"
+
+namespace rvf {
+
+/// What an index is kept in, which may be of millions of pages: handed out piece by piece from ever
+/// larger blocks, and freed all at once.
+using IndexMemory = std::pmr::monotonic_buffer_resource;
+
+/// The name of a page, one pointer wide: a text in the IndexMemory of its file, and valid as long
+/// as that holds it.
+class PageName {
+ public:
+  /// The empty name.
+  PageName() = default;
+
+  [[nodiscard]] eString text() const;
+
+  friend bool operator==(const PageName& a, const PageName& b);
+
+ private:
+  friend class PageNames;
+  explicit PageName(const std::byte* stored) : stored_(stored) {}
+
+  const std::byte* stored_ = nullptr;  // null: empty
+};
+
+/// Makes the names of the pages of one file: packed one behind the other, with one byte a character
+/// where that is enough.
+class PageNames {
+ public:
+  /// `memory` must outlive this and the names.
+  explicit PageNames(IndexMemory& memory) : memory_(memory) {}
+  PageNames(const PageNames&) = delete;
+  PageNames& operator=(const PageNames&) = delete;
+
+  /// Keeps a copy of `text` up to its first zero character.
+  PageName keep(std::u16string_view text);
+  /// Reads a name from a loading archive. `swapBytes`: its characters have the other byte order.
+  PageName read(eArchive& archive, bool swapBytes);
+
+ private:
+  [[nodiscard]] PageName keepNarrow(std::span<const std::byte> characters);
+  [[nodiscard]] PageName keepWide(std::span<const std::byte> characters);
+
+  IndexMemory& memory_;
+  eString scratch_;  // of a name that is not read at once
+};
+
+/// Exchanges the two bytes of every character.
+void swapCharacterBytes(eString& text);
+
+}  // namespace rvf
