@@ -24,10 +24,9 @@ class Inputs {
   void add(const std::string& bytes) {
     if (!written_.insert(bytes).second) return;
     const auto path = folder_ / std::to_string(written_.size());
-    std::ofstream file(path, std::ios::binary);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (!file) throw std::runtime_error("cannot write " + path.string());
+    if (!(std::ofstream(path, std::ios::binary) << bytes).flush()) {
+      throw std::runtime_error("cannot write " + path.string());
+    }
   }
 
  private:

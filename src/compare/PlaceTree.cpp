@@ -46,13 +46,15 @@ void PlaceTree::splitNode(std::size_t node, const Split& split) {
   const std::size_t v = split.value;
   const auto items =
       std::span(items_).subspan(nodes_[node].begin, nodes_[node].end - nodes_[node].begin);
-  const auto right = std::ranges::partition(
-      items, [&](const Item& item) { return item.values[v] <= split.highestLeft; });
-  const auto leftSize = items.size() - right.size();
+  const auto middleItem = std::partition(items.begin(), items.end(), [&](const Item& item) {
+    return item.values[v] <= split.highestLeft;
+  });
+  const auto leftSize = static_cast<std::size_t>(middleItem - items.begin());
   const auto valueOf = [v](const Item& item) { return item.values[v]; };
   nodes_[node].value = v;
   nodes_[node].leftHighest = valueOf(*std::ranges::max_element(items.first(leftSize), {}, valueOf));
-  nodes_[node].rightLowest = valueOf(*std::ranges::min_element(right, {}, valueOf));
+  nodes_[node].rightLowest =
+      valueOf(*std::ranges::min_element(items.subspan(leftSize), {}, valueOf));
   const std::size_t middle = nodes_[node].begin + leftSize;
   const std::size_t leftNode = build(nodes_[node].begin, middle);
   const std::size_t rightNode = build(middle, nodes_[node].end);

@@ -57,8 +57,7 @@ GroupKey ChangeGroups::keyOf(const Change& change, i32 page) {
       key.fields.push_back(withoutIndexes(field.name));
     }
     std::ranges::sort(key.fields);
-    const auto repeated = std::ranges::unique(key.fields);
-    key.fields.erase(repeated.begin(), repeated.end());
+    key.fields.erase(std::unique(key.fields.begin(), key.fields.end()), key.fields.end());
   }
   if (change.kind == ChangeKind::kMoved) {
     key.distance = change.distance;
