@@ -50,8 +50,8 @@ void checkInput(FuzzInput input) {
   (flags & 128) != 0 ? output.printHeldMessages()
                      : static_cast<void>(messageReporter.FlushMessages());
   for (const MessageRecord& record : catalogue.records()) {
-    const MessageRecord* found = catalogue.findRecord(record.number);
-    require(found == nullptr || found->number == record.number, "every record is found");
+    const i32 found = catalogue.FindMessage(record.number);
+    require(found < 0 || catalogue.records().begin()[found].number == record.number, "its record");
   }
   close(file);
 }

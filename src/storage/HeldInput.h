@@ -52,8 +52,10 @@ class HeldInput {
       giveUp();
       return false;
     }
-    std::memcpy(destination, next_, static_cast<std::size_t>(count));
-    next_ += count;
+    if (count > 0) {  // without, the destination can be null
+      std::memcpy(destination, next_, static_cast<std::size_t>(count));
+      next_ += count;
+    }
     return true;
   }
 
