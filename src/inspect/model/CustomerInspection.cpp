@@ -44,7 +44,7 @@ class CustomerInspection {
     CustomerPages secondPages = pagesOf(second_, b_, pair_.second);
     for (const PagePair& pages : pairPages(firstPages, secondPages, p)) {
       if (isSelected(pages.first, pages.second)) {
-        inspect(pages);
+        inspect(pages, firstPages, secondPages);
       }
     }
   }
@@ -104,7 +104,7 @@ class CustomerInspection {
             [this, &side, index](i32 p) -> const CompareContext& { return load(side, index, p); }};
   }
 
-  void inspect(const PagePair& pages) {
+  void inspect(const PagePair& pages, CustomerPages& firstPages, CustomerPages& secondPages) {
     if (pages.first != kNone && pages.first < common_) {
       judge(pages.first);
     }
@@ -117,7 +117,7 @@ class CustomerInspection {
       change.second = pages.second;
       changes.push_back(std::move(change));
     } else if (!pages.hasSameBytes) {
-      explain(pages, changes);
+      explain(pages, firstPages, secondPages, changes);
     }
     report(pages.first, pages.second, std::move(changes));
   }
@@ -146,10 +146,18 @@ class CustomerInspection {
     }
   }
 
-  void explain(const PagePair& pages, std::vector<Change>& changes) {
+  // Those that the pairing had to find out, if it did; each page is explained once.
+  static PageDigests digestsFor(CustomerPages& side, i32 p, const CompareContext& page) {
+    auto known = side.digests.extract(p);
+    return known.empty() ? digestsOf(page) : std::move(known.mapped());
+  }
+
+  void explain(const PagePair& pages, CustomerPages& firstPages, CustomerPages& secondPages,
+               std::vector<Change>& changes) {
     const CompareContext& a = load(first_, pair_.first, pages.first);
     const CompareContext& b = load(second_, pair_.second, pages.second);
-    explainPages(a, digestsOf(a), b, digestsOf(b), sink_.childLists, changes);
+    explainPages(a, digestsFor(firstPages, pages.first, a), b,
+                 digestsFor(secondPages, pages.second, b), sink_.childLists, changes);
     const i32 positionA = page(a_, pages.first).filePosition;
     const i32 positionB = page(b_, pages.second).filePosition;
     const bool bothHaveBodies = positionA >= 0 && positionB >= 0;

@@ -19,6 +19,22 @@ class Digest {
   }
   void addBytes(std::span<const std::byte> bytes) {
     add(bytes.size());
+    // Four chains at a time, since each step waits for the one before.
+    constexpr std::size_t kLanes = 4;
+    if (bytes.size() >= 2 * kLanes * sizeof(u64)) {
+      u64 lanes[kLanes] = {state_, ~state_, state_ * kFactor, ~(state_ * kFactor)};
+      while (bytes.size() >= sizeof lanes) {
+        u64 words[kLanes];
+        std::memcpy(words, bytes.data(), sizeof words);
+        for (std::size_t lane = 0; lane < kLanes; ++lane) {
+          lanes[lane] = std::rotl((lanes[lane] ^ words[lane]) * kFactor, 31);
+        }
+        bytes = bytes.subspan(sizeof words);
+      }
+      for (const u64 lane : lanes) {
+        add(lane);
+      }
+    }
     while (bytes.size() >= sizeof(u64)) {
       u64 word = 0;
       std::memcpy(&word, bytes.data(), sizeof word);

@@ -21,8 +21,12 @@ FileBytes::FileBytes(CaptureFile& file) : file_(file), buffer_(kChunk) {
 }
 
 ByteDigest FileBytes::bodyAt(i32 position) {
+  return stretch(position, position + bodyLengthAt(position));
+}
+
+i64 FileBytes::bodyLengthAt(i32 position) const {
   const auto next = std::ranges::upper_bound(boundaries_, position);
-  return next == boundaries_.end() ? ByteDigest() : stretch(position, *next);
+  return next == boundaries_.end() ? 0 : i64{*next} - position;
 }
 
 ByteDigest FileBytes::stretch(i64 begin, i64 end) {

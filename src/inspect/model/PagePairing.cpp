@@ -1,11 +1,10 @@
 #include "inspect/model/PagePairing.h"
 
 #include <algorithm>
+#include <set>
 #include <tuple>
 
 #include "inspect/model/Digest.h"
-#include "inspect/model/PageExplanation.h"
-#include "inspect/model/PartDigest.h"
 #include "inspect/model/SequencePairing.h"
 
 namespace rvf::inspect {
@@ -18,11 +17,11 @@ struct PageSketch {
   std::vector<u64> places;
 };
 
-PageSketch sketchOf(const CompareContext& page) {
+PageSketch sketchOf(const CompareContext& page, const PageDigests& digests) {
   PageSketch sketch;
-  const auto add = [&sketch](const DrawList& list) {
+  const auto add = [&sketch](const DrawList& list, const std::vector<u64>& parts) {
+    sketch.parts.insert(sketch.parts.end(), parts.begin(), parts.end());
     for (const DrawPart& part : list.parts()) {
-      sketch.parts.push_back(digestOf(part));
       Digest place;
       place.add(partIndex(part.type));
       const Place at = placeOf(part).value_or(Place());
@@ -31,9 +30,9 @@ PageSketch sketchOf(const CompareContext& page) {
       sketch.places.push_back(place.value());
     }
   };
-  add(page.pageList);
+  add(page.pageList, digests.pageList);
   for (i32 i = 0; i < page.staticCount; ++i) {
-    add(page.staticList(i));
+    add(page.staticList(i), digests.placedLists[static_cast<std::size_t>(i)]);
   }
   std::ranges::sort(sketch.parts);
   std::ranges::sort(sketch.places);
@@ -66,13 +65,27 @@ i64 similarityOf(const PageSketch& a, const PageSketch& b) {
   return (commonCount(a.parts, b.parts) + commonCount(a.places, b.places)) * kAll / (2 * larger);
 }
 
+/// Whether nine of ten parts are the same in front of what differs and behind it.
+bool areNearlyEqual(const std::vector<u64>& a, const std::vector<u64>& b) {
+  const std::size_t shorter = std::min(a.size(), b.size());
+  std::size_t front = 0, end = 0;
+  while (front < shorter && a[front] == b[front]) {
+    front += 1;
+  }
+  while (front + end < shorter && a[a.size() - 1 - end] == b[b.size() - 1 - end]) {
+    end += 1;
+  }
+  return shorter > 0 && 10 * (front + end) >= 9 * std::max(a.size(), b.size());
+}
+
 class PagePairing {
  public:
   PagePairing(CustomerPages& first, CustomerPages& second, i32 start)
       : first_(first), second_(second), start_(start) {}
 
   std::vector<PagePair> run() {
-    std::vector<IndexPair> equal = pairInSequence(digests(first_), digests(second_));
+    std::vector<IndexPair> equal =
+        pairInSequence(digests(first_, second_), digests(second_, first_));
     for (auto& [i, j] : equal) {
       i += start_;
       j += start_;
@@ -93,17 +106,61 @@ class PagePairing {
  private:
   static i32 size(const CustomerPages& side) { return static_cast<i32>(side.pages.size()); }
 
-  [[nodiscard]] std::vector<u64> digests(CustomerPages& side) const {
+  // Pages without a body are all alike. One whose length no page of the other side has is like
+  // none, which its bytes need not be read for.
+  [[nodiscard]] std::vector<u64> digests(CustomerPages& side, const CustomerPages& other) const {
+    const std::vector<i64> wanted = bodyLengths(other);
+    const std::vector<i64> lengths = bodyLengths(side);
+    const std::set<i64> known(wanted.begin(), wanted.end());
     std::vector<u64> result;
-    for (i32 p = start_; p < size(side); ++p) {
-      const i32 position = side.pages[static_cast<std::size_t>(p)].filePosition;
-      // Pages without a body are all alike.
-      result.push_back(position < 0 ? 0 : digestOf(FieldValue(side.bytes.bodyAt(position))));
+    for (std::size_t i = 0; i < lengths.size(); ++i) {
+      const i32 position = side.pages[static_cast<std::size_t>(start_) + i].filePosition;
+      if (lengths[i] < 0) {
+        result.push_back(0);
+      } else if (known.contains(lengths[i])) {
+        result.push_back(digestOf(FieldValue(side.bytes.bodyAt(position))));
+      } else {
+        result.push_back(digestOf(FieldValue(lengths[i])));
+      }
     }
     return result;
   }
 
+  // -1 for a page without a body.
+  [[nodiscard]] std::vector<i64> bodyLengths(const CustomerPages& side) const {
+    std::vector<i64> lengths;
+    for (i32 p = start_; p < size(side); ++p) {
+      const i32 position = side.pages[static_cast<std::size_t>(p)].filePosition;
+      lengths.push_back(position < 0 ? -1 : side.bytes.bodyLengthAt(position));
+    }
+    return lengths;
+  }
+
+  // Nearly always, pages with one number are the same page, unless one was inserted in front.
   void pairGap(i32 beginI, i32 endI, i32 beginJ, i32 endJ) {
+    const bool hasSameNumbers = beginI == beginJ && endI == endJ;
+    for (i32 p = beginI; hasSameNumbers && p < endI; ++p) {
+      if (sketchedParts_ <= kMostParts &&
+          areNearlyEqual(digestsOfPage(first_, p).pageList, digestsOfPage(second_, p).pageList)) {
+        pairStretch(beginI, p, beginJ, p);
+        pairs_.push_back({p, p, false});
+        beginI = beginJ = p + 1;
+      }
+    }
+    pairStretch(beginI, endI, beginJ, endJ);
+  }
+
+  const PageDigests& digestsOfPage(CustomerPages& side, i32 p) {
+    const auto known = side.digests.find(p);
+    if (known != side.digests.end()) {
+      return known->second;
+    }
+    const PageDigests& digests = side.digests.emplace(p, digestsOf(side.load(p))).first->second;
+    sketchedParts_ += static_cast<i64>(digests.pageList.size());
+    return digests;
+  }
+
+  void pairStretch(i32 beginI, i32 endI, i32 beginJ, i32 endJ) {
     std::vector<PagePair> pairs;
     if (beginI < endI && beginJ < endJ && !pairSimilar(beginI, endI, beginJ, endJ, pairs)) {
       for (i32 i = beginI, j = beginJ; i < endI && j < endJ; ++i, ++j) {
@@ -170,11 +227,11 @@ class PagePairing {
 
   bool sketch(CustomerPages& side, i32 begin, i32 end, std::vector<PageSketch>& sketches) {
     for (i32 p = begin; p < end; ++p) {
-      sketches.push_back(sketchOf(side.load(p)));
-      sketchedParts_ += static_cast<i64>(sketches.back().parts.size());
+      const PageDigests& digests = digestsOfPage(side, p);
       if (sketchedParts_ > kMostParts) {
         return false;
       }
+      sketches.push_back(sketchOf(side.load(p), digests));
     }
     return true;
   }

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string_view>
 #include <vector>
 
 #include "base/Integers.h"
 #include "inspect/model/Change.h"
 #include "inspect/model/FileBytes.h"
+#include "inspect/model/PageExplanation.h"
 
 namespace rvf::inspect {
 
@@ -22,6 +24,7 @@ struct CustomerPages {
   FileBytes& bytes;
   std::span<const PageRecord> pages;
   std::function<const CompareContext&(i32 page)> load;
+  std::map<i32, PageDigests> digests{};  // of the pages that had to be looked into
 };
 
 /// So many parts of pages that have no equal one are compared to find the most similar pages of two
@@ -29,9 +32,9 @@ struct CustomerPages {
 constexpr i64 kMostParts = 1000000;
 
 /// Pairs pages from index `start` of both sides on by their content: those of equal bytes in
-/// sequence, between them the most similar that share at least half of their parts. A part at the
-/// same place that was changed counts half. Pages of one name at one number that are left pair too,
-/// however different. In the order of the pages.
+/// sequence; between them those of one number that are nearly equal, and the most similar that
+/// share at least half of their parts. A part at the same place that was changed counts half. Pages
+/// of one name at one number that are left pair too, however different. In the order of the pages.
 [[nodiscard]] std::vector<PagePair> pairPages(CustomerPages& first, CustomerPages& second,
                                               i32 start);
 

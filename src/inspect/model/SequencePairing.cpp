@@ -23,7 +23,6 @@ class SequencePairing {
 
   std::vector<IndexPair> run() {
     pair({0, static_cast<i32>(first_.size()), 0, static_cast<i32>(second_.size())}, 0);
-    std::ranges::sort(pairs_);
     return std::move(pairs_);
   }
 
@@ -35,11 +34,18 @@ class SequencePairing {
   [[nodiscard]] u64 first(i32 i) const { return first_[static_cast<std::size_t>(i)]; }
   [[nodiscard]] u64 second(i32 j) const { return second_[static_cast<std::size_t>(j)]; }
 
+  // Appends the pairs of a stretch in rising order.
   void pair(Stretch s, int level) {
-    trim(s);
-    if (s.isEmpty() || pairByEdits(s) || level == kMostLevels) {
-      return;
+    const i32 sameAtEnd = trim(s);
+    if (!s.isEmpty() && !pairByEdits(s) && level < kMostLevels) {
+      pairBetweenAnchors(s, level);
     }
+    for (i32 i = 0; i < sameAtEnd; ++i) {
+      pairs_.emplace_back(s.firstEnd + i, s.secondEnd + i);
+    }
+  }
+
+  void pairBetweenAnchors(const Stretch& s, int level) {
     const std::vector<IndexPair> anchors = risingPairs(uniquePairs(s));
     if (anchors.empty()) {
       return;
@@ -58,13 +64,19 @@ class SequencePairing {
     pair(gap, level + 1);
   }
 
-  void trim(Stretch& s) {
+  // Pairs what is the same at the front, and leaves out what is the same at the end, which it
+  // counts.
+  i32 trim(Stretch& s) {
     while (!s.isEmpty() && first(s.firstBegin) == second(s.secondBegin)) {
       pairs_.emplace_back(s.firstBegin++, s.secondBegin++);
     }
+    i32 sameAtEnd = 0;
     while (!s.isEmpty() && first(s.firstEnd - 1) == second(s.secondEnd - 1)) {
-      pairs_.emplace_back(--s.firstEnd, --s.secondEnd);
+      s.firstEnd -= 1;
+      s.secondEnd -= 1;
+      sameAtEnd += 1;
     }
+    return sameAtEnd;
   }
 
   // The shortest list of edits, found by the furthest point that each number of edits reaches on
@@ -113,6 +125,7 @@ class SequencePairing {
   }
 
   void trace(const Stretch& s, const std::vector<std::vector<i32>>& reached, i32 diagonal) {
+    const std::size_t before = pairs_.size();
     for (auto edits = static_cast<i32>(reached.size()) - 1; edits >= 0; --edits) {
       const i32 start = furthestStart(reached, edits, diagonal);
       for (i32 x = at(reached, edits, diagonal); x > start; --x) {
@@ -123,6 +136,7 @@ class SequencePairing {
         diagonal += comesFromAbove(reached, edits, diagonal) ? 1 : -1;
       }
     }
+    std::reverse(pairs_.begin() + static_cast<std::ptrdiff_t>(before), pairs_.end());
   }
 
   [[nodiscard]] std::vector<IndexPair> uniquePairs(const Stretch& s) const {
