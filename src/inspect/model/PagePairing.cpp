@@ -65,7 +65,7 @@ i64 similarityOf(const PageSketch& a, const PageSketch& b) {
   return (commonCount(a.parts, b.parts) + commonCount(a.places, b.places)) * kAll / (2 * larger);
 }
 
-/// Whether nine of ten parts are the same in front of what differs and behind it.
+/// Whether three of four parts are the same in front of what differs and behind it.
 bool areNearlyEqual(const std::vector<u64>& a, const std::vector<u64>& b) {
   const std::size_t shorter = std::min(a.size(), b.size());
   std::size_t front = 0, end = 0;
@@ -75,7 +75,7 @@ bool areNearlyEqual(const std::vector<u64>& a, const std::vector<u64>& b) {
   while (front + end < shorter && a[a.size() - 1 - end] == b[b.size() - 1 - end]) {
     end += 1;
   }
-  return shorter > 0 && 10 * (front + end) >= 9 * std::max(a.size(), b.size());
+  return shorter > 0 && 4 * (front + end) >= 3 * std::max(a.size(), b.size());
 }
 
 class PagePairing {

@@ -1,10 +1,18 @@
 #include "inspect/output/JsonLine.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "inspect/output/ShownText.h"
 
 namespace rvf::inspect {
+
+namespace {
+
+/// A character that stands for itself; most texts consist of them.
+bool isPlain(u32 c) { return c >= 0x20 && c < 0x7F && c != '"' && c != '\\'; }
+
+}  // namespace
 
 JsonLine& JsonLine::name(std::string_view fieldName) {
   value(fieldName);
@@ -15,12 +23,15 @@ JsonLine& JsonLine::name(std::string_view fieldName) {
 JsonLine& JsonLine::value(std::string_view text) {
   separate();
   text_ += '"';
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7F || c == '"' || c == '\\') {
-      appendEscaped(byte);
-    } else {
-      text_ += c;
+  while (!text.empty()) {
+    const auto end = std::ranges::find_if_not(text, [](char c) {
+      return isPlain(static_cast<unsigned char>(c)) || static_cast<unsigned char>(c) >= 0x80;
+    });
+    text_.append(text.begin(), end);
+    text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
+    if (!text.empty()) {
+      appendEscaped(static_cast<unsigned char>(text.front()));
+      text.remove_prefix(1);
     }
   }
   text_ += '"';
@@ -36,6 +47,12 @@ JsonLine& JsonLine::value(std::u16string_view text) {
   separate();
   text_ += '"';
   while (!text.empty()) {
+    const auto end = std::ranges::find_if_not(text, isPlain);
+    text_.append(text.begin(), end);
+    text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
+    if (text.empty()) {
+      break;
+    }
     const u32 c = takeCodePoint(text);
     if (isUnsafe(c) || c == '"' || c == '\\') {
       appendEscaped(c);

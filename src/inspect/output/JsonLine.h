@@ -1,5 +1,6 @@
 #pragma once
 
+#include <charconv>
 #include <concepts>
 #include <string>
 #include <string_view>
@@ -19,7 +20,10 @@ class JsonLine {
   /// The name of the next value of an object.
   JsonLine& name(std::string_view fieldName);
 
-  JsonLine& value(std::integral auto number) { return plain(std::to_string(number)); }
+  JsonLine& value(std::integral auto number) {
+    char digits[24];
+    return plain({digits, std::to_chars(digits, digits + sizeof digits, number).ptr});
+  }
   JsonLine& value(bool truth) { return plain(truth ? "true" : "false"); }
   /// Valid UTF-8, of this program.
   JsonLine& value(std::string_view text);

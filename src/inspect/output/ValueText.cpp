@@ -90,9 +90,12 @@ class MarkedText {
 }  // namespace
 
 std::string colourDigits(u32 packed) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%02x%02x%02x%02x", packed & 0xFF, packed >> 8 & 0xFF,
-                packed >> 16 & 0xFF, packed >> 24);
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string text;
+  for (int byte = 0; byte < 4; ++byte) {
+    text += kDigits[packed >> (8 * byte + 4) & 15];
+    text += kDigits[packed >> (8 * byte) & 15];
+  }
   return text;
 }
 
