@@ -41,8 +41,8 @@ void walk(benchmark::State& state, bool isChanged) {
     Loaded a(first);
     Loaded b(second);
     eMemFile differences(1 << 16);
-    const DiffFlags status =
-        walkCustomers(a.reader, b.reader, false, {}, {differences, u"first", u"second"});
+    const DiffFlags status = walkCustomers(a.reader, b.reader, CountMismatch::kLimitsWalk, {},
+                                           {differences, u"first", u"second"});
     if ((status != 0) != isChanged) state.SkipWithError("another result");
   }
   state.SetItemsProcessed(state.iterations() * kPages);

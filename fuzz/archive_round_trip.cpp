@@ -20,7 +20,7 @@ void checkInput(FuzzInput input) {
   const auto load = [&](eArchive& archive) {
     require(archive.Seek(0) == 0, "a memory file has a start");
     ArchiveScript(input).play(archive);
-    require(!archive.failed() && archive.GetPosition() == end && archive.BytesLeft() == 0,
+    require(!archive.failed() && archive.GetPosition() == end && archive.bytesLeft() == 0,
             "everything is loaded");
   };
   eArchive in(file, eArchive::Mode::kLoad, loadBuffer);

@@ -86,13 +86,13 @@ class ArchiveScript {
     if (archive.isLoading()) {
       frame.EndRecord(archive);
     } else if (hasMark) {
-      frame.WriteEndMark(archive);
+      frame.writeEndMark(archive);
     }
   }
 
   void storeSection(eArchive& archive, eRecordFrame& frame, i32 tag, int depth) {
     ArchiveScript after(*this);
-    frame.WriteMeasuredSection(archive, tag, [&](eArchive& part) {
+    frame.writeMeasuredSection(archive, tag, [&](eArchive& part) {
       after = *this;
       after.play(part, depth + 1);
     });
@@ -106,7 +106,7 @@ class ArchiveScript {
     measure.play(counting, depth + 1);
     if (isKnown) {
       const bool isThere = frame.ReadSection(archive, tag) == SectionResult::kPresent;
-      require(isThere == (counting.CountedBytes() > 0), "a section is found");
+      require(isThere == (counting.countedBytes() > 0), "a section is found");
       play(archive, depth + 1);
     } else {
       *this = measure;

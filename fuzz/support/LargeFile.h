@@ -23,7 +23,7 @@ class LargeFile final : public FileObject {
   i32 GetPos(i64&) override { return -1; }
   i32 SetPos(i64) override { return -1; }
   void SetLength(i32) override {}
-  [[nodiscard]] bool Open(const eString&, i32, bool) override { return false; }
+  [[nodiscard]] bool Open(const eString&, i32, FileContent) override { return false; }
   i32 Write(const void*, i32) override { return 0; }
   i32 Seek(i32 offset, SeekOrigin origin) override {
     positionChanged();

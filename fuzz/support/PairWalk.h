@@ -29,8 +29,9 @@ struct PairWalk {
                i64{first.reader.pageCount} + second.reader.pageCount <= kMostPages;
     eMemFile file(64);
     if (isWalked) {
-      status = walkCustomers(first.reader, second.reader, pair.flag(2), pair.tolerances,
-                             {file, u"a", u"b", nullptr, usesShortCut});
+      status = walkCustomers(first.reader, second.reader,
+                             pair.flag(2) ? CountMismatch::kEndsWalk : CountMismatch::kLimitsWalk,
+                             pair.tolerances, {file, u"a", u"b", nullptr, usesShortCut});
     }
     messageCount += messageReporter.callCount();
     const auto length = static_cast<std::size_t>(file.GetLength());

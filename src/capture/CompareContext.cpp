@@ -44,7 +44,7 @@ void CompareContext::FetchPage(i32 customerIndex, i32 position) {
   if (archive.failed()) {
     pageFailure_ = PageFailure{archive.failureOffset(), archive.newerRecord()};
     // Two files that are damaged alike must not be called identical, whatever was left of the page.
-    archive.MarkDamaged();
+    archive.markDamaged();
   }
 }
 
@@ -94,7 +94,7 @@ void CompareContext::readBody(eArchive& archive) {
 }
 
 void CompareContext::readPlacedLists(eArchive& archive) {
-  const i32 count = archive.CheckedCount(archive.ReadI32(), kSmallestPlacedList);
+  const i32 count = archive.checkedCount(archive.ReadI32(), kSmallestPlacedList);
   for (i32 i = 0; i < count; ++i) {
     DrawList& list = placedListAt(i);
     resetList(list);
@@ -133,7 +133,7 @@ void CompareContext::ReadStaticTables(eArchive& archive, i32 fileVersion) {
     if (table == &type175Statics_ && fileVersion < kFirstVersionWithFourTables) {
       return;
     }
-    const i32 count = archive.CheckedCount(archive.ReadI32(), kSmallestStatic);
+    const i32 count = archive.checkedCount(archive.ReadI32(), kSmallestStatic);
     for (i32 i = 0; i < count && !archive.failed(); ++i) {
       table->push_back(std::make_unique<DrawStatic>());
       readDrawStatic(*table->back(), archive);

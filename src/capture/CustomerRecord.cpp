@@ -25,7 +25,7 @@ void CustomerRecord::read(eArchive& archive, PageNames& names) {
     id.ReleaseBuffer(-1);
   }
   pageCount = archive.ReadI32();
-  const i32 count = archive.CheckedCount(pageCount, kSmallestPageRecord);
+  const i32 count = archive.checkedCount(pageCount, kSmallestPageRecord);
   pages.reserve(static_cast<std::size_t>(count));
   for (i32 i = 0; i < count && !archive.failed(); ++i) {
     pages.emplace_back().read(archive, swapBytes, names);

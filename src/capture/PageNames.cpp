@@ -70,7 +70,7 @@ eString PageName::text() const {
     return text;
   }
   const StoredName name(stored_);
-  char16_t* out = text.GetBufferSetLength(static_cast<i32>(name.length));
+  char16_t* out = text.getBufferSetLength(static_cast<i32>(name.length));
   if (name.isWide) {
     std::memcpy(out, name.characters, name.length * kWideCharacter);
   } else {

@@ -127,7 +127,7 @@ void RvfReader::readIndex(eArchive& archive) {
   archive.ReadString(fileLabel);
   firstDate = readDate(archive);
   secondDate = readDate(archive);
-  customerCount = archive.CheckedCount(archive.ReadI32(), kSmallestCustomerRecord);
+  customerCount = archive.checkedCount(archive.ReadI32(), kSmallestCustomerRecord);
   for (i32 i = 0; i < customerCount && !archive.failed(); ++i) {
     customers.emplace_back(indexMemory_).read(archive, pageNames);
   }

@@ -27,6 +27,28 @@ Tolerances usableTolerances(const Tolerances& tolerances) {
   return anyIsNegative ? Tolerances() : tolerances;
 }
 
+/// The bits of the fill and the outline of a RECT or POLY. A fill or an outline that the first
+/// part does not draw does not count.
+template <class Shape>
+DiffFlags fillAndOutlineBits(const Shape& a, const Shape& b) {
+  const bool fillDiffers =
+      a.noFill == 0 && (a.fillColour != b.fillColour || a.fillTint != b.fillTint);
+  const bool outlineDiffers =
+      a.noOutline == 0 && (a.lineColour != b.lineColour || a.lineTint != b.lineTint);
+  return fillDiffers || outlineDiffers ? diff::kColor : 0;
+}
+
+template <class Shape>
+void addFillAndOutlineToKey(MatchKey& key, const Shape& shape) {
+  key.addAll(shape.noFill, shape.noOutline);
+  if (shape.noFill == 0) {
+    key.addAll(shape.fillColour, shape.fillTint);
+  }
+  if (shape.noOutline == 0) {
+    key.addAll(shape.lineColour, shape.lineTint);
+  }
+}
+
 DiffFlags widthBits(i32 left, i32 right, const Tolerances& tolerances) {
   return exceeds(left, right, tolerances.lineTolerance) ? diff::kLineWidth : 0;
 }
@@ -93,13 +115,7 @@ bool rectangleMoved(const RectFields& a, const RectFields& b, i32 tolerance) {
 DiffFlags classifyRects(const DrawPart& left, const DrawPart& right, const Tolerances& tolerances) {
   const RectFields& a = left.fields.rect;
   const RectFields& b = right.fields.rect;
-  DiffFlags bits = 0;
-  if (a.noFill == 0 && (a.fillColour != b.fillColour || a.fillTint != b.fillTint)) {
-    bits |= diff::kColor;
-  }
-  if (a.noOutline == 0 && (a.lineColour != b.lineColour || a.lineTint != b.lineTint)) {
-    bits |= diff::kColor;
-  }
+  DiffFlags bits = fillAndOutlineBits(a, b);
   if (a.noFill != b.noFill || a.shapeCode != b.shapeCode || a.shapeFlag != b.shapeFlag ||
       a.noOutline != b.noOutline) {
     return bits | diff::kShapes;
@@ -113,13 +129,8 @@ DiffFlags classifyRects(const DrawPart& left, const DrawPart& right, const Toler
 void addRectToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const RectFields& fields = part.fields.rect;
   const Tolerances usable = usableTolerances(tolerances);
-  key.addAll(fields.noFill, fields.noOutline, fields.shapeCode, fields.shapeFlag);
-  if (fields.noFill == 0) {
-    key.addAll(fields.fillColour, fields.fillTint);
-  }
-  if (fields.noOutline == 0) {
-    key.addAll(fields.lineColour, fields.lineTint);
-  }
+  key.addAll(fields.shapeCode, fields.shapeFlag);
+  addFillAndOutlineToKey(key, fields);
   key.addWidth(fields.lineWidth, usable);
   // With a tolerance the place of a rectangle does not count at all.
   if (usable.positionTolerance <= 0) {
@@ -148,13 +159,7 @@ DiffFlags classifyPolys(const DrawPart& left, const DrawPart& right, const Toler
   const PolyFields& b = right.fields.poly;
   const PolyStyle& s = polyStyle(left);
   const PolyStyle& t = polyStyle(right);
-  DiffFlags bits = 0;
-  if (s.noFill == 0 && (s.fillColour != t.fillColour || s.fillTint != t.fillTint)) {
-    bits |= diff::kColor;
-  }
-  if (s.noOutline == 0 && (s.lineColour != t.lineColour || s.lineTint != t.lineTint)) {
-    bits |= diff::kColor;
-  }
+  const DiffFlags bits = fillAndOutlineBits(s, t);
   if (exceeds(a.pointCount, b.pointCount, kAllowedSurplus)) {
     return bits | diff::kShapes;
   }
@@ -175,14 +180,9 @@ DiffFlags classifyPolys(const DrawPart& left, const DrawPart& right, const Toler
 void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const PolyFields& fields = part.fields.poly;
   const PolyStyle& style = polyStyle(part);
-  key.addAll(fields.polyExtra, fields.polyCode, style.noFill, style.noOutline, style.shapeCodeA,
-             style.shapeCodeB, style.shapeCodeC);
-  if (style.noFill == 0) {
-    key.addAll(style.fillColour, style.fillTint);
-  }
-  if (style.noOutline == 0) {
-    key.addAll(style.lineColour, style.lineTint);
-  }
+  key.addAll(fields.polyExtra, fields.polyCode, style.shapeCodeA, style.shapeCodeB,
+             style.shapeCodeC);
+  addFillAndOutlineToKey(key, style);
   const auto points = polyPoints(part);
   const std::size_t dropped = key.number() == (key.use() == KeyUse::kFiled ? 1 : 2) ? 1 : 0;
   std::size_t filedCount = points.size();

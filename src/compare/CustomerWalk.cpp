@@ -190,7 +190,7 @@ class CustomerWalk {
 
 }  // namespace
 
-DiffFlags walkCustomers(RvfReader& first, RvfReader& second, bool stopOnCountMismatch,
+DiffFlags walkCustomers(RvfReader& first, RvfReader& second, CountMismatch onMismatch,
                         const Tolerances& tolerances, const WalkOutput& output) {
   if (first.resolution != second.resolution) {
     return diff::kResolution;
@@ -198,7 +198,7 @@ DiffFlags walkCustomers(RvfReader& first, RvfReader& second, bool stopOnCountMis
   DiffFlags fileBits = 0;
   if (first.customerCount != second.customerCount) {
     fileBits = diff::kCustomers;
-    if (stopOnCountMismatch) {
+    if (onMismatch == CountMismatch::kEndsWalk) {
       return fileBits;
     }
     const i32 common = std::min(first.customerCount, second.customerCount);

@@ -27,17 +27,21 @@ struct WalkOutput {
   bool usesShortCut = true;          // pages of equal bytes are decoded once; changes no result
 };
 
+/// What different customer counts mean for a walk: the end before anything is compared, or that
+/// only the customers are compared that both files have.
+enum class CountMismatch { kEndsWalk, kLimitsWalk };
+
 /// Compares two loaded files customer by customer and page by page, strictly by position, and
 /// returns the bits of all differences. Writes the difference file as it goes and leaves the bits
 /// of each customer and page in the records of the first reader, which afterwards hold the pages of
 /// both.
 ///
-/// Different resolutions and, with `stopOnCountMismatch`, different customer counts end the walk
-/// before anything is written; without it the smaller count is compared. Customers with different
-/// ids at one index end it there, for everything behind them would be paired wrongly. So does a
-/// page with a record that is too new: the page is left in its context, whose newerRecord tells,
-/// and the difference file as it is, without what was still to be written.
-[[nodiscard]] DiffFlags walkCustomers(RvfReader& first, RvfReader& second, bool stopOnCountMismatch,
+/// Different resolutions and, with kEndsWalk, different customer counts end the walk before
+/// anything is written. Customers with different ids at one index end it there, since everything
+/// behind them would be paired wrongly. So does a page with a record that is too new: the page is
+/// left in its context, whose newerRecord describes the record, and the rest of the difference file
+/// is not written.
+[[nodiscard]] DiffFlags walkCustomers(RvfReader& first, RvfReader& second, CountMismatch onMismatch,
                                       const Tolerances& tolerances, const WalkOutput& output);
 
 }  // namespace rvf

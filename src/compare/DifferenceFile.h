@@ -25,7 +25,7 @@ class DifferenceFileWriter {
   void writeTrailer(DiffFlags fileBits, i32 differingPages, i32 pageCountDelta);
   void flush() { archive_.Flush(); }
   /// Drops what has not reached the file yet. Nothing more can be written.
-  void abandon() { archive_.Abandon(); }
+  void abandon() { archive_.abandon(); }
 
  private:
   eArchive archive_;

@@ -59,8 +59,9 @@ JudgedPages readJudgedPages(const std::string& path) {
     return pages;
   }
   eDiskFile file;
-  if (!file.Open(fromNative(path), open_flags::kRead | open_flags::kUnbuffered, false)) {
-    throw Trouble(path, toNative(file.openFailure().view()));
+  if (!file.Open(fromNative(path), open_flags::kRead | open_flags::kUnbuffered,
+                 FileContent::kBinary)) {
+    throw Trouble(path, toNative(file.failure().view()));
   }
   const std::string lack = readDifferenceFile(file, pages);
   if (pages.header_.firstPath.isEmpty()) {

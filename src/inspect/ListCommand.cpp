@@ -84,8 +84,9 @@ std::unique_ptr<ListWriter> makeWriter(Format format, Output& output) {
 
 int listFile(const ListOptions& options, const std::string& path, ListWriter& writer) {
   eDiskFile file;
-  if (!file.Open(fromNative(path), open_flags::kRead | open_flags::kUnbuffered, false)) {
-    throw Trouble(path, toNative(file.openFailure().view()));
+  if (!file.Open(fromNative(path), open_flags::kRead | open_flags::kUnbuffered,
+                 FileContent::kBinary)) {
+    throw Trouble(path, toNative(file.failure().view()));
   }
   writer.begin(path);
   SelectingVisitor visitor(options, writer);

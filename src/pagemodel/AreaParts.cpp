@@ -94,7 +94,7 @@ SignatureInfo& makeSignatureInfo(DrawPart& part) {
 // Quirk that stays: the length counts characters, but only that many bytes are stored. They fill
 // the front of the characters, and what is behind them is zero.
 std::u16string readHalfFilledText(eArchive& archive) {
-  const i32 length = archive.CheckedCount(archive.ReadI32(), 1);
+  const i32 length = archive.checkedCount(archive.ReadI32(), 1);
   std::u16string text(static_cast<std::size_t>(length), u'\0');
   archive.ReadWhole(text.data(), length);
   return text;
@@ -115,8 +115,8 @@ void readSignatureField(DrawPart& part, eArchive& archive, i32 v) {
     info.fieldName = readHalfFilledText(archive);
     info.fieldValue = readHalfFilledText(archive);
     fields.fieldFlagB = archive.ReadU8();
-    const i32 count = archive.CheckedCount(archive.ReadI32(), kSmallestNameValue);
-    if (const auto attributes = readNameValues(archive, count, count, false)) {
+    const i32 count = archive.checkedCount(archive.ReadI32(), kSmallestNameValue);
+    if (const auto attributes = readNameValues(archive, count, count, NameValueForm::kPlain)) {
       info.attributes = std::move(*attributes);
     }
     fields.fieldName = pointerWord(!info.fieldName.empty());

@@ -112,7 +112,7 @@ void readWholePart(DrawPart& part, eArchive& archive) {
     return;
   }
   if (tagMagnitude(v) > kHighest) {
-    archive.MarkTooNew({u"DRAWPART", v, kHighest});
+    archive.markTooNew({u"DRAWPART", v, kHighest});
     return;
   }
   frame.fileTag = v;
@@ -157,15 +157,15 @@ void readDrawList(DrawList& list, eArchive& archive) {
     return;
   }
   if (tagMagnitude(v) > kHighest) {
-    archive.MarkTooNew({u"DRAWLIST", v, kHighest});
+    archive.markTooNew({u"DRAWLIST", v, kHighest});
     return;
   }
   frame.fileTag = v;
   list.originX = archive.ReadI32();
   list.originY = archive.ReadI32();
-  const i32 count = archive.CheckedCount(archive.ReadI32(), kSmallestPart);
+  const i32 count = archive.checkedCount(archive.ReadI32(), kSmallestPart);
   list.contentTally = v >= kContentTally ? archive.ReadI32() : 0;
-  archive.Skip(v >= kSkippedByte ? 1 : 0);
+  archive.skip(v >= kSkippedByte ? 1 : 0);
   const bool hasBytes = v >= kBytes && archive.ReadI32() != 0;
   list.byteA = hasBytes ? readLow8(archive) : kDefaultByteA;
   list.byteB = hasBytes ? readLow8(archive) : u8{0};

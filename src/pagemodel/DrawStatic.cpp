@@ -42,7 +42,7 @@ void readDrawStatic(DrawStatic& object, eArchive& archive) {
     return;
   }
   if (tagMagnitude(v) > kHighest) {
-    archive.MarkTooNew({u"DRAWSTATIC", v, kHighest});
+    archive.markTooNew({u"DRAWSTATIC", v, kHighest});
     return;
   }
   frame.fileTag = v;
@@ -65,9 +65,9 @@ void readDrawStatic(DrawStatic& object, eArchive& archive) {
   }
   constexpr i32 kWord = sizeof(i32);
   object.indexA = v >= kIndexA ? archive.ReadI32() : -1;
-  archive.Skip(v >= kSkippedWords ? kWord : 0);
-  archive.Skip(v >= kSkippedWords && object.hasSecond != 0 ? kWord : 0);
-  archive.Skip(v >= kOneMoreWord && v <= kLastMoreWord ? kWord : 0);
+  archive.skip(v >= kSkippedWords ? kWord : 0);
+  archive.skip(v >= kSkippedWords && object.hasSecond != 0 ? kWord : 0);
+  archive.skip(v >= kOneMoreWord && v <= kLastMoreWord ? kWord : 0);
   object.indexB = v >= kIndexB ? archive.ReadI32() : -1;
   frame.EndRecord(archive);
   object.loadLists = 1;

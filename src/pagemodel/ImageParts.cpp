@@ -126,9 +126,9 @@ void readImageTail(ImageInfo& info, eArchive& archive, i32 v) {
   using namespace part_version;
   info.valueE = v >= kImageValueE ? archive.ReadI32() : 0;
   if (v >= kNameValues) {
-    const i32 count = archive.CheckedCount(archive.ReadI32(), kSmallestNumberedNameValue);
+    const i32 count = archive.checkedCount(archive.ReadI32(), kSmallestNumberedNameValue);
     info.nameValueCount = count;
-    info.nameValues = readNameValues(archive, count, count, true);
+    info.nameValues = readNameValues(archive, count, count, NameValueForm::kNumbered);
   }
   if (v >= kImageValueD) {
     info.valueD = archive.ReadI32();
@@ -177,7 +177,7 @@ void readImage(DrawPart& part, eArchive& archive, i32 v) {
   const ImageHead head = readImageHead(archive, v);
   const bool hasBytes =
       head.imageKind != image_kind::kWithoutBytes && head.imageKind != -image_kind::kWithoutBytes;
-  const i32 stored = hasBytes ? archive.CheckedCount(std::abs(i64{head.dataLength}), 1) : 0;
+  const i32 stored = hasBytes ? archive.checkedCount(std::abs(i64{head.dataLength}), 1) : 0;
   if (archive.failed()) {
     return;
   }
@@ -188,7 +188,7 @@ void readImage(DrawPart& part, eArchive& archive, i32 v) {
   if (head.hasLegacyColour && head.imageKind == image_kind::kRecords && stored > 0) {
     dataLength = widenRecords(part, stored);
     if (dataLength > std::numeric_limits<i32>::max()) {
-      archive.MarkDamaged();
+      archive.markDamaged();
       return;
     }
   }
@@ -314,7 +314,7 @@ void readResource(DrawPart& part, eArchive& archive, i32 v) {
   if (dataMode == kWithoutBytes) {
     fields.byteCount = std::max(stored, 0);
   } else {
-    fields.byteCount = archive.CheckedCount(stored, 1);
+    fields.byteCount = archive.checkedCount(stored, 1);
     fields.bytes = pointerWord(fields.byteCount > 0);
     part.payload.resize(i64{fields.byteCount} + 1);
     archive.ReadWhole(part.payload.data(), fields.byteCount);
@@ -411,7 +411,7 @@ void readBarcode(DrawPart& part, eArchive& archive, i32) {
   const u16 stored = archive.ReadU16();
   const i32 x = archive.ReadI32();
   const i32 y = archive.ReadI32();
-  const i32 textLength = archive.CheckedCount(stored, characterSize(archive));
+  const i32 textLength = archive.checkedCount(stored, characterSize(archive));
   fields.textLength = static_cast<u16>(textLength);
   fields.textCapacity = static_cast<u16>(textLength);
   fields.origin = kSetPointer;

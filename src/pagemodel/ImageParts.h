@@ -33,8 +33,8 @@ struct ImageInfoFields {
   i32 valueB = 0;
   i32 valueC = 0;
   ColourValue colourA, colourB, colourC;
-  ColourValue
-      colourD;  // never read: the colour stored for it is dropped, and comparisons rely on it
+  /// Never read: the colour stored for it is dropped, which comparisons rely on.
+  ColourValue colourD;
   i32 valueD = 0;
   i32 reservedB = 0;
   i32 valueE = 0;

@@ -41,7 +41,7 @@ std::unique_ptr<HyperlinkInfo> readLink(eArchive& archive, i32 v) {
 void readMarkerNameValues(MarkerInfo& info, eArchive& archive) {
   constexpr i32 kMostEntries = 65535;
   constexpr i32 kIgnoredEntries = 0x7FFF0000;  // what the warning has always said
-  const i32 stored = archive.CheckedCount(archive.ReadI32(), kSmallestNameValue);
+  const i32 stored = archive.checkedCount(archive.ReadI32(), kSmallestNameValue);
   if (stored > kMostEntries) {
     eString warning;
     warning.Format(u"You have more than %d metadata objects saved. The last %d will be ignored",
@@ -49,7 +49,7 @@ void readMarkerNameValues(MarkerInfo& info, eArchive& archive) {
     Report(MessageNumber::kTooManyNameValues, warning);
   }
   info.nameValueCount = static_cast<u16>(stored);
-  info.nameValues = readNameValues(archive, stored, info.nameValueCount, false);
+  info.nameValues = readNameValues(archive, stored, info.nameValueCount, NameValueForm::kPlain);
 }
 
 u8 readHyperlinkFlag(eArchive& archive, i32 v) {
@@ -62,7 +62,7 @@ u8 readHyperlinkFlag(eArchive& archive, i32 v) {
 
 void readPairs(MarkerInfo& info, eArchive& archive) {
   constexpr i32 kPairSize = 2 * sizeof(i32);
-  const i32 count = archive.CheckedCount(archive.ReadI32(), kPairSize);
+  const i32 count = archive.checkedCount(archive.ReadI32(), kPairSize);
   for (i32 i = 0; i < count && !archive.failed(); ++i) {
     const i32 first = archive.ReadI32();
     const i32 second = archive.ReadI32();
@@ -322,7 +322,7 @@ SubscribeEntry readSubscribeEntry(eArchive& archive) {
 void readSubscribe(DrawPart& part, eArchive& archive, i32) {
   SubscribeFields& fields = part.fields.subscribe;
   fields.subscriberId = archive.ReadI32();
-  const i32 count = archive.CheckedCount(archive.ReadI32(), kSmallestEntry);
+  const i32 count = archive.checkedCount(archive.ReadI32(), kSmallestEntry);
   if (count == 0) {
     return;
   }

@@ -28,11 +28,14 @@ using NameValues = std::vector<NameValue>;
 constexpr i32 kSmallestNameValue = 5;
 constexpr i32 kSmallestNumberedNameValue = 9;
 
-/// An entry is its name, its number if `hasNumber`, hasValue, and the value if that is nonzero.
-[[nodiscard]] NameValue readNameValue(eArchive& archive, bool hasNumber);
+enum class NameValueForm { kPlain, kNumbered };
+
+/// An entry is its name, its number in the numbered form, hasValue, and the value if that is
+/// nonzero.
+[[nodiscard]] NameValue readNameValue(eArchive& archive, NameValueForm form);
 
 /// Reads `stored` entries, stops at a failure, and keeps the first `kept` of them.
 [[nodiscard]] std::unique_ptr<NameValues> readNameValues(eArchive& archive, i32 stored, i32 kept,
-                                                         bool hasNumber);
+                                                         NameValueForm form);
 
 }  // namespace rvf

@@ -11,15 +11,17 @@ void widen(const u8* bytes, i32 count, char16_t* target) {
 
 namespace {
 
-i32 appendText(eArchive& archive, i32 count, bool isWide, PayloadBlock& block) {
-  const i32 characters = archive.CheckedCount(count, isWide ? 2 : 1);
+constexpr i32 kWideSize = sizeof(char16_t);
+
+i32 appendText(eArchive& archive, i32 count, i32 characterBytes, PayloadBlock& block) {
+  const i32 characters = archive.checkedCount(count, characterBytes);
   if (characters == 0) {
     return 0;
   }
   const u32 start = block.size();
   block.resize(i64{start} + 2 * (i64{characters} + 1));
   auto* text = block.at<char16_t>(start);
-  if (isWide) {
+  if (characterBytes == kWideSize) {
     archive.ReadWhole(text, 2 * characters);
   } else {
     readNarrowText(archive, characters, text);
@@ -31,11 +33,11 @@ i32 appendText(eArchive& archive, i32 count, bool isWide, PayloadBlock& block) {
 }  // namespace
 
 i32 appendPartText(eArchive& archive, i32 count, PayloadBlock& block) {
-  return appendText(archive, count, archive.wideStrings(), block);
+  return appendText(archive, count, characterSize(archive), block);
 }
 
 i32 appendWideText(eArchive& archive, i32 count, PayloadBlock& block) {
-  return appendText(archive, count, true, block);
+  return appendText(archive, count, kWideSize, block);
 }
 
 }  // namespace rvf

@@ -22,24 +22,23 @@ constexpr u8 kDefaultExtensionClass = 5;
 constexpr i32 kSmallestRun = 6;  // two 16-bit positions and a count
 constexpr i32 kSmallestExtensionRun = 10;
 
-}  // namespace
-
-std::span<TextRun> extensionRuns(DrawPart& part) {
+// For a part and for a const one.
+template <class Run, class Part>
+std::span<Run> extensionRunsOf(Part& part) {
   if ((part.fields.text.textFlags & text_flag::kExtensionRuns) == 0) {
     return {};
   }
   const std::size_t area = textRuns(part).size_bytes();
-  const u16 count = *part.payload.at<u16>(area + sizeof(kExtensionMarker));
-  return {part.payload.at<TextRun>(area + kExtensionHead), count};
+  const u16 count = *part.payload.template at<u16>(area + sizeof(kExtensionMarker));
+  return {part.payload.template at<TextRun>(area + kExtensionHead), count};
 }
 
+}  // namespace
+
+std::span<TextRun> extensionRuns(DrawPart& part) { return extensionRunsOf<TextRun>(part); }
+
 std::span<const TextRun> extensionRuns(const DrawPart& part) {
-  if ((part.fields.text.textFlags & text_flag::kExtensionRuns) == 0) {
-    return {};
-  }
-  const std::size_t area = textRuns(part).size_bytes();
-  const u16 count = *part.payload.at<u16>(area + sizeof(kExtensionMarker));
-  return {part.payload.at<TextRun>(area + kExtensionHead), count};
+  return extensionRunsOf<const TextRun>(part);
 }
 
 std::vector<OutlineRecord> outlineRecords(const DrawPart& part) {
@@ -111,7 +110,7 @@ std::byte* insertBeforeCharacters(DrawPart& part, std::size_t size) {
 // many records; those beyond are passed over. So the head of an area can stand there alone.
 
 void readExtensionRuns(DrawPart& part, eArchive& archive, i32 v) {
-  const i32 stored = archive.CheckedCount(archive.ReadI32(), kSmallestExtensionRun);
+  const i32 stored = archive.checkedCount(archive.ReadI32(), kSmallestExtensionRun);
   if (stored == 0) {
     return;
   }
@@ -134,7 +133,7 @@ void readExtensionRuns(DrawPart& part, eArchive& archive, i32 v) {
 }
 
 void readOutlineRecords(DrawPart& part, eArchive& archive) {
-  const i32 stored = archive.CheckedCount(archive.ReadI32(), kOutlineSize);
+  const i32 stored = archive.checkedCount(archive.ReadI32(), kOutlineSize);
   if (stored == 0) {
     return;
   }
@@ -143,7 +142,7 @@ void readOutlineRecords(DrawPart& part, eArchive& archive) {
   std::memcpy(area, &kept, sizeof(kept));
   part.fields.text.textFlags |= text_flag::kOutlineRecords;
   archive.ReadWhole(area + sizeof(kept), kept * kOutlineSize);
-  archive.Skip((stored - kept) * kOutlineSize);
+  archive.skip((stored - kept) * kOutlineSize);
 }
 
 void readAreas(DrawPart& part, eArchive& archive, i32 v, u8 textFlags) {
@@ -164,8 +163,8 @@ void decodeText(DrawPart& part, Input& input, i32 v) {
   TextFields& fields = part.fields.text;
   u16 runCount = v < kCompactFields ? readLow16(input) : input.ReadU16();
   u16 textLength = v < kCompactFields ? readLow16(input) : input.ReadU16();
-  textLength = static_cast<u16>(input.CheckedCount(textLength, characterSize(input)));
-  runCount = static_cast<u16>(input.CheckedCount(runCount, kSmallestRun));
+  textLength = static_cast<u16>(input.checkedCount(textLength, characterSize(input)));
+  runCount = static_cast<u16>(input.checkedCount(runCount, kSmallestRun));
   if (input.failed()) {
     return;
   }
@@ -230,7 +229,7 @@ void readTextProp(DrawPart& part, eArchive& archive, i32 v) {
   // Lengths whose 32-bit sum is not above 0 mean that no characters follow.
   const i32 sum = wrappingSum(wrappingSum(fields.lengthA, fields.lengthB),
                               i32{fields.lengthC} + fields.lengthD);
-  const i32 count = archive.CheckedCount(sum, characterSize(archive));
+  const i32 count = archive.checkedCount(sum, characterSize(archive));
   part.payload.clear();
   part.payload.resize(2 * i64{count});
   readPartText(archive, count, part.payload.at<char16_t>(0));

@@ -49,7 +49,7 @@ template <class Input>
 void decodeLine(DrawPart& part, Input& input, i32 v) {
   using namespace part_version;
   LineFields& fields = part.fields.line;
-  const i32 pointCount = input.CheckedCount(input.ReadI32(), kPointSize);
+  const i32 pointCount = input.checkedCount(input.ReadI32(), kPointSize);
   part.payload.resize(i64{pointCount} * kPointSize);
   fields.pointCount = pointCount;
   fields.pointCapacity = pointCount;
@@ -163,7 +163,7 @@ u32 colourFromFloating(f64 value) {
 std::unique_ptr<Gradient> readGradient(eArchive& archive, i32 v) {
   auto gradient = std::make_unique<Gradient>();
   gradient->gradientKind = archive.ReadU8();
-  const i32 stopCount = archive.CheckedCount(archive.ReadI16(), kStopSize);
+  const i32 stopCount = archive.checkedCount(archive.ReadI16(), kStopSize);
   for (i32 i = 0; i < stopCount; ++i) {
     if (v < part_version::kGradientTints) {
       gradient->stopTints.push_back(0);
@@ -220,7 +220,7 @@ u8 readShapeCodeD(eArchive& archive, i32 v) {
 void readPoly(DrawPart& part, eArchive& archive, i32 v) {
   using namespace part_version;
   const u16 stored = v < kShortPointCount ? readLow16(archive) : archive.ReadU16();
-  const auto pointCount = static_cast<u16>(archive.CheckedCount(stored, kPointSize));
+  const auto pointCount = static_cast<u16>(archive.checkedCount(stored, kPointSize));
   PolyStyle& style = makePolyStyle(part, pointCount);
   PolyFields& fields = part.fields.poly;
   readPoints(polyPoints(part), archive);
@@ -328,7 +328,7 @@ namespace {
 template <class Input>
 void decodeLineSet(DrawPart& part, Input& input, i32) {
   LineSetFields& fields = part.fields.lineSet;
-  const auto lineCount = static_cast<u16>(input.CheckedCount(input.ReadU16(), sizeof(i32)));
+  const auto lineCount = static_cast<u16>(input.checkedCount(input.ReadU16(), sizeof(i32)));
   fields.lineCount = lineCount;
   fields.lineCapacity = lineCount;
   fields.offsets = pointerWord(lineCount > 0);

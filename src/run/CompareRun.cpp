@@ -38,13 +38,13 @@ void reportUnusable(const eString& path, const eString& reason) {
 /// Opens a file of the comparison. Null, and reported, when that fails.
 std::unique_ptr<eDiskFile> openFile(const eString& path, i32 flags, FailureLog& failures) {
   auto file = std::make_unique<eDiskFile>();
-  if (file->Open(path, flags | open_flags::kUnbuffered, false)) {
+  if (file->Open(path, flags | open_flags::kUnbuffered, FileContent::kBinary)) {
     return file;
   }
   if (file->refusedLength() != 0) {
     failures.add(path, explainTooLarge(file->refusedLength()));
   }
-  reportUnusable(path, file->openFailure());
+  reportUnusable(path, file->failure());
   return nullptr;
 }
 
@@ -68,7 +68,7 @@ CompareRun::~CompareRun() {
 }
 
 bool CompareRun::parseArguments(std::span<const eString> arguments) {
-  return options_.parseCommandLine(arguments, true) || options_.badControlLine;
+  return options_.parseCommandLine(arguments, ControlFiles::kRead) || options_.badControlLine;
 }
 
 bool CompareRun::openRun() {
@@ -177,8 +177,8 @@ i32 CompareRun::compareFiles() {
   const auto progress = makeProgress(std::min(first.pageCount, second.pageCount));
   const WalkOutput output{*differenceFile_, options_.firstFile, options_.secondFile,
                           progress.get()};
-  const auto status =
-      static_cast<i32>(walkCustomers(first, second, true, options_.tolerances, output));
+  const auto status = static_cast<i32>(
+      walkCustomers(first, second, CountMismatch::kEndsWalk, options_.tolerances, output));
   notePages(first, options_.firstFile);
   notePages(second, options_.secondFile);
   if (progress != nullptr) {

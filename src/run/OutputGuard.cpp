@@ -53,19 +53,22 @@ bool leadsNowhere(int errorNumber) {
   return std::ranges::find(kErrors, errorNumber) != std::end(kErrors);
 }
 
+/// Returns 0, or the system's error number.
+int lookUp(const char* path, struct stat& status) { return stat(path, &status) == 0 ? 0 : errno; }
+
 Place::Place(const eString& path) {
   const std::string native = toNative(path.text());
   std::string newName;
   struct stat status {};
-  bool isFound = stat(native.c_str(), &status) == 0;
-  if (!isFound && errno == ENOENT && !native.empty()) {
+  int error = lookUp(native.c_str(), status);
+  if (error == ENOENT && !native.empty()) {
     const fs::path target = followDanglingLinks(native);
     const fs::path folder = target.parent_path();
     newName = target.filename();
-    isFound = stat(folder.empty() ? "." : folder.c_str(), &status) == 0;
+    error = lookUp(folder.empty() ? "." : folder.c_str(), status);
   }
-  if (!isFound) {
-    failure = leadsNowhere(errno) ? 0 : errno;
+  if (error != 0) {
+    failure = leadsNowhere(error) ? 0 : error;
   } else if (!S_ISCHR(status.st_mode)) {
     file = FileIdentity{status.st_dev, status.st_ino, newName};
   }

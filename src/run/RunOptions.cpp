@@ -10,7 +10,7 @@
 
 namespace rvf {
 
-bool RunOptions::parseCommandLine(std::span<const eString> arguments, bool readControl) {
+bool RunOptions::parseCommandLine(std::span<const eString> arguments, ControlFiles treatment) {
   for (std::size_t index = 1; index < arguments.size();) {
     // The shell has split a value that contains blanks: it is joined with one blank at each seam.
     eString text = arguments[index++];
@@ -24,7 +24,7 @@ bool RunOptions::parseCommandLine(std::span<const eString> arguments, bool readC
       badOptions.push_back({{}, text, explainBadOption(text)});
     }
   }
-  return !badArgument && (!readControl || readControlFiles());
+  return !badArgument && (treatment == ControlFiles::kIgnored || readControlFiles());
 }
 
 bool RunOptions::parseOption(const eString& line) {
@@ -66,8 +66,8 @@ bool RunOptions::readControlFiles() {
 bool RunOptions::readControlFile(const eString& path) {
   constexpr i32 kLongestLine = 32767;
   eDiskFile file;
-  if (!file.Open(path, open_flags::kRead | open_flags::kSequential, false)) {
-    controlFileFailure = {path, file.openFailure()};
+  if (!file.Open(path, open_flags::kRead | open_flags::kSequential, FileContent::kBinary)) {
+    controlFileFailure = {path, file.failure()};
     return false;
   }
   RecordReader reader;

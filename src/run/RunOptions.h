@@ -13,6 +13,9 @@ namespace rvf {
 
 constexpr const char16_t* kDefaultControlFileEncoding = u"ISO88591";
 
+/// Whether the control files that the command line names are read.
+enum class ControlFiles { kRead, kIgnored };
+
 /// The settings of one run, with their defaults. They come from the command line and then from the
 /// control files that it names, all in one syntax: an option line is a comment, or a dash or slash,
 /// a name and possibly "=value" (OptionTable.h). Of several lines with one name the last one holds.
@@ -50,8 +53,8 @@ struct RunOptions {
   /// Takes the arguments behind the first one, which names the program. Words that begin neither
   /// with "-" nor with "/" belong to the option in front of them. Reports each option that is not
   /// understood (kOptionNotUnderstood) and returns false if there was one; otherwise the result of
-  /// readControlFiles, or true when `readControl` is off.
-  [[nodiscard]] bool parseCommandLine(std::span<const eString> arguments, bool readControl);
+  /// readControlFiles, or true when these are ignored.
+  [[nodiscard]] bool parseCommandLine(std::span<const eString> arguments, ControlFiles treatment);
 
   /// Takes one option line. Returns false, with nothing changed, when it is not understood.
   [[nodiscard]] bool parseOption(const eString& line);

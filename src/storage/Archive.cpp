@@ -32,10 +32,10 @@ eArchive::eArchive(const eString& path, Mode mode, i32 bufferSize, bool flushEac
     : mode_(mode), ownFile_(std::make_unique<eDiskFile>()), flushEachWrite_(flushEachWrite) {
   using namespace open_flags;
   const i32 access = isLoading() ? kRead : kWrite | kCreate;
-  const bool isOpen = ownFile_->Open(path, access | kUnbuffered, false);
+  const bool isOpen = ownFile_->Open(path, access | kUnbuffered, FileContent::kBinary);
   attach(*ownFile_, bufferSize);
   if (!isOpen) {
-    Report(MessageNumber::kArchiveOpenFailed, name_, ownFile_->openFailure());
+    Report(MessageNumber::kArchiveOpenFailed, name_, ownFile_->failure());
     failAt(0);
   }
 }
@@ -112,7 +112,7 @@ void eArchive::Fill(i32 needed) {
   if (!readOn(tail)) {
     failAt(window_->endOffset() - tail);
   } else if (unread() < needed) {
-    MarkDamaged();
+    markDamaged();
   }
 }
 
@@ -160,7 +160,7 @@ bool eArchive::ReadWhole(void* destination, i32 count) {
   return false;
 }
 
-void eArchive::Skip(i32 count) {
+void eArchive::skip(i32 count) {
   for (i32 remaining = count; remaining > 0;) {
     if (unread() == 0) {
       Fill(1);
@@ -198,12 +198,12 @@ void eArchive::writePhysical(i32 count) {
     storeCount_ += count;
     return;
   }
-  errno = 0;
-  const std::size_t written = writeBytes(stream_, bufferStart(), asSize(count));
-  storeCount_ += static_cast<i64>(written);
-  const bool flushed = !flushEachWrite_ || std::fflush(stream_) == 0;
-  if (written < asSize(count) || !flushed) {
-    Report(MessageNumber::kArchiveWriteFailed, name_, systemErrorText(errno), count);
+  const StreamTransfer written = writeBytes(stream_, bufferStart(), asSize(count));
+  storeCount_ += static_cast<i64>(written.byteCount);
+  const bool isFlushed = !flushEachWrite_ || std::fflush(stream_) == 0;
+  if (written.byteCount < asSize(count) || !isFlushed) {
+    const int error = isFlushed ? written.error : errno;
+    Report(MessageNumber::kArchiveWriteFailed, name_, systemErrorText(error), count);
     failAt(storeCount_);
   }
 }
@@ -232,7 +232,7 @@ void eArchive::Close() {
   file_ = nullptr;
 }
 
-void eArchive::Abandon() {
+void eArchive::abandon() {
   cursor_ = bufferStart();
   stream_ = nullptr;
   file_ = nullptr;
@@ -278,34 +278,34 @@ i64 eArchive::GetPosition() {
   return base + (cursor_ - bufferStart());
 }
 
-i32 eArchive::CheckedCount(i64 count, i32 smallestItem) {
+i32 eArchive::checkedCount(i64 count, i32 smallestItem) {
   if (count <= 0 || failed_) {
     return 0;
   }
-  if (count > std::numeric_limits<i32>::max() || count * smallestItem > BytesLeft()) {
-    MarkDamaged();
+  if (count > std::numeric_limits<i32>::max() || count * smallestItem > bytesLeft()) {
+    markDamaged();
     return 0;
   }
   return static_cast<i32>(count);
 }
 
-void eArchive::MarkDamaged() {
-  MarkFailed();
+void eArchive::markDamaged() {
+  markFailed();
   if (!damageReported_) {
     damageReported_ = Report(MessageNumber::kArchiveDamaged, u"Exception in eArchive class.") != 0;
   }
 }
 
-void eArchive::MarkTooNew(const NewerRecord& record) {
+void eArchive::markTooNew(const NewerRecord& record) {
   if (!failed_) {
     newerRecord_ = record;
     damageReported_ = true;
   }
-  MarkFailed();
+  markFailed();
 }
 
 // -1 stands for the wide marker; a count of the file is 0 or more, or the failed reading of one.
-i64 eArchive::ReadLength() {
+i64 eArchive::readLength() {
   const u8 shortForm = ReadU8();
   if (shortForm != kLongerLength) {
     return shortForm;
@@ -317,7 +317,7 @@ i64 eArchive::ReadLength() {
   return middleForm == kLongestLength ? std::max(ReadI32(), 0) : middleForm;
 }
 
-void eArchive::WriteLength(i32 length) {
+void eArchive::writeLength(i32 length) {
   if (length < kShortForms) {
     WriteU8(static_cast<u8>(length));
     return;
@@ -332,39 +332,39 @@ void eArchive::WriteLength(i32 length) {
 }
 
 void eArchive::ReadString(eString& target) {
-  const i64 count = ReadLength();
+  const i64 count = readLength();
   if (count == kMarkerFound) {
-    readMarkedString(target, ReadLength());
+    readMarkedString(target, readLength());
   } else {
     readUnmarkedString(target, count);
   }
 }
 
 void eArchive::readMarkedString(eString& target, i64 storedCount) {
-  const i32 count = CheckedCount(storedCount, sizeof(char16_t));
+  const i32 count = checkedCount(storedCount, sizeof(char16_t));
   if (failed_) {
     return;
   }
   const i32 byteCount = count * static_cast<i32>(sizeof(char16_t));
   if (wideStrings_) {
-    ReadWhole(target.GetBufferSetLength(count), byteCount);
+    ReadWhole(target.getBufferSetLength(count), byteCount);
     return;
   }
   // A narrow file ends a text at its first zero character, and keeps the old one on a short read.
   eString text;
-  if (ReadWhole(text.GetBufferSetLength(count), byteCount)) {
+  if (ReadWhole(text.getBufferSetLength(count), byteCount)) {
     const auto length = static_cast<i32>(text.text().size());
     target.AssignCounted(length, text.c_str());
   }
 }
 
 void eArchive::readUnmarkedString(eString& target, i64 storedCount) {
-  const i32 count = CheckedCount(storedCount, 1);
+  const i32 count = checkedCount(storedCount, 1);
   if (failed_) {
     return;
   }
   if (wideStrings_) {
-    char16_t* chars = target.GetBufferSetLength(count);
+    char16_t* chars = target.getBufferSetLength(count);
     std::fill_n(chars, count, u'\0');
     ReadWhole(chars, count);
     return;
@@ -375,7 +375,7 @@ void eArchive::readUnmarkedString(eString& target, i64 storedCount) {
   }
   const auto end = std::find(scratch_.begin(), scratch_.end(), u8{0});
   const auto length = static_cast<i32>(end - scratch_.begin());
-  std::copy(scratch_.begin(), end, target.GetBufferSetLength(length));
+  std::copy(scratch_.begin(), end, target.getBufferSetLength(length));
 }
 
 void eArchive::WriteString(const eString& text) {
@@ -385,11 +385,11 @@ void eArchive::WriteString(const eString& text) {
   }
   // Without wide strings the characters still have two bytes each and no marker, a form that
   // nothing reads back. It stays so: everything that is stored is stored wide.
-  WriteLength(text.length());
+  writeLength(text.length());
   WriteRaw(text.c_str(), i64{text.length()} * static_cast<i64>(sizeof(char16_t)));
 }
 
-i64 eCountingArchive::CountedBytes() {
+i64 eCountingArchive::countedBytes() {
   Flush();
   return storeCount_;
 }

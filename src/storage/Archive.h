@@ -30,7 +30,7 @@ struct NewerRecord {
 /// Trouble sets `failed`, which never clears, and no exception leaves an archive. A failed archive
 /// drops what is stored, but loads go on and deliver stale bytes of the buffer: a reader tests
 /// `failed` before it goes on to its next item, and lets every count that it reads pass through
-/// CheckedCount before it makes room for what is counted.
+/// checkedCount before it makes room for what is counted.
 class eArchive {
  public:
   enum class Mode : u32 { kStore = 0, kLoad = 1 };
@@ -87,7 +87,7 @@ class eArchive {
   /// ReadRaw for a stretch that has to be there: a short one sets `failed`.
   bool ReadWhole(void* destination, i32 count);
   /// Passes over `count` bytes; too few of them set `failed`.
-  void Skip(i32 count);
+  void skip(i32 count);
   void WriteRaw(const void* source, i64 count);
 
   /// A string is a count and the characters, behind the marker FF FE FF if they have two bytes
@@ -109,7 +109,7 @@ class eArchive {
   /// kArchiveCloseFailed when bytes of that one are lost.
   void Close();
   /// Drops what is in the buffer and lets go of the file: for an output that is given up.
-  void Abandon();
+  void abandon();
 
   /// The bytes that are in memory, from the next one to load on.
   [[nodiscard]] std::span<const std::byte> held() const {
@@ -119,22 +119,22 @@ class eArchive {
   void advanceTo(const std::byte* next) { cursor_ += next - cursor_; }
 
   /// Bytes between the position and the end of the file, as long as at the start of the archive.
-  [[nodiscard]] i64 BytesLeft() {
+  [[nodiscard]] i64 bytesLeft() {
     takePlace();
     return window_->fileLength() - window_->endOffset() + unread();
   }
   /// The number of items to read for a count found in the file: a negative one is 0, and so is one
   /// that cannot fit into the bytes left at `smallestItem` bytes each, which is damage.
-  [[nodiscard]] i32 CheckedCount(i64 count, i32 smallestItem);
+  [[nodiscard]] i32 checkedCount(i64 count, i32 smallestItem);
   /// The bytes cannot be what was written: sets `failed` and reports kArchiveDamaged, once for this
   /// archive.
-  void MarkDamaged();
+  void markDamaged();
   /// Sets `failed` and nothing else.
-  void MarkFailed() { failAt(currentOffset()); }
+  void markFailed() { failAt(currentOffset()); }
   /// The record that was begun is newer than this program: its fields cannot be told from those
   /// behind it. Sets `failed` and newerRecord and reports nothing, then or later; what becomes of
   /// such a file is for its user to decide.
-  void MarkTooNew(const NewerRecord& record);
+  void markTooNew(const NewerRecord& record);
 
  protected:
   /// An archive without a file, for the measuring pass.
@@ -179,8 +179,8 @@ class eArchive {
   [[nodiscard]] bool readOn(i64 tail);
   void writePhysical(i32 count);
   [[nodiscard]] i64 unread() const { return cursor_ < bufferEnd_ ? bufferEnd_ - cursor_ : 0; }
-  [[nodiscard]] i64 ReadLength();
-  void WriteLength(i32 length);
+  [[nodiscard]] i64 readLength();
+  void writeLength(i32 length);
   void readMarkedString(eString& target, i64 storedCount);
   void readUnmarkedString(eString& target, i64 storedCount);
 
@@ -211,7 +211,7 @@ class eCountingArchive final : public eArchive {
  public:
   eCountingArchive() : eArchive(kSectionBufferSize) {}
   /// The bytes stored so far. Flushes.
-  [[nodiscard]] i64 CountedBytes();
+  [[nodiscard]] i64 countedBytes();
 
   void Flush() override;
 };

@@ -17,7 +17,7 @@ namespace rvf {
 
 namespace {
 
-std::string modeString(i32 flags, bool isText) {
+std::string modeString(i32 flags, FileContent content) {
   std::string mode;
   if ((flags & open_flags::kCreate) != 0) {
     mode = (flags & open_flags::kAppend) != 0 ? "a" : "w";
@@ -36,32 +36,38 @@ std::string modeString(i32 flags, bool isText) {
         break;
     }
   }
-  return isText ? mode : mode + "b";
+  return content == FileContent::kText ? mode : mode + "b";
 }
 
-std::FILE* openStream(const std::string& path, const std::string& mode) {
+/// A stream, or null and the system's error number.
+struct OpenedStream {
+  std::FILE* stream = nullptr;
+  int error = 0;
+};
+
+OpenedStream openStream(const std::string& path, const std::string& mode) {
   std::FILE* stream = nullptr;
   do {
     stream = std::fopen(path.c_str(), mode.c_str());
   } while (stream == nullptr && errno == EINTR);
-  return stream;
+  return {stream, stream == nullptr ? errno : 0};
 }
 
 /// An ordinary open for writing would wait until somebody reads; this one fails with ENXIO when
 /// nobody does.
-std::FILE* openFifoForWriting(const std::string& path, const std::string& mode) {
+OpenedStream openFifoForWriting(const std::string& path, const std::string& mode) {
   const int descriptor = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) {
-    return nullptr;
+    return {nullptr, errno};
   }
   std::FILE* stream =
       fcntl(descriptor, F_SETFL, 0) == 0 ? fdopen(descriptor, mode.c_str()) : nullptr;
   if (stream == nullptr) {
-    const int reason = errno;
+    const int error = errno;
     close(descriptor);
-    errno = reason;
+    return {nullptr, error};
   }
-  return stream;
+  return {stream, 0};
 }
 
 }  // namespace
@@ -115,7 +121,7 @@ i32 eDiskFile::SetPos(i64 position) {
   return stream_ != nullptr && fseeko(stream_, position, SEEK_SET) == 0 ? 0 : -1;
 }
 
-bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
+bool eDiskFile::Open(const eString& path, i32 flags, FileContent content) {
   if (stream_ != nullptr) {
     closeStream();
   }
@@ -124,30 +130,32 @@ bool eDiskFile::Open(const eString& path, i32 flags, bool isText) {
   failure_ = eString();
   refusedLength_ = 0;
   const std::string nativePath = toNative(path.text());
-  const std::string mode = modeString(flags, isText);
+  const std::string mode = modeString(flags, content);
   struct stat status {};
-  errno = 0;
   const bool exists = stat(nativePath.c_str(), &status) == 0;
+  OpenedStream opened;
   if (!exists && errno != ENOENT) {
-    // Without knowing what stands there, opening it might wait without end.
+    // Nobody knows what this is, so opening it might wait forever.
+    opened.error = errno;
   } else if (exists && S_ISDIR(status.st_mode)) {
-    errno = EISDIR;
+    opened.error = EISDIR;
   } else if (exists && mode.starts_with('r') && !S_ISREG(status.st_mode) &&
              (flags & open_flags::kSequential) == 0) {
-    errno = EINVAL;
+    opened.error = EINVAL;
     failure_ = u"Not a regular file";
   } else if (exists && mode.starts_with('r') && status.st_size > kLongestFile) {
-    errno = EFBIG;
+    opened.error = EFBIG;
     refusedLength_ = status.st_size;
   } else {
     const bool isFifo = exists && S_ISFIFO(status.st_mode) && !mode.starts_with('r');
-    stream_ = isFifo ? openFifoForWriting(nativePath, mode) : openStream(nativePath, mode);
+    opened = isFifo ? openFifoForWriting(nativePath, mode) : openStream(nativePath, mode);
   }
+  stream_ = opened.stream;
   isOpen_ = stream_ != nullptr;
   errorState_ = !isOpen_;
-  openMode_ = static_cast<char16_t>(mode.front());
+  openMode_ = static_cast<char16_t>(mode[0]);
   if (!isOpen_ && failure_.isEmpty()) {
-    failure_ = systemErrorText(errno);
+    failure_ = systemErrorText(opened.error);
   }
   if (isOpen_ && (flags & open_flags::kUnbuffered) != 0) {
     std::setvbuf(stream_, nullptr, _IONBF, 0);
@@ -161,10 +169,11 @@ i32 eDiskFile::Write(const void* source, i32 count) {
   }
   contentChanged();
   const auto size = static_cast<std::size_t>(count);
-  errno = 0;
-  const bool written = stream_ != nullptr && writeBytes(stream_, source, size) == size;
+  const StreamTransfer moved =
+      stream_ == nullptr ? StreamTransfer() : writeBytes(stream_, source, size);
+  const bool written = moved.byteCount == size;
   errorState_ = !written;
-  failure_ = written ? eString() : systemErrorText(errno);
+  failure_ = written ? eString() : systemErrorText(moved.error);
   isDirty_ = isDirty_ || written;
   if (!written) {
     Report(MessageNumber::kFileWriteFailed, count, name_, failure_);
@@ -199,13 +208,13 @@ i32 eDiskFile::Read(void* destination, i32 count) {
     return 0;
   }
   positionChanged();
-  const std::size_t got = readBytes(stream_, destination, static_cast<std::size_t>(count));
+  const StreamTransfer got = readBytes(stream_, destination, static_cast<std::size_t>(count));
   atEnd_ = std::feof(stream_) != 0;
   errorState_ = std::ferror(stream_) != 0;
   if (errorState_) {
-    Report(MessageNumber::kFileReadFailed, count, name_, systemErrorText(errno));
+    Report(MessageNumber::kFileReadFailed, count, name_, systemErrorText(got.error));
   }
-  return static_cast<i32>(got);
+  return static_cast<i32>(got.byteCount);
 }
 
 void eDiskFile::Close() {

@@ -23,7 +23,7 @@ class eDiskFile : public FileObject {
   /// reading all but regular files (a directory with EISDIR, others, unless kSequential is asked
   /// for, with EINVAL), for writing a FIFO that nobody reads. So is reading a file whose end has no
   /// offset (EFBIG).
-  [[nodiscard]] bool Open(const eString& path, i32 flags, bool isText) override;
+  [[nodiscard]] bool Open(const eString& path, i32 flags, FileContent content) override;
   /// Returns 1 when all bytes were written, else 0: items, not bytes. Reports kFileWriteFailed.
   i32 Write(const void* source, i32 count) override;
   /// Reports kFileSeekFailed.
@@ -41,8 +41,6 @@ class eDiskFile : public FileObject {
   [[nodiscard]] bool isDirty() const { return isDirty_; }
   [[nodiscard]] char16_t openMode() const { return openMode_; }
 
-  /// Why the last Open failed, for people. Empty when it did not.
-  [[nodiscard]] const eString& openFailure() const { return failure(); }
   /// Bytes of the file that the last Open refused as too large; 0 when it did not.
   [[nodiscard]] i64 refusedLength() const { return refusedLength_; }
 

@@ -30,6 +30,9 @@ constexpr i32 kUnbuffered = 0x10000;
 constexpr i32 kSequential = 0x20000;
 }  // namespace open_flags
 
+/// How its lines end: as the bytes say, or as the system has them.
+enum class FileContent { kBinary, kText };
+
 /// One interface over a file on disk and a block of memory. Failures are reported by number, as
 /// each operation says, and set errorState.
 class FileObject {
@@ -49,7 +52,7 @@ class FileObject {
   virtual void SetLength(i32 size) = 0;
   /// Returns whether the file is open now. A failure is not reported, since only the caller knows
   /// what it means; `failure` gives the reason.
-  [[nodiscard]] virtual bool Open(const eString& path, i32 flags, bool isText) = 0;
+  [[nodiscard]] virtual bool Open(const eString& path, i32 flags, FileContent content) = 0;
   /// Returns what the kind of file says (see there); errorState tells whether it failed.
   virtual i32 Write(const void* source, i32 count) = 0;
   /// Returns the new position, or -1.

@@ -12,7 +12,7 @@ namespace rvf {
 /// A second look at the bytes that a loading archive has in memory, for decoders of which most
 /// records fit: it offers the loads of eArchive, but none of them tests for the end of the bytes.
 /// Instead the last kMargin bytes are only ever there to be run into, and a decoder asks `failed`
-/// before it has loaded as many: CheckedCount and ReadWhole do so themselves, a loop for each of
+/// before it has loaded as many: checkedCount and ReadWhole do so themselves, a loop for each of
 /// its items.
 ///
 /// A failure says nothing about the file. What was decoded is void, and the record is to be read
@@ -59,7 +59,7 @@ class HeldInput {
     return true;
   }
 
-  [[nodiscard]] i32 CheckedCount(i64 count, i32 smallestItem) {
+  [[nodiscard]] i32 checkedCount(i64 count, i32 smallestItem) {
     if (count > 0 && count * smallestItem > safeEnd_ - next_) {
       giveUp();
       return 0;

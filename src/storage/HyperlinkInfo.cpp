@@ -75,12 +75,12 @@ void HyperlinkInfo::read(eArchive& archive) {
     return;
   }
   if (tagMagnitude(frame.fileTag) > link_tag::kHighest) {
-    archive.MarkTooNew({u"HYPERLINKINFO", frame.fileTag, link_tag::kHighest});
+    archive.markTooNew({u"HYPERLINKINFO", frame.fileTag, link_tag::kHighest});
     return;
   }
   loadFixedFields(archive);
   const i32 characterSize = archive.wideStrings() ? 2 : 1;
-  const i32 length = archive.CheckedCount(textLength, characterSize);
+  const i32 length = archive.checkedCount(textLength, characterSize);
   textLength = 0;
   if (length != 0) {
     reserveText(length);
@@ -124,7 +124,7 @@ void HyperlinkInfo::readOldForm(eArchive& archive, i32 version) {
     return;
   }
   const i32 characterSize = version >= kNarrowOldForm ? 1 : 2;
-  const i32 count = archive.CheckedCount(textLength, characterSize);
+  const i32 count = archive.checkedCount(textLength, characterSize);
   std::vector<u8> bytes(asSize(count) * asSize(characterSize));
   if (archive.failed() || !archive.ReadWhole(bytes.data(), static_cast<i32>(bytes.size()))) {
     return;

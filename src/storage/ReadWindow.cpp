@@ -1,7 +1,6 @@
 #include "storage/ReadWindow.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -111,12 +110,12 @@ i32 ReadWindow::readPhysical(i32 count, bool& failed, Failure telling) {
   }
   // What an earlier reader ran into is not this one's failure.
   std::clearerr(stream);
-  const std::size_t got = readBytes(stream, end(), static_cast<std::size_t>(count));
-  failed = got < static_cast<std::size_t>(count) && std::ferror(stream) != 0;
+  const StreamTransfer got = readBytes(stream, end(), static_cast<std::size_t>(count));
+  failed = got.byteCount < static_cast<std::size_t>(count) && std::ferror(stream) != 0;
   if (failed && telling == Failure::kTold) {
-    Report(MessageNumber::kFileReadFailed, count, file_.name(), systemErrorText(errno));
+    Report(MessageNumber::kFileReadFailed, count, file_.name(), systemErrorText(got.error));
   }
-  return static_cast<i32>(got);
+  return static_cast<i32>(got.byteCount);
 }
 
 const std::byte* ReadWindow::hold(i64 offset, i64 length) {

@@ -4,13 +4,13 @@
 
 namespace rvf {
 
-bool eRecordFrame::ReadSectionTag(eArchive& archive, i32 number) {
+bool eRecordFrame::readSectionTag(eArchive& archive, i32 number) {
   const i32 found = archive.ReadI32();
   sectionCursor_ = step(sectionCursor_);
   if (sectionCursor_ == number && found == number) {
     return true;
   }
-  archive.MarkDamaged();
+  archive.markDamaged();
   return false;
 }
 
@@ -18,7 +18,7 @@ SectionResult eRecordFrame::ReadSection(eArchive& archive, i32 number) {
   if (!isKnownToWriter(number)) {
     return SectionResult::kAbsent;
   }
-  if (!ReadSectionTag(archive, number)) {
+  if (!readSectionTag(archive, number)) {
     return SectionResult::kFailed;
   }
   return archive.ReadI32() > 0 ? SectionResult::kPresent : SectionResult::kAbsent;
@@ -28,11 +28,11 @@ SectionResult eRecordFrame::ReadFixedSection(eArchive& archive, i32 expectedSize
   if (!isKnownToWriter(number)) {
     return SectionResult::kAbsent;
   }
-  if (!ReadSectionTag(archive, number)) {
+  if (!readSectionTag(archive, number)) {
     return SectionResult::kFailed;
   }
   if (archive.ReadI32() != expectedSize) {
-    archive.MarkDamaged();
+    archive.markDamaged();
     return SectionResult::kFailed;
   }
   return SectionResult::kPresent;
@@ -45,13 +45,13 @@ void eRecordFrame::EndRecord(eArchive& archive) {
   i32 found = archive.ReadI32();
   sectionCursor_ = step(sectionCursor_);
   while (found == sectionCursor_ && !archive.failed()) {
-    const i32 size = archive.CheckedCount(archive.ReadI32(), 1);
-    archive.Skip(size);
+    const i32 size = archive.checkedCount(archive.ReadI32(), 1);
+    archive.skip(size);
     found = archive.ReadI32();
     sectionCursor_ = step(sectionCursor_);
   }
   if (found != kEndMark) {
-    archive.MarkFailed();
+    archive.markFailed();
   }
 }
 
@@ -65,12 +65,12 @@ void eRecordFrame::WriteFixedSection(eArchive& archive, i32 size, i32 number) {
   archive.WriteI32(size);
 }
 
-void eRecordFrame::WriteMeasuredSection(eArchive& archive, i32 number,
+void eRecordFrame::writeMeasuredSection(eArchive& archive, i32 number,
                                         const std::function<void(eArchive&)>& content) {
   eCountingArchive counting;
   muteAllMessages += 1;
   content(counting);
-  const i64 size = counting.CountedBytes();
+  const i64 size = counting.countedBytes();
   muteAllMessages -= 1;
 
   WriteSectionTag(archive, number);

@@ -46,14 +46,14 @@ class eRecordFrame {
 
   void WriteSectionTag(eArchive& archive, i32 number);
   void WriteFixedSection(eArchive& archive, i32 size, i32 number);
-  void WriteEndMark(eArchive& archive) const { archive.WriteI32(kEndMark); }
+  void writeEndMark(eArchive& archive) const { archive.WriteI32(kEndMark); }
 
   /// A section whose size is not known in advance, in two passes over its content: `content` is
   /// called once to be measured, with messages muted, and once to be stored.
-  void WriteMeasuredSection(eArchive& archive, i32 number,
+  void writeMeasuredSection(eArchive& archive, i32 number,
                             const std::function<void(eArchive&)>& content);
 
-  /// The second of these passes in two steps, which WriteMeasuredSection takes together: an archive
+  /// The second of these passes in two steps, which writeMeasuredSection takes together: an archive
   /// of `size` bytes for the content, which is stored with its length in front when it is complete.
   [[nodiscard]] eArchive& BeginSubArchive(i32 size);
   void EndSubArchive(eArchive& archive);
@@ -65,7 +65,7 @@ class eRecordFrame {
     return tagMagnitude(fileTag) >= tagMagnitude(number);
   }
   /// Loads the section number and tells whether it is the one that comes next.
-  [[nodiscard]] bool ReadSectionTag(eArchive& archive, i32 number);
+  [[nodiscard]] bool readSectionTag(eArchive& archive, i32 number);
 
   i32 baseTag_;
   i32 sectionCursor_ = 0;

@@ -12,7 +12,7 @@ constexpr int kMostInterruptions = 1000;
 /// Calls `move(offset)`, which moves bytes from that offset on, until `count` bytes are moved or it
 /// stops for another reason than an interruption.
 template <class Move>
-std::size_t moveBytes(std::FILE* stream, std::size_t count, Move move) {
+StreamTransfer moveBytes(std::FILE* stream, std::size_t count, Move move) {
   std::size_t moved = 0;
   for (int interruptions = 0;;) {
     errno = 0;
@@ -21,7 +21,7 @@ std::size_t moveBytes(std::FILE* stream, std::size_t count, Move move) {
     interruptions = now > 0 ? 0 : interruptions + 1;
     const bool isInterrupted = moved < count && std::ferror(stream) != 0 && errno == EINTR;
     if (!isInterrupted || interruptions == kMostInterruptions) {
-      return moved;
+      return {moved, moved < count ? errno : 0};
     }
     std::clearerr(stream);
   }
@@ -29,14 +29,14 @@ std::size_t moveBytes(std::FILE* stream, std::size_t count, Move move) {
 
 }  // namespace
 
-std::size_t readBytes(std::FILE* stream, void* destination, std::size_t count) {
+StreamTransfer readBytes(std::FILE* stream, void* destination, std::size_t count) {
   auto* bytes = static_cast<char*>(destination);
   return moveBytes(stream, count, [=](std::size_t offset) {
     return std::fread(bytes + offset, 1, count - offset, stream);
   });
 }
 
-std::size_t writeBytes(std::FILE* stream, const void* source, std::size_t count) {
+StreamTransfer writeBytes(std::FILE* stream, const void* source, std::size_t count) {
   const auto* bytes = static_cast<const char*>(source);
   return moveBytes(stream, count, [=](std::size_t offset) {
     return std::fwrite(bytes + offset, 1, count - offset, stream);

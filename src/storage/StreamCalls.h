@@ -7,13 +7,19 @@ namespace rvf {
 
 // fread and fwrite for single bytes, as the files of a run use them: a call of the system that is
 // interrupted (EINTR, which some network file systems answer with) is no failure and goes on where
-// it stopped. Both return the bytes moved. Fewer than `count` mean the end of the file or an error,
-// which the stream's error indicator and errno tell.
+// it stopped.
 
-[[nodiscard]] std::size_t readBytes(std::FILE* stream, void* destination, std::size_t count);
+struct StreamTransfer {
+  std::size_t byteCount = 0;
+  /// When fewer bytes than asked for were moved, the system's error number, or 0 at the end of the
+  /// file.
+  int error = 0;
+};
 
-/// Exact on an unbuffered stream only: a buffer that is written out in part does not tell how much
-/// of it was.
-[[nodiscard]] std::size_t writeBytes(std::FILE* stream, const void* source, std::size_t count);
+[[nodiscard]] StreamTransfer readBytes(std::FILE* stream, void* destination, std::size_t count);
+
+/// The count is exact on an unbuffered stream only: of a buffer that is written out in part, the
+/// stream does not know how much was.
+[[nodiscard]] StreamTransfer writeBytes(std::FILE* stream, const void* source, std::size_t count);
 
 }  // namespace rvf

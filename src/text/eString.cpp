@@ -255,7 +255,7 @@ void eString::ReleaseBuffer(i32 newLength) {
   chars_[header().length] = 0;
 }
 
-char16_t* eString::GetBufferSetLength(i32 length) {
+char16_t* eString::getBufferSetLength(i32 length) {
   if (header().refCount > 1 || length > header().capacity) {
     char16_t* fresh = length == 0 ? &sharedEmpty.terminator : allocate(length);
     release(chars_);

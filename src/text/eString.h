@@ -82,7 +82,7 @@ class eString {
   /// Sets the length, with an allocation of exactly that size if one is needed, and returns the
   /// characters. Their content is undefined up to the terminator: a text is about to be read into
   /// them.
-  char16_t* GetBufferSetLength(i32 length);
+  char16_t* getBufferSetLength(i32 length);
   /// Part of the interface; a run does not call it.
   void SetAt(i32 index, char16_t character);
 

@@ -35,7 +35,7 @@ void expectStored(const CustomerRecord& c) {
   PageNames names(memory);
   CustomerRecord again(memory);
   again.read(in, names);
-  EXPECT_TRUE(!in.failed() && in.BytesLeft() == 0 && again.id == c.id);
+  EXPECT_TRUE(!in.failed() && in.bytesLeft() == 0 && again.id == c.id);
   EXPECT_EQ(pagesOf(again), pagesOf(c));
 }
 
@@ -188,7 +188,7 @@ TEST(RvfReader, LargestFileAndBeyond) {
 
     HeldMessages messages;
     eDiskFile file;
-    ASSERT_TRUE(file.Open(fromNative(path), open_flags::kRead, false));
+    ASSERT_TRUE(file.Open(fromNative(path), open_flags::kRead, FileContent::kBinary));
     CompareContext context, grown;
     RvfReader reader(context, false), late(grown, false);
     reader.load(file);
@@ -200,7 +200,7 @@ TEST(RvfReader, LargestFileAndBeyond) {
     EXPECT_TRUE(messages.take().empty());
     // Bytes that come later have no offsets.
     std::filesystem::resize_file(path, kLongestFile + 100);
-    EXPECT_TRUE(!eDiskFile().Open(fromNative(path), open_flags::kRead, false));
+    EXPECT_TRUE(!eDiskFile().Open(fromNative(path), open_flags::kRead, FileContent::kBinary));
     context.FetchPage(0, kLongestFile - 3);
     EXPECT_EQ(context.bodyBytes().size(), 0U);
     file.contentChanged();

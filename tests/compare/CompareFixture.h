@@ -71,8 +71,9 @@ struct Walk {
        const Tolerances& tolerances = {}) {
     HeldMessages held;
     eMemFile file(64);
-    status = walkCustomers(a, b, stop, tolerances,
-                           {file, u"before.rvf", u"behind.rvf", observer, usesShortCut});
+    status =
+        walkCustomers(a, b, stop ? CountMismatch::kEndsWalk : CountMismatch::kLimitsWalk,
+                      tolerances, {file, u"before.rvf", u"behind.rvf", observer, usesShortCut});
     bytes.assign(reinterpret_cast<const char*>(file.data()), static_cast<std::size_t>(file.Tell()));
     messages = held.take();
   }

@@ -24,8 +24,8 @@ Result compare(FailingFile& first, FailingFile& second, FailingFile& difference)
   firstReader.load(first);
   secondReader.load(second);
   if (!firstReader.valid() || !secondReader.valid()) return {};
-  const DiffFlags bits =
-      walkCustomers(firstReader, secondReader, true, {}, {difference, u"a", u"b"});
+  const DiffFlags bits = walkCustomers(firstReader, secondReader, CountMismatch::kEndsWalk, {},
+                                       {difference, u"a", u"b"});
   const bool isSound = std::ranges::none_of(messages.takeNumbers(), [](int number) {
     return meansDataLoss(static_cast<MessageNumber>(number));
   });

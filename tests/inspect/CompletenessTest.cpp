@@ -54,12 +54,12 @@ TEST(Completeness, BitsAreThoseOfARun) {
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(folder.path());
     RunOptions options;
-    static_cast<void>(options.parseCommandLine(arguments, true));
+    static_cast<void>(options.parseCommandLine(arguments, ControlFiles::kRead));
     const auto oldText =
         options.dbcsMode ? inspect::OldText::kTwoBytes : inspect::OldText::kOneByte;
     inspect::JudgedPages judged;
     eDiskFile file;
-    ASSERT_TRUE(file.Open(u"expected-difference", open_flags::kRead, false));
+    ASSERT_TRUE(file.Open(u"expected-difference", open_flags::kRead, FileContent::kBinary));
     static_cast<void>(readDifferenceFile(file, judged));
     struct : inspect::InspectionListener {
       void begin(const inspect::CaptureFile&, const inspect::CaptureFile&,

@@ -15,7 +15,7 @@ namespace {
 Rows outcome(DrawPart& slot, const std::string& bytes, bool wide, i32 bufferSize) {
   HeldMessages messages;
   LoadedBytes file("head" + bytes, wide, bufferSize);
-  file.archive.Skip(4);  // fills the buffer
+  file.archive.skip(4);  // fills the buffer
   readDrawPart(slot, file.archive);
   if (file.archive.failed()) return messages.take();
   Rows rows = rowsOf(slot);

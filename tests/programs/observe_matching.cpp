@@ -18,7 +18,8 @@ struct Printer final : rvf::PairingObserver {
 
 struct FirstPage {
   explicit FirstPage(const char* path) {
-    if (file.Open(rvf::fromNative(path), rvf::open_flags::kRead, false)) reader.load(file);
+    if (file.Open(rvf::fromNative(path), rvf::open_flags::kRead, rvf::FileContent::kBinary))
+      reader.load(file);
     if (reader.valid()) reader.loadCurrentPage();
   }
   rvf::eDiskFile file;

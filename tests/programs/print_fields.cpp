@@ -11,7 +11,9 @@ int main(int argc, char** argv) {
   rvf::eDiskFile file;
   rvf::CompareContext context;
   rvf::RvfReader reader(context, false);
-  if (argc != 2 || !file.Open(rvf::fromNative(argv[1]), rvf::open_flags::kRead, false)) return 1;
+  if (argc != 2 ||
+      !file.Open(rvf::fromNative(argv[1]), rvf::open_flags::kRead, rvf::FileContent::kBinary))
+    return 1;
   reader.load(file);
   for (auto& c = reader.currentCustomer; reader.valid() && c < reader.customerCount; ++c) {
     const auto pages =

@@ -75,9 +75,11 @@ TEST(Options, FollowControlFilesOnceEach) {
   RunOptions options;
   std::vector<eString> arguments = {u"rvfcompare", u"-LINE_TOLERANCE=9"};
   arguments.insert(arguments.end(), 2, fromNative(first));
-  EXPECT_TRUE(options.parseCommandLine(arguments, true)) << "the last file was in order";
+  EXPECT_TRUE(options.parseCommandLine(arguments, ControlFiles::kRead))
+      << "the last file was in order";
   folder.write("second.txt", "-FOO");
-  EXPECT_FALSE(RunOptions().parseCommandLine(std::vector{eString(), fromNative(second)}, true));
+  EXPECT_FALSE(RunOptions().parseCommandLine(std::vector{eString(), fromNative(second)},
+                                             ControlFiles::kRead));
   EXPECT_TRUE(options.badControlLine);
   EXPECT_EQ(options.badLineText.view(), u"-FOO");
   EXPECT_EQ(options.controlFiles.size(), 2U);

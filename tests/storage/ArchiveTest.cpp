@@ -105,13 +105,13 @@ TEST(Archive, SeekForthAndBack) {
     for (const int index : {0, 1, 150, 15, 16, 17, 199, 0, 14, 100}) {
       EXPECT_EQ(archive.Seek(4 * index), 4 * index);
       EXPECT_EQ(archive.GetPosition(), 4 * index);
-      EXPECT_EQ(archive.BytesLeft(), 800 - 4 * index);
+      EXPECT_EQ(archive.bytesLeft(), 800 - 4 * index);
       EXPECT_EQ(archive.ReadI32(), index);
     }
-    archive.Skip(4 * 20);
+    archive.skip(4 * 20);
     EXPECT_EQ(archive.ReadI32(), 121);
     EXPECT_TRUE(archive.Seek(5000) == 5000 && !archive.failed());  // behind the end
-    archive.Skip(1);
+    archive.skip(1);
     EXPECT_TRUE(archive.failed());
     archive.Seek(40);
     EXPECT_TRUE(archive.ReadI32() == 10 && archive.failed());  // for good
@@ -181,7 +181,7 @@ TEST(Archive, AnErrorOfTheFileIsNotItsEnd) {
   // Nobody may read a process's memory at address 0, so the system refuses.
   HeldMessages messages;
   eDiskFile file;
-  ASSERT_TRUE(file.Open(u"/proc/self/mem", open_flags::kRead, false));
+  ASSERT_TRUE(file.Open(u"/proc/self/mem", open_flags::kRead, FileContent::kBinary));
   eArchive refused(file, eArchive::Mode::kLoad, 64);
   EXPECT_TRUE(refused.ReadRaw(bytes.data(), 10) == 0 && refused.failed());
   EXPECT_EQ(messages.take(), std::vector{"1822 64|/proc/self/mem|Input/output error"s});
@@ -223,7 +223,7 @@ TEST(FileObject, ReadsSeeksAndRefuses) {
   std::string block = "0123456789";
   eMemFile memory(reinterpret_cast<std::byte*>(block.data()), 10, 0);
   eDiskFile disk;
-  ASSERT_TRUE(disk.Open(fromNative(path), open_flags::kRead, false));
+  ASSERT_TRUE(disk.Open(fromNative(path), open_flags::kRead, FileContent::kBinary));
   for (FileObject* file : {static_cast<FileObject*>(&disk), static_cast<FileObject*>(&memory)}) {
     EXPECT_EQ(readAll(*file, 4), "0123");
     EXPECT_TRUE(file->GetLength() == 10 && file->Tell() == 4);
@@ -244,7 +244,7 @@ TEST(FileObject, ReadsSeeksAndRefuses) {
                                           "1847 " + path}));
   EXPECT_THROW(memory.Write("x", 1), eMemException);
   // The inherited operation gives archives a stream and leaves the block alone.
-  ASSERT_TRUE(memory.Open(fromNative(path), open_flags::kRead, false));
+  ASSERT_TRUE(memory.Open(fromNative(path), open_flags::kRead, FileContent::kBinary));
   block[0] = 'm';
   memory.Seek(0, SeekOrigin::kStart);
   EXPECT_EQ(readAll(memory, 2), "m1");

@@ -43,7 +43,7 @@ TEST(HyperlinkInfo, OldForms) {
     LoadedBytes file(w.bytes);
     HyperlinkInfo link;
     link.readOldForm(file.archive, row.version);
-    EXPECT_TRUE(!file.archive.failed() && file.archive.BytesLeft() == 0);
+    EXPECT_TRUE(!file.archive.failed() && file.archive.bytesLeft() == 0);
     EXPECT_EQ(link.text == nullptr, row.expected.empty());
     EXPECT_TRUE(link.text == nullptr || link.text.get() == row.expected) << row.version;
   }

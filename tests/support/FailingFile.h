@@ -31,7 +31,7 @@ class FailingFile final : public FileObject {
   i32 GetPos(i64&) override { return -1; }
   i32 SetPos(i64) override { return -1; }
   void SetLength(i32) override {}
-  [[nodiscard]] bool Open(const eString&, i32, bool) override { return false; }
+  [[nodiscard]] bool Open(const eString&, i32, FileContent) override { return false; }
   i32 Write(const void* source, i32 count) override {
     if (fails()) return 0;
     bytes_.replace(position_, std::string::npos, static_cast<const char*>(source),

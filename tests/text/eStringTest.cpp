@@ -29,8 +29,8 @@ TEST(eString, Edits) {
       {[](eString& s) { s.Append(eString(u'x', 61)); }, "abcd" + std::string(61, 'x') + " 130"},
       {[](eString& s) { s.GetBuffer(5)[2] = 0, s.ReleaseBuffer(-1); }, "ab 128"},
       {[](eString& s) { s.GetBuffer(2)[2] = u'x', s.ReleaseBuffer(3); }, "abx 4"},
-      {[](eString& s) { s.GetBufferSetLength(0); }, " 4"},
-      {[](eString& s) { s.GetBufferSetLength(1)[0] = u'y'; }, "y 4"},
+      {[](eString& s) { s.getBufferSetLength(0); }, " 4"},
+      {[](eString& s) { s.getBufferSetLength(1)[0] = u'y'; }, "y 4"},
       {[](eString& s) { s.Empty(), s.MakeUpper(), s.MakeLower(), s.ReleaseBuffer(-1); }, " 0"},
       {[](eString& s) { s.ReleaseBuffer(0), s.Empty(); }, " 4"},  // empty already
       {[](eString& s) { s.Empty(), s.Format(u""); }, " 128"},

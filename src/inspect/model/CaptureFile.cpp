@@ -45,8 +45,9 @@ std::string inWords(const PageFailure& failure) {
 
 CaptureFile::CaptureFile(const std::string& path, OldText oldText, Acceptance acceptance)
     : path_(path), reader_(context_, oldText == OldText::kTwoBytes) {
-  if (!file_.Open(fromNative(path), open_flags::kRead | open_flags::kUnbuffered, false)) {
-    throw Trouble(path, toNative(file_.openFailure().view()));
+  if (!file_.Open(fromNative(path), open_flags::kRead | open_flags::kUnbuffered,
+                  FileContent::kBinary)) {
+    throw Trouble(path, toNative(file_.failure().view()));
   }
   reader_.load(file_);
   if (!reader_.valid() && acceptance == Acceptance::kRequired) {

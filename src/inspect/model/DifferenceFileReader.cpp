@@ -52,14 +52,14 @@ std::string readTotals(eArchive& archive, DifferenceVisitor& visitor) {
     return kEndsInside;
   }
   visitor.totals(totals);
-  return archive.BytesLeft() == 0 ? "" : "bytes follow the totals";
+  return archive.bytesLeft() == 0 ? "" : "bytes follow the totals";
 }
 
 }  // namespace
 
 std::string readDifferenceFile(FileObject& file, DifferenceVisitor& visitor) {
   eArchive archive(file, eArchive::Mode::kLoad, eArchive::kFileBufferSize);
-  if (archive.BytesLeft() == 0) {
+  if (archive.bytesLeft() == 0) {
     return "the file is empty: nothing was compared (different resolutions, different numbers of "
            "customers, or an input that is not valid)";
   }
@@ -75,7 +75,7 @@ std::string readDifferenceFile(FileObject& file, DifferenceVisitor& visitor) {
   }
   visitor.header(header);
   for (i32 read = 0; read < header.customerCount; ++read) {
-    if (archive.BytesLeft() == 0) {
+    if (archive.bytesLeft() == 0) {
       return "the file ends after " + std::to_string(read) + " of " +
              std::to_string(header.customerCount) +
              " customers: the ids of the next customer differ, or the run was cut off";
@@ -84,7 +84,7 @@ std::string readDifferenceFile(FileObject& file, DifferenceVisitor& visitor) {
       return kEndsInside;
     }
   }
-  if (archive.BytesLeft() == 0) {
+  if (archive.bytesLeft() == 0) {
     return "the file has no totals: the run was cut off";
   }
   return readTotals(archive, visitor);

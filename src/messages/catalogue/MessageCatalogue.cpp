@@ -73,7 +73,7 @@ bool MessageCatalogue::LoadCatalogue(std::FILE* console, Comments comments) {
   state_ = State::kStarted;
   commentsWanted_ = comments;
   eDiskFile file;
-  if (!file.Open(findCatalogue(fileName_), open_flags::kRead, false)) {
+  if (!file.Open(findCatalogue(fileName_), open_flags::kRead, FileContent::kBinary)) {
     print(console, u"The error message file - %ls - could not be found.\n", fileName_);
     return false;
   }

@@ -186,7 +186,7 @@ bool FileSink::createFile(ByteOrderMark mark) {
   // Unbuffered: what is written stays written however the run ends, and a lost line is reported
   // where it is lost.
   constexpr i32 kFlags = open_flags::kWrite | open_flags::kCreate | open_flags::kUnbuffered;
-  failed_ = !file_.Open(name(), kFlags, false);
+  failed_ = !file_.Open(name(), kFlags, FileContent::kBinary);
   if (!failed_ && mark == ByteOrderMark::kWritten && isUtf16(encodingId_)) {
     failed_ = !write(encodingId_ == encoding_id::kUtf16Be ? kBigEndianMark : kLittleEndianMark);
   }

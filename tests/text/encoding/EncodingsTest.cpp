@@ -37,7 +37,8 @@ std::string writtenAndRead(i32 id, ByteOrderMark mark) {
   sink.WriteLine(u"\u65E5", LineEnd::kNone);
   sink.Close();
   RecordReader reader;
-  EXPECT_TRUE(file.Open(fromNative(folder.path("report")), open_flags::kRead, false));
+  EXPECT_TRUE(
+      file.Open(fromNative(folder.path("report")), open_flags::kRead, FileContent::kBinary));
   reader.Attach(&file);
   EXPECT_TRUE(reader.Open(u"", id, 100));
   std::string text = " " + quotedBytes(folder.read("report"));
