@@ -1,7 +1,5 @@
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <utility>
 
 #include "inspect/Commands.h"
@@ -12,7 +10,6 @@
 #include "inspect/output/AcceptedFile.h"
 #include "inspect/output/ChangesWriter.h"
 #include "inspect/output/ProgressLine.h"
-#include "inspect/output/ShownText.h"
 #include "text/NativeText.h"
 
 namespace rvf::inspect {
@@ -32,14 +29,6 @@ bool hasSelected(const CaptureFile& file, const Selection& selection) {
   return false;
 }
 
-bool wantsColour(When when, const Output& output) {
-  if (when == When::kAuto) {
-    const char* noColour = std::getenv("NO_COLOR");
-    return output.isTerminal() && (noColour == nullptr || *noColour == '\0');
-  }
-  return when == When::kAlways;
-}
-
 std::unique_ptr<InspectionListener> makeWriter(const ChangesOptions& options, Output& output) {
   switch (options.output.format) {
     case Format::kJsonLines:
@@ -48,7 +37,7 @@ std::unique_ptr<InspectionListener> makeWriter(const ChangesOptions& options, Ou
       return makeJUnitChangesWriter(output);
     default:
       return makeTextChangesWriter(
-          output, {wantsColour(options.output.color, output),
+          output, {takesColour(options.output, output),
                    options.groups ? Grouping::kByGroup : Grouping::kByPage, options.showsAllPages});
   }
 }
@@ -87,31 +76,12 @@ class ResultKeeper {
   std::map<u64, GroupKey> groups_;
 };
 
-void refuseToOverwrite(const std::string& output, const std::string& input) {
-  std::error_code ignored;
-  if (!output.empty() && std::filesystem::equivalent(output, input, ignored)) {
-    throw Trouble(output, "is also an input");
-  }
-}
-
 int statusOf(const Summary& summary, bool hasAccepted) {
   if (!summary.isComplete()) {
     return status::kTrouble;
   }
   const bool isDifferent = summary.changes > 0 || (!hasAccepted && summary.bits != 0);
   return isDifferent ? status::kDifferent : status::kSame;
-}
-
-// Entries that an older pair of files needed hide nothing any more; somebody should take them out.
-void tellUnused(const std::string& path, const std::map<u64, GroupKey>& accepted,
-                const std::set<u64>& seen) {
-  for (const auto& [id, key] : accepted) {
-    if (!seen.contains(id)) {
-      std::fprintf(stderr, "rvfinspect: %s: nothing matches %s any more: %s\n",
-                   shownText(std::string_view(path)).c_str(), idText(id).c_str(),
-                   shownText(std::string_view(inWords(key))).c_str());
-    }
-  }
 }
 
 }  // namespace

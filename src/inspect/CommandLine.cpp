@@ -107,6 +107,7 @@ class CommandLine {
     addPage();
     addDump();
     addCheck();
+    addSummary();
   }
 
   int run(int argc, char** argv) {
@@ -287,6 +288,25 @@ class CommandLine {
     addOutput(command, check_.output, kDataFormats);
   }
 
+  void addSummary() {
+    CLI::App* command =
+        addCommand("summary", "Sum up the results of many pairs, as rvfjobs leaves them",
+                   "rvfinspect summary --groups results", [this] { return runSummary(summary_); });
+    command->add_option("RESULTS", summary_.results, "The folder of results")->required();
+    command->add_flag("--groups", summary_.groups,
+                      "Read the files of different pairs again, and group their changes");
+    command
+        ->add_option("--accepted", summary_.accepted,
+                     "The same, and leave out the groups that this file lists")
+        ->type_name("FILE");
+    addTolerances(command, summary_);
+    addOutput(command, summary_.output, kReportFormats);
+    addProgress(command, summary_.output);
+    command->footer(
+        "Tolerances and --two-byte-text are for pairs whose own options do not say.\n"
+        "Example:\n  rvfinspect summary --groups results");
+  }
+
   [[nodiscard]] const CLI::App* commandOf(const std::vector<std::string>& words) const {
     for (const CLI::App* command : app_.get_subcommands({})) {
       if (!words.empty() && command->get_name() == words.front()) {
@@ -342,6 +362,7 @@ class CommandLine {
   PageOptions page_;
   DumpOptions dump_;
   CheckOptions check_;
+  SummaryOptions summary_;
 };
 
 }  // namespace

@@ -20,5 +20,6 @@ constexpr int kWarnings = 3;  // check alone
 [[nodiscard]] int runPage(const PageOptions& options);
 [[nodiscard]] int runDump(const DumpOptions& options);
 [[nodiscard]] int runCheck(const CheckOptions& options);
+[[nodiscard]] int runSummary(const SummaryOptions& options);
 
 }  // namespace rvf::inspect

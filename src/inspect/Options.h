@@ -8,6 +8,7 @@
 #include "compare/Tolerances.h"
 #include "inspect/model/CaptureFile.h"
 #include "inspect/output/DrawingStyle.h"
+#include "inspect/output/Output.h"
 
 namespace rvf::inspect {
 
@@ -21,6 +22,10 @@ struct OutputOptions {
   When color = When::kAuto;
   When progress = When::kAuto;
 };
+
+[[nodiscard]] inline bool takesColour(const OutputOptions& options, const Output& output) {
+  return options.color == When::kAuto ? output.takesColour() : options.color == When::kAlways;
+}
 
 /// Which customers and pages a command looks at; all of them without a choice.
 struct Selection {
@@ -71,6 +76,15 @@ struct ChangesOptions {
   bool showsAllPages = false;
   std::string accepted;
   std::string writeAccepted;
+  OutputOptions output;
+};
+
+struct SummaryOptions {
+  std::string results;          // the folder
+  Tolerances tolerances{0, 0};  // of pairs whose options do not say
+  OldText oldText = OldText::kOneByte;
+  bool groups = false;
+  std::string accepted;
   OutputOptions output;
 };
 

@@ -2,6 +2,7 @@
 
 import json
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -20,6 +21,16 @@ for folder in folders[::4]:
     runs += [["changes", *captures[:2]], ["dump", captures[0]], ["check", *captures]]
     runs += [["list", str(folder / "expected-difference")]]
 
+# A folder of results with one pair that differs.
+results = pathlib.Path(tempfile.mkdtemp())
+(results / "pairs/x").mkdir(parents=True)
+for name in ("first.rvf", "second.rvf"):
+    (results / "pairs/x" / name).symlink_to((sources / "samples" / name).resolve())
+pair = {"name": "x", "folder": "pairs/x", "first": "a", "second": "b", "options": ["-POS_TOLERANCE=5"], "reason": ""}
+pair |= {"state": "different", "status": 197, "bits": 539073, "seconds": 0.1, "firstBytes": 1, "secondBytes": None}
+(results / "results.jsonl").write_text(json.dumps(pair) + "\n" + json.dumps(pair | {"state": "killed", "bits": None}))
+runs += [["summary", "--groups", str(results)]]
+
 lines = 0
 kinds = set()
 for run in runs:
@@ -33,7 +44,9 @@ for run in runs:
             sys.exit(f"{run}: {error.message}\n{line[:2000]}")
         lines += 1
         kinds.add(record["record"])
+shutil.rmtree(results)
 missing = {"run", "verdict", "page", "object", "group", "summary", "part", "list", "check", "differenceFile"} - kinds
+missing |= {"results", "pair", "groupOfPairs", "resultsSummary"} - kinds
 if missing:
     sys.exit(f"never seen: {missing}")
 print(f"{lines} lines of {len(kinds)} kinds are as the schema says")

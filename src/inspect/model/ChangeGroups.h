@@ -70,6 +70,7 @@ class ChangeGroups {
 
   /// With the most pages first.
   [[nodiscard]] std::vector<const ChangeGroup*> sorted() const;
+  [[nodiscard]] std::size_t count() const { return groups_.size(); }
   [[nodiscard]] i64 changesLeftOut() const { return changesLeftOut_; }
 
   [[nodiscard]] static GroupKey keyOf(const Change& change, i32 page);

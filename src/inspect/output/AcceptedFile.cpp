@@ -1,6 +1,7 @@
 #include "inspect/output/AcceptedFile.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
@@ -9,6 +10,7 @@
 #include "inspect/model/Trouble.h"
 #include "inspect/output/JsonLine.h"
 #include "inspect/output/Output.h"
+#include "inspect/output/ShownText.h"
 
 namespace rvf::inspect {
 
@@ -101,6 +103,17 @@ std::string inWords(const GroupKey& key) {
     words += " " + field;
   }
   return key.page == kNone ? words : words + ", page " + std::to_string(i64{key.page} + 1);
+}
+
+void tellUnused(const std::string& path, const std::map<u64, GroupKey>& accepted,
+                const std::set<u64>& seen) {
+  for (const auto& [id, key] : accepted) {
+    if (!seen.contains(id)) {
+      std::fprintf(stderr, "rvfinspect: %s: nothing matches %s any more: %s\n",
+                   shownText(std::string_view(path)).c_str(), idText(id).c_str(),
+                   shownText(std::string_view(inWords(key))).c_str());
+    }
+  }
 }
 
 }  // namespace rvf::inspect

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 
 #include "inspect/model/ChangeGroups.h"
@@ -19,5 +20,10 @@ void writeAccepted(const std::string& path, const std::map<u64, GroupKey>& group
 
 /// A group in words, for a message about it.
 [[nodiscard]] std::string inWords(const GroupKey& key);
+
+/// Tells on standard error which entries of a file matched nothing: those that older captures
+/// needed hide nothing any more, and somebody should take them out.
+void tellUnused(const std::string& path, const std::map<u64, GroupKey>& accepted,
+                const std::set<u64>& seen);
 
 }  // namespace rvf::inspect

@@ -24,6 +24,8 @@ class JsonLine {
     char digits[24];
     return plain({digits, std::to_chars(digits, digits + sizeof digits, number).ptr});
   }
+  /// With six places.
+  JsonLine& value(f64 number) { return plain(std::to_string(number)); }
   JsonLine& value(bool truth) { return plain(truth ? "true" : "false"); }
   /// Valid UTF-8, of this program.
   JsonLine& value(std::string_view text);

@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
+#include <filesystem>
 #include <utility>
 
 #include "inspect/model/Trouble.h"
@@ -30,7 +32,11 @@ void Output::finish() {
   }
 }
 
-bool Output::isTerminal() const { return file_ == nullptr && ::isatty(STDOUT_FILENO) == 1; }
+bool Output::takesColour() const {
+  const char* noColour = std::getenv("NO_COLOR");
+  const bool isRefused = noColour != nullptr && *noColour != '\0';
+  return !isRefused && file_ == nullptr && ::isatty(STDOUT_FILENO) == 1;
+}
 
 void Output::writeOut() {
   std::FILE* file = file_ ? file_.get() : stdout;
@@ -43,6 +49,13 @@ void Output::writeOut() {
 void Output::fail() const {
   const std::string reason = toNative(systemErrorText(errno).view());
   throw Trouble(path_.empty() ? "standard output" : path_, reason);
+}
+
+void refuseToOverwrite(const std::string& output, const std::string& input) {
+  std::error_code ignored;
+  if (!output.empty() && std::filesystem::equivalent(output, input, ignored)) {
+    throw Trouble(output, "is also an input");
+  }
 }
 
 }  // namespace rvf::inspect

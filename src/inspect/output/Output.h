@@ -29,8 +29,8 @@ class Output {
   /// Writes out what is left. Whoever needs the result calls it before the output is dropped.
   void finish();
 
-  /// Whether the output is a terminal.
-  [[nodiscard]] bool isTerminal() const;
+  /// Whether the output is a terminal whose user has not asked for no colours.
+  [[nodiscard]] bool takesColour() const;
 
  private:
   static constexpr std::size_t kBufferSize = 65536;
@@ -45,5 +45,8 @@ class Output {
   std::unique_ptr<std::FILE, Closer> file_;
   std::string buffer_;
 };
+
+/// Throws Trouble if an output is also an input. Paths may be empty.
+void refuseToOverwrite(const std::string& output, const std::string& input);
 
 }  // namespace rvf::inspect

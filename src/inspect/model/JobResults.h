@@ -1,0 +1,60 @@
+#pragma once
+
+#include <fstream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "compare/DiffFlags.h"
+#include "compare/Tolerances.h"
+#include "inspect/model/CaptureFile.h"
+
+namespace rvf::inspect {
+
+/// What a pair of a night came to.
+enum class Outcome { kIdentical, kDifferent, kOneSided, kFailed };
+
+/// A line of results.jsonl, which rvfjobs writes. Its texts come from file names and messages and
+/// may hold anything.
+struct PairResult {
+  std::u16string name;
+  std::string folder;  // within the folder of results
+  std::optional<std::u16string> first;
+  std::optional<std::u16string> second;  // nothing: there is no such file
+  std::vector<std::u16string> options;
+  std::string state;  // one of those that rvfjobs knows
+  std::u16string reason;
+  std::optional<i64> status;
+  std::optional<DiffFlags> bits;
+  std::optional<f64> seconds;
+  std::optional<i64> firstBytes;
+  std::optional<i64> secondBytes;
+
+  [[nodiscard]] Outcome outcome() const;
+  [[nodiscard]] i64 bytes() const { return firstBytes.value_or(0) + secondBytes.value_or(0); }
+};
+
+/// What the options of a pair say of the comparison. Those in a control file are not seen.
+struct PairOptions {
+  Tolerances tolerances{};
+  OldText oldText = OldText::kOneByte;
+};
+[[nodiscard]] PairOptions withOptionsOf(const PairResult& pair, PairOptions options);
+
+/// Reads the pairs of a folder of results, one after the other.
+class JobResults {
+ public:
+  /// Throws Trouble if the folder holds no results of a run that has ended.
+  explicit JobResults(const std::string& folder);
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+  /// The next pair, or nothing behind the last one. Throws Trouble for a line that is none.
+  [[nodiscard]] std::optional<PairResult> next();
+
+ private:
+  std::string path_;
+  std::ifstream file_;
+  i64 line_ = 0;
+};
+
+}  // namespace rvf::inspect

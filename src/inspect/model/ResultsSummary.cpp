@@ -1,0 +1,86 @@
+#include "inspect/model/ResultsSummary.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace rvf::inspect {
+
+void NamedPairs::add(const std::u16string& name) {
+  count += 1;
+  if (names.size() < kMostNames) {
+    names.push_back(name);
+  }
+}
+
+i64 ResultsSummary::count(Outcome outcome) const {
+  const auto found = outcomes_.find(outcome);
+  return found == outcomes_.end() ? 0 : found->second;
+}
+
+void ResultsSummary::add(const PairResult& pair, const PairInspection* inspection) {
+  const Outcome outcome = pair.outcome();
+  pairs_ += 1;
+  outcomes_[outcome] += 1;
+  if (inspection != nullptr) {
+    accepted_ += inspection->isAccepted ? 1 : 0;
+    unexplained_ += inspection->trouble.empty() ? 0 : 1;
+  }
+  if (outcome == Outcome::kDifferent) {
+    const DiffFlags bits = pair.bits.value_or(0);
+    for (DiffFlags bit = 1; bit != 0; bit <<= 1) {
+      if ((bits & bit) != 0) {
+        pairsByBit_[bit] += 1;
+      }
+    }
+  }
+  if (outcome == Outcome::kFailed || outcome == Outcome::kOneSided) {
+    const Failure failure(pair.state, pair.reason);
+    if (reasons_.size() < kMostReasons || reasons_.contains(failure)) {
+      reasons_[failure].add(pair.name);
+    } else {
+      reasonsLeftOut_ += 1;
+    }
+  }
+  if (pair.seconds) {
+    slowest_.add(*pair.seconds, pair.name);
+  }
+  largest_.add(pair.bytes(), pair.name);
+}
+
+void ResultsSummary::addGroups(const std::u16string& name, const ChangeGroups& groups) {
+  changesNotGrouped_ += groups.changesLeftOut();
+  for (const ChangeGroup* group : groups.sorted()) {
+    const auto found = groups_.find(group->id);
+    if (found == groups_.end()) {
+      if (groups_.size() == ChangeGroups::kMostGroups) {
+        changesNotGrouped_ += group->changes;
+        continue;
+      }
+      groups_[group->id] = {*group, {1, {name}}};
+      continue;
+    }
+    GroupOfPairs& all = found->second;
+    all.pairs.add(name);
+    all.group.pages += group->pages;
+    all.group.customers += group->customers;
+    all.group.changes += group->changes;
+    // Whether the values of one pair are those of another is not known.
+    all.group.pairs = std::max(all.group.pairs, group->pairs);
+    all.group.hasAllPairs = false;
+    all.group.ignoredBy = all.group.ignoredBy.empty() ? all.group.ignoredBy : group->ignoredBy;
+  }
+}
+
+std::vector<const GroupOfPairs*> ResultsSummary::groups() const {
+  std::vector<const GroupOfPairs*> result;
+  for (const auto& [id, group] : groups_) {
+    result.push_back(&group);
+  }
+  std::ranges::sort(result, [](const GroupOfPairs* a, const GroupOfPairs* b) {
+    return std::tuple(-a->pairs.count, -a->group.pages, a->group.key.page, a->group.id) <
+           std::tuple(-b->pairs.count, -b->group.pages, b->group.key.page, b->group.id);
+  });
+  return result;
+}
+
+}  // namespace rvf::inspect

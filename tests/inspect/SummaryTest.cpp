@@ -1,0 +1,148 @@
+#include <gtest/gtest.h>
+
+#include <pugixml.hpp>
+
+#include "run/RunFolder.h"
+
+namespace rvf::test {
+namespace {
+
+const std::string kBits = "539073";  // of the samples with a position tolerance of 5
+
+/// A folder of results, a line for each pair, as rvfjobs leaves it.
+class ResultsFolder : public RunFolder {
+ public:
+  ResultsFolder() { std::filesystem::create_directories(path() / "r/pairs"); }
+
+  /// A pair without its files: what has one stands in `second`.
+  void add(const std::string& name, const std::string& state, const std::string& bits,
+           const std::string& reason = "", const std::string& option = "-pos_tolerance=5",
+           const std::string& folder = "") {
+    const std::string size = std::to_string(++pairs_ * 1000);
+    lines_ += R"({"record":"pair","format":1,"name":")" + name + R"(","folder":"pairs/)" +
+              (folder.empty() ? name : folder) + R"(","first":"/a","second":null,"options":[")" +
+              option + R"("],"state":")" + state + R"(","reason":")" + reason +
+              R"(","status":null,"bits":)" + bits + R"(,"seconds":0.0)" + std::to_string(pairs_) +
+              R"(,"firstBytes":)" + size + R"(,"secondBytes":null})" + "\n";
+    write("r/results.jsonl", lines_);
+  }
+  /// A pair that differs, with both files.
+  void addSamples(const std::string& name, const std::string& bits = kBits,
+                  const std::string& option = "-pos_tolerance=5") {
+    add(name, "different", bits, "", option);
+    std::filesystem::create_directories(path() / "r/pairs" / name);
+    for (const char* file : {"first.rvf", "second.rvf"}) {
+      std::filesystem::copy(sourcePath("samples/" + std::string(file)), path() / "r/pairs" / name);
+    }
+  }
+  ProgramResult summary(const std::string& arguments) const {
+    return shell("I='" + builtPath("rvfinspect") + "'; $I summary " + arguments);
+  }
+
+ private:
+  std::string lines_;
+  int pairs_ = 0;
+};
+
+struct Call {
+  std::string arguments;
+  int status;
+  std::string out;  // a part of standard output
+  std::string err;  // of standard error
+};
+
+void expectAll(const ResultsFolder& folder, const std::vector<Call>& calls) {
+  for (const Call& call : calls) {
+    const ProgramResult result = folder.summary(call.arguments);
+    EXPECT_EQ(result.status, call.status) << call.arguments << "\n" << result.err;
+    EXPECT_NE(result.out.find(call.out), std::string::npos) << call.arguments << "\n" << result.out;
+    EXPECT_NE(result.err.find(call.err), std::string::npos) << call.arguments << "\n" << result.err;
+  }
+}
+
+TEST(Summary, TellsTheWorstOfItsPairsByItsStatus) {
+  ResultsFolder folder;
+  expectAll(folder, {{"r", 2, "", "rvfjobs writes it when a run ends"}});
+  folder.add("same", "identical", "0");
+  expectAll(folder, {{"r", 0, "identical 1", ""}});
+  folder.add("gone", "only-first", "null");
+  expectAll(folder, {{"r", 1, "1 only-first: \"gone\"", ""}});
+  folder.addSamples("x");
+  expectAll(folder, {{"r", 1, "Page count (524288): 1", ""},
+                     {"--output r/results.jsonl r", 2, "", "is also an input"}});
+  for (const char* name : {"a", "b", "c", "d", "e"}) folder.add(name, "killed", "null", "signal 9");
+  expectAll(folder, {{"r", 2, "5 killed (signal 9): \"a\", \"b\", \"c\" and 2 more", ""},
+                     {"r", 2, "Slowest pairs\n  0.080 s: \"e\"\n", ""},
+                     {"r", 2, "Largest pairs\n  8000 bytes: \"e\"\n", ""},
+                     {"--format jsonl r", 2, R"("failed":5,)", ""},
+                     {"--format junit r", 2, "<error message=\"killed: signal 9\"", ""}});
+}
+
+TEST(Summary, GroupsChangesOfAllPairsByTheirOwnOptions) {
+  ResultsFolder folder;
+  const std::string premium = "changed TEXT: text, page 2 at (290, 1010); at least 1 distinct";
+  folder.addSamples("x");
+  folder.addSamples("y", kBits, "/DIFFTOLERANCE=4");
+  expectAll(folder,
+            {{"--groups r", 2, "Not explained: \"y\": the files now give ", ""},
+             {"--groups r", 2, "In 2 pairs: \"x\", \"y\"\n  2 pages, 2 customers: " + premium, ""},
+             {"--groups --format jsonl r", 2, R"("inPairs":{"count":2,"names":["x","y"]})", ""},
+             {"--groups --format junit r", 2, "<error message=\"the files now give ", ""}});
+}
+
+TEST(Summary, LeavesAcceptedChangesOut) {
+  ResultsFolder folder;
+  folder.addSamples("x");
+  folder.addSamples("y", kBits, "");  // whose tolerance comes from elsewhere
+  const std::string write =
+      "/dev/null 2>/dev/null; $I changes --write-accepted acc "
+      "r/pairs/x/first.rvf r/pairs/x/second.rvf >/dev/null; $I summary ";
+  expectAll(
+      folder,
+      {{write + "--accepted acc --position-tolerance 5 r", 0, "by accepted changes alone 2", ""},
+       {"--accepted acc --position-tolerance 5 --format junit r", 0, "name=\"y\" />", ""},
+       {"--accepted acc r", 2, "Not explained: \"y\"", ""},
+       {"/dev/null 2>&1; grep -v TEXT acc | sed 's/\"page\":2/\"page\":7/' >few; $I summary "
+        "--position-tolerance 5 --accepted few r",
+        1, "changed TEXT", "nothing matches"}});
+  for (const std::string name : {"first", "second"}) {
+    folder.write("r/pairs/y/" + name + ".rvf",
+                 folder.read("r/pairs/y/" + name + ".rvf").substr(0, 5000));
+  }
+  expectAll(folder, {{"--accepted acc r", 2, "\"y\": r/pairs/y/first.rvf: damaged", ""}});
+}
+
+// Names and messages come from outside, and so may the whole file.
+TEST(Summary, TakesNothingInResultsForMoreThanData) {
+  ResultsFolder hostile;
+  hostile.add(R"(\u001b[2J\u202e<b>&\ud83d\ude00\")", "failed", "null", R"(\u0007\u0085)", "", "x");
+  for (const char* format : {"text", "jsonl", "junit"}) {
+    const ProgramResult result = hostile.summary(std::string("r --format ") + format);
+    EXPECT_EQ(result.status, 2);
+    for (const char* code : {"\x1b", "\x07", "\xC2\x85", "\xE2\x80\xAE"}) {
+      EXPECT_EQ(result.out.find(code), std::string::npos) << format;
+    }
+    if (result.out.starts_with("<?xml")) {
+      EXPECT_TRUE(pugi::xml_document().load_string(result.out.c_str()));
+    }
+  }
+  const std::string pair = hostile.read("r/results.jsonl");
+  const std::pair<std::string, std::string> edits[] = {{"pairs/x", "pairs/../../x"},
+                                                       {"pairs/x", "/etc"},
+                                                       {"pairs/x", "pairs/"},
+                                                       {"failed", "unheard-of"},
+                                                       {"1000", "-1000"},
+                                                       {"1000", "1e300"},
+                                                       {"0.01", "1e999"},
+                                                       {"\"bits\":null", "\"bits\":4294967296"},
+                                                       {"}", ""}};
+  for (const auto& [from, to] : edits) {
+    std::string edited = pair;
+    edited.replace(edited.find(from), from.size(), to);
+    hostile.write("r/results.jsonl", pair + edited);
+    expectAll(hostile, {{"r", 2, "", "r/results.jsonl: line 2 "}});
+  }
+}
+
+}  // namespace
+}  // namespace rvf::test
