@@ -165,7 +165,9 @@ void drawFrame(const Box& box, const std::string& label, i32 index, xml_node par
   set(text, "x", std::min(box.left, box.right) + 8);
   set(text, "y", std::min(box.top, box.bottom) + 32);
   set(text, "font-family", "sans-serif");
-  set(text, "font-size", 24);
+  constexpr i64 kSmallest = 8, kLargest = 24;
+  const i64 fitting = 2 * std::abs(box.right - box.left) / static_cast<i64>(label.size() + 1);
+  set(text, "font-size", std::clamp(fitting, kSmallest, kLargest));
   set(text, "fill", "#606060");
   text.append_child(pugi::node_pcdata).set_value(label.c_str());
 }
