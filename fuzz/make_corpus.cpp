@@ -164,10 +164,7 @@ void addPairs(Inputs& pairs) {
     addPair(pairs, 4, tolerance, onePage({part, rect()}), onePage({next, rect()}));
     addPair(pairs, 4, tolerance, onePage({part, next}), onePage({next, part, part}));
   }
-  // Images that own a link, or names, or nothing.
-  for (const Part& part : {image({.link = LinkFields{}}), image({.nameValues = {{}}}), image()}) {
-    addPair(pairs, 4, 0, onePage({part}));
-  }
+  addPair(pairs, 4, 0, onePage({image({.link = LinkFields{}}), image({.nameValues = {{}}})}));
   CaptureFields two = captureOf({page({text()}), page({line()})});
   two.customers.push_back({.id = u"C2"});
   addPair(pairs, 0, 1, onePage({text()}), bytesOf(two));

@@ -23,10 +23,8 @@ inline void requireSamePairings(const DrawList& parts, const DrawList& list,
   MatchCandidates candidates(list, isTaken, childLists);
   for (const DrawPart& part : parts.parts()) {
     i32 i = 0;
-    while (i < list.count &&
-           (isTaken[asSize(i)] || classifyParts(part, list[i], tolerances) != 0)) {
+    while (i < list.count && (isTaken[asSize(i)] || classifyParts(part, list[i], tolerances) != 0))
       ++i;
-    }
     const i32 found = candidates.firstFree(part);
     require(found == (i < list.count ? i : MatchCandidates::kNotFound), "an index finds the first");
     if (found != MatchCandidates::kNotFound) isTaken[asSize(found)] = true;
