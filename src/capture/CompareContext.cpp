@@ -11,7 +11,7 @@ namespace {
 constexpr i32 kSmallestPlacedList = kSmallestDrawList + 2 * static_cast<i32>(sizeof(i32));
 constexpr i32 kFirstVersionWithFourTables = 2;
 
-/// Names the context whose page is being read, for as long as it is.
+/// Sets currentContext while a page is being read.
 class CurrentContext {
  public:
   explicit CurrentContext(const StaticLookup& context) { currentContext = &context; }
@@ -34,7 +34,8 @@ void CompareContext::FetchPage(i32 customerIndex, i32 position) {
     return;
   }
   const CurrentContext current(*this);
-  // Pages of a file are much alike: with as much as the last one had, this one mostly stands whole.
+  // The pages of a file are similar in size: a block as large as the last page usually holds this
+  // one whole.
   static_cast<void>(window().hold(position, bodyLength_));
   eArchive archive(*file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
   archive.setWideStrings(doubleByteText);
@@ -43,7 +44,7 @@ void CompareContext::FetchPage(i32 customerIndex, i32 position) {
   bodyLength_ = archive.failed() ? 0 : archive.GetPosition() - position;
   if (archive.failed()) {
     pageFailure_ = PageFailure{archive.failureOffset(), archive.newerRecord()};
-    // Two files that are damaged alike must not be called identical, whatever was left of the page.
+    // Two files with the same damage must not be called identical, whatever was left of the page.
     archive.markDamaged();
   }
 }
@@ -123,7 +124,7 @@ DrawList& CompareContext::placedListAt(i32 index) {
 
 void CompareContext::ReadStaticTables(eArchive& archive, i32 fileVersion) {
   forgetPage();  // its references lead into the tables
-  // The order of the file, which is not that of the type numbers.
+  // In the order of the file, which is not that of the type numbers.
   StaticTable* const tables[] = {&type21Statics_, &type24Statics_, &type23Statics_,
                                  &type175Statics_};
   for (StaticTable* table : tables) {

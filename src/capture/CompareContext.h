@@ -20,46 +20,45 @@ struct PageFailure {
   std::optional<NewerRecord> newer;  // set: a record is too new; otherwise the page is damaged
 };
 
-/// The working object of one file: the page in memory, the static lists placed on it, and the
-/// tables of static objects that any page may refer to. Exactly one page is held at a time; what it
-/// has grown to is used again for the next.
+/// The working state of one file: the page in memory, the static lists placed on it, and the tables
+/// of static objects that any page may refer to. Exactly one page is held at a time; its memory is
+/// reused for the next.
 class CompareContext final : public StaticLookup {
  public:
   CompareContext() = default;
   CompareContext(const CompareContext&) = delete;
   CompareContext& operator=(const CompareContext&) = delete;
 
-  /// Brings the page body at `position` of the file into memory, over the page that was there; a
-  /// negative position is a page without a body. A page that is there already is not read again.
+  /// Reads the page body at `position` of the file, replacing the page in memory; a negative
+  /// position means a page without a body. A page that is already in memory is not read again.
   ///
-  /// A damaged body leaves what was read before the damage: possibly an empty page, never the page
-  /// before it. The failure is reported, once. So it is with a record that is too new, but that is
-  /// not reported: see pageFailure.
+  /// A damaged body leaves what was read before the damage: possibly an empty page, never the
+  /// previous one. The failure is reported, once. A record that is too new has the same effect but
+  /// is not reported: see pageFailure.
   void FetchPage(i32 customerIndex, i32 position);
 
-  /// What is wrong with the page in memory; nothing with a sound one.
+  /// What is wrong with the page in memory; empty if it is sound.
   [[nodiscard]] const std::optional<PageFailure>& pageFailure() const { return pageFailure_; }
-  /// The record of that page that is too new; null in a page without one.
+  /// The record of that page that is too new; null if there is none.
   [[nodiscard]] const NewerRecord* newerRecord() const {
     return pageFailure_ && pageFailure_->newer ? &*pageFailure_->newer : nullptr;
   }
 
-  /// How many bytes the body of the page in memory takes; 0 without a body and for a damaged one.
+  /// The size of the body of the page in memory; 0 if there is none or it is damaged.
   [[nodiscard]] i64 bodyLength() const { return bodyLength_; }
   /// The bytes of the body of the page in memory; none for a page without a body, a damaged one,
   /// and one whose bytes have left the file's window. Valid until the file is read again.
   [[nodiscard]] std::span<const std::byte> bodyBytes() const;
-  /// Whether these bytes stand at `position` of the file too. False also where that cannot be told
-  /// at the price of one read.
+  /// Whether the file has the same bytes at `position`. Also false if a single read cannot tell.
   [[nodiscard]] bool hasBytesAt(i32 position, std::span<const std::byte> bytes);
   /// Leaves no page in memory.
   void forgetPage();
 
-  /// Reads the tables of static objects, which stand directly behind the header. Files below
-  /// version 2 have three of them.
+  /// Reads the tables of static objects, which follow the header. Files below version 2 have three
+  /// of them.
   void ReadStaticTables(eArchive& archive, i32 fileVersion);
 
-  /// Objects of a table; 0 for a type that has none.
+  /// The number of objects in the table of a type; 0 for a type without one.
   [[nodiscard]] i32 staticObjectCount(i32 objectType) const;
   [[nodiscard]] const DrawStatic* FindStatic(i32 objectType, i32 index) const override;
 

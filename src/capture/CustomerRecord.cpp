@@ -7,9 +7,9 @@ namespace rvf {
 
 namespace {
 
-// Quirk that stays: text of the other byte order is known by the low byte of the id's first
-// character alone. So the names of a customer with an empty id are exchanged too (the byte that is
-// looked at is the terminator), and an id that starts with U+3000 is taken for swapped.
+// Quirk that stays: text of the other byte order is recognised by the low byte of the id's first
+// character alone. So the names of a customer with an empty id are swapped too (the byte that is
+// tested is the terminator's), and an id that starts with U+3000 is taken for swapped.
 bool looksSwapped(const eString& id) { return (id.c_str()[0] & 0xFF) == 0; }
 
 }  // namespace

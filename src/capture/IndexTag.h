@@ -13,8 +13,8 @@ constexpr i32 kNewest = -102;         // what is written
 constexpr i32 kSmallestField = -100;  // any value below stands in a tag's place
 }  // namespace index_tag
 
-/// Reads a field that a record of the oldest form has bare and a newer one behind its tag, and
-/// notes the tag in the frame.
+/// Reads a field that stands alone in a record of the oldest form and follows the tag in newer
+/// ones, and stores the tag in the frame.
 [[nodiscard]] inline i32 readTaggedValue(eRecordFrame& frame, eArchive& archive) {
   const i32 found = archive.ReadI32();
   if (found >= index_tag::kSmallestField) {

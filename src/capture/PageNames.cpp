@@ -7,8 +7,8 @@ namespace rvf {
 
 namespace {
 
-// How a name stands in memory: its length and form, then the characters. Each text has one form
-// only, so that equal names are equal bytes.
+// The layout of a name in memory: its length and form, then the characters. A text has only one
+// form, so equal names have equal bytes.
 //   one byte    2 * length + isWide, for lengths below 127; otherwise 255, and behind it
 //   four bytes  the same value
 
@@ -57,7 +57,7 @@ char16_t unitAt(const std::byte* units, std::size_t index) {
   return unit;
 }
 
-// Behind the marker of text of two bytes a character, one byte has the count.
+// After the marker of wide text, the count takes one byte.
 constexpr std::byte kWideMarker[] = {std::byte{0xFF}, std::byte{0xFE}, std::byte{0xFF}};
 constexpr std::size_t kCountByte = 1;
 constexpr std::size_t kLongerCount = 255;
@@ -131,7 +131,7 @@ PageName PageNames::keepNarrow(std::span<const std::byte> bytes) {
 }
 
 PageName PageNames::read(eArchive& archive, bool swapBytes) {
-  // Nearly all names are short and stand whole in the buffer, from where they are taken at once.
+  // Nearly all names are short and lie whole in the buffer, so that they can be copied directly.
   const std::span<const std::byte> held = archive.held();
   const bool isMarked = held.size() > std::size(kWideMarker) &&
                         std::equal(std::begin(kWideMarker), std::end(kWideMarker), held.begin());

@@ -11,12 +11,12 @@
 
 namespace rvf {
 
-/// What an index is kept in, which may be of millions of pages: handed out piece by piece from ever
-/// larger blocks, and freed all at once.
+/// The memory of an index, which may have millions of pages: allocated from ever larger blocks and
+/// freed all at once.
 using IndexMemory = std::pmr::monotonic_buffer_resource;
 
-/// The name of a page, one pointer wide: a text in the IndexMemory of its file, and valid as long
-/// as that holds it.
+/// The name of a page, one pointer wide. Its text lies in the IndexMemory of its file and lives as
+/// long as that.
 class PageName {
  public:
   /// The empty name.
@@ -33,8 +33,8 @@ class PageName {
   const std::byte* stored_ = nullptr;  // null: empty
 };
 
-/// Makes the names of the pages of one file: packed one behind the other, with one byte a character
-/// where that is enough.
+/// Makes the names of the pages of one file. They are packed one after another, with one byte per
+/// character where that is enough.
 class PageNames {
  public:
   /// `memory` must outlive this and the names.

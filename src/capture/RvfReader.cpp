@@ -94,7 +94,7 @@ LoadResult RvfReader::readTrailer(FileObject& file, i32& indexOffset) const {
   return {isTrailer ? LoadState::kLoaded : LoadState::kBadTrailer, start, {}};
 }
 
-// The values of an archive that has failed mean nothing, so the first failure ends the load.
+// Values from a failed archive are meaningless, so the first failure ends the load.
 LoadResult RvfReader::readContents(eArchive& archive, i32 magic, i32 indexOffset) {
   version = archive.ReadI32();
   if (archive.failed()) {
@@ -144,7 +144,7 @@ void RvfReader::countPages() {
         break;
       }
       firstPagePosition = page.filePosition;
-      // The customer's index in the page's place is of no effect: the walk sets both before it asks
+      // Setting the page to the customer's index has no effect: the walk sets both before it asks
       // for a page.
       currentPage = c;
     }

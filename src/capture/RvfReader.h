@@ -21,7 +21,7 @@ struct StoredDate {
   i32 status = kNeverSet;
 };
 
-/// What became of loading a file.
+/// The outcome of loading a file.
 enum class LoadState : i32 {
   kLoaded,
   kNotCapture,          // no magic number of a page-capture file
@@ -46,7 +46,7 @@ struct DamagedPage {
   i64 offset = 0;
 };
 
-/// The damage met while pages were read, as far as a reader can be told of it.
+/// The damage found while reading pages.
 struct DamageRecord {
   static constexpr std::size_t kMostPlaces = 10;
   std::vector<DamagedPage> places;  // the first kMostPlaces
@@ -54,29 +54,31 @@ struct DamageRecord {
 };
 
 /// One page-capture file in memory: its header, the tables of static objects (in the context) and
-/// the whole index of customers and pages, but no page; these are fetched one at a time.
+/// the whole index of customers and pages, but not the pages, which are fetched one at a time.
 class RvfReader {
  public:
-  /// Neither is owned. `dbcsMode` tells how text is stored in files too old to tell it themselves.
+  /// The context is not owned. `dbcsMode` says how text is stored in files too old to say so
+  /// themselves.
   RvfReader(CompareContext& context, bool dbcsMode) : context_(context), dbcsMode_(dbcsMode) {}
   RvfReader(const RvfReader&) = delete;
   RvfReader& operator=(const RvfReader&) = delete;
 
-  /// Reads the file, which is open and at its start and stays the caller's, over what was loaded
-  /// before. `valid` tells whether it was accepted and loadResult why not; a refusal reports
-  /// nothing of its own.
+  /// Reads the file, which must be open and at its start and stays the caller's, and replaces what
+  /// was loaded before. `valid` says whether it was accepted, and loadResult why it was not; a
+  /// rejection as such is not reported.
   void load(FileObject& file);
   [[nodiscard]] bool valid() const { return loadResult_.state == LoadState::kLoaded; }
   [[nodiscard]] const LoadResult& loadResult() const { return loadResult_; }
 
-  /// Brings the page that currentCustomer and currentPage name into the context, whose pageFailure
-  /// tells what is wrong with it. Damage is noted in damage().
+  /// Reads the page given by currentCustomer and currentPage into the context, whose pageFailure
+  /// says what is wrong with it. Damage is recorded in damage().
   void loadCurrentPage();
   [[nodiscard]] const DamageRecord& damage() const { return damage_; }
 
   [[nodiscard]] CompareContext& context() { return context_; }
 
-  /// Where the file was found to hold what is not a page: offsets in it, ends behind the last byte.
+  /// Where the file holds other things than pages: offsets in the file; ends are one past the last
+  /// byte.
   i64 tablesEnd = 0;
   i32 indexPosition = 0;
   i64 indexEnd = 0;

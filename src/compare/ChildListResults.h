@@ -9,13 +9,13 @@
 
 namespace rvf {
 
-/// What the comparisons of child lists have come to. References lead to the same lists over and
-/// over, which lie in the static tables of the files: these do not change, so each pair is compared
-/// once. Neither may the lists that it has been asked about change as long as this lives.
+/// Remembers the results of comparing child lists. The same lists, in the static tables of the
+/// files, are referred to again and again, so each pair is compared only once. They must not change
+/// during the lifetime of this object.
 ///
-/// Two references are asked about as equal only if they name the same entry of the tables, so there
-/// are no more such results than entries, twice for the two orders. The others are forgotten when
-/// they have become many.
+/// Equality is only asked for if two references name the same entry of the tables, so there are at
+/// most two such results per entry, one for each order. The other results are discarded when there
+/// are too many.
 class ChildListResults {
  public:
   explicit ChildListResults(const Tolerances& tolerances) : tolerances_(tolerances) {}

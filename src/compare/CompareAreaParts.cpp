@@ -6,10 +6,10 @@
 
 namespace rvf {
 
-// CLICKAREA: any two are equal, so only a part of another type comes to be classified.
+// CLICKAREA: any two are equal, so only parts of other types are ever classified.
 DiffFlags classifyClickAreas(const DrawPart&, const DrawPart&, const Tolerances&) { return 0; }
 
-// HYPERLINKAREA: without a url on both sides, two areas are never equal.
+// HYPERLINKAREA: two areas are equal only if both have a url.
 bool equalHyperlinkAreas(const DrawPart& left, const DrawPart& right) {
   const HyperlinkAreaFields& a = left.fields.hyperlinkArea;
   const HyperlinkAreaFields& b = right.fields.hyperlinkArea;

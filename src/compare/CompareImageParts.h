@@ -11,7 +11,7 @@ namespace rvf {
 // The comparison of IMAGE and RESOURCE.
 // The rows of PartComparison.cpp tell which types `left` may have.
 
-/// Whether an image can equal another one: what it owns counts by its identity.
+/// Whether an image can equal another one: what it owns is compared by identity.
 [[nodiscard]] bool ownsNothing(const ImageInfo& info);
 [[nodiscard]] bool equalImages(const DrawPart& left, const DrawPart& right);
 [[nodiscard]] bool equalResources(const DrawPart& left, const DrawPart& right);

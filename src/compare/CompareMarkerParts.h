@@ -4,8 +4,8 @@
 
 namespace rvf {
 
-// The comparison of LAYERIGNORESTARTEND; the other markers equal nothing.
-// The rows of PartComparison.cpp tell which types `left` may have.
+// The comparison of LAYERIGNORESTARTEND; the other markers never equal anything. The rows of
+// PartComparison.cpp tell which types `left` may have.
 
 [[nodiscard]] bool equalLayerIgnores(const DrawPart& left, const DrawPart& right);
 

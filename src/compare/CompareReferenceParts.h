@@ -11,9 +11,9 @@ namespace rvf {
 // The comparison of STATICREF.
 // The rows of PartComparison.cpp tell which types `left` may have.
 
-/// The record alone.
+/// The records alone, without the child lists.
 [[nodiscard]] bool equalStaticRefs(const DrawPart& left, const DrawPart& right);
-/// Whether the child lists that both have are equal. `childLists` may be null.
+/// For two references with child lists: whether the lists are equal. `childLists` may be null.
 [[nodiscard]] bool equalChildren(const DrawPart& left, const DrawPart& right,
                                  ChildListResults* childLists);
 

@@ -9,7 +9,7 @@ namespace rvf {
 
 namespace {
 
-// Quickly told of most equal texts; false means unknown, as there are bytes that do not count.
+// A quick test that finds most equal texts. False means unknown, since some bytes do not count.
 bool sameInAllBytes(const DrawPart& left, const DrawPart& right) {
   const PayloadBlock& a = left.payload;
   const PayloadBlock& b = right.payload;
@@ -25,7 +25,7 @@ bool sameRuns(const DrawPart& left, const DrawPart& right) {
   return sameBytes(textRuns(left), textRuns(right));
 }
 
-// Runs that differ in anything but their place are within every tolerance.
+// Runs that differ in anything but their position are within every tolerance.
 bool anyRunMoved(std::span<const TextRun> left, std::span<const TextRun> right, i32 tolerance) {
   for (std::size_t i = 0; i < left.size(); ++i) {
     if (std::memcmp(&left[i], &right[i], sizeof(TextRun)) == 0) {
@@ -98,8 +98,8 @@ namespace {
 constexpr u8 kTextPropWords = 0b0111'1111;
 constexpr i32 kKindWithLengthC = 1;
 
-// The bytes that stand where a TEXTPROP has its characters. Only a TEXT can come here with any: all
-// other types that have some have a pointer to them among the words.
+// The bytes at the place where a TEXTPROP has its characters. Of the other types only TEXT can get
+// here with any: the rest have a set pointer among the compared words.
 std::span<const std::byte> payloadBytes(const DrawPart& part) {
   if (part.type != PartType::kTextProp && part.type != PartType::kText) {
     return {};
@@ -107,7 +107,8 @@ std::span<const std::byte> payloadBytes(const DrawPart& part) {
   return {part.payload.data(), part.payload.size()};
 }
 
-// Quirk that stays: the lengths count characters of two bytes, but only as many bytes count.
+// Quirk that stays: the lengths count characters of two bytes, but only that many bytes are
+// compared.
 i32 comparedLength(const TextPropFields& fields) {
   const u32 lengthC = fields.propKind == kKindWithLengthC ? fields.lengthC : 0U;
   return static_cast<i32>(static_cast<u32>(fields.lengthA) + static_cast<u32>(fields.lengthB) +
@@ -130,8 +131,8 @@ bool equalTextProps(const DrawPart& left, const DrawPart& right) {
   return a.size() >= size && b.size() >= size && sameBytes(a.first(size), b.first(size));
 }
 
-// Quirk that stays: the sense of the type test is the reverse of all others'. Two TEXTPROP parts
-// that differ earn Content flat; a part of another type that was read as one earns Text.
+// Quirk that stays: the type test is the reverse of all others. Two TEXTPROP parts that differ give
+// just Content; a part of another type that is read as one gives Text.
 DiffFlags classifyTextProps(const DrawPart& left, const DrawPart&, const Tolerances&) {
   return left.type == PartType::kTextProp ? diff::kContent : diff::kText;
 }

@@ -21,7 +21,7 @@ namespace rvf {
 
 /// What a part must share with another of its type to be classified as the same.
 void addTextToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances);
-/// What a TEXTPROP is compared by, of a part of any type.
+/// Adds the words by which a TEXTPROP is compared, from a part of any type.
 void addTextPropWordsToKey(MatchKey& key, const DrawPart& part);
 
 }  // namespace rvf

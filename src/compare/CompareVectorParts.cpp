@@ -9,7 +9,7 @@ namespace rvf {
 
 namespace {
 
-/// Whether any of the points that both have lies out of tolerance.
+/// Whether any pair of points at a common index is out of tolerance.
 bool anyPointMoved(std::span<const Point> left, std::span<const Point> right, i32 tolerance) {
   const std::size_t common = std::min(left.size(), right.size());
   for (std::size_t i = 0; i < common; ++i) {
@@ -20,8 +20,7 @@ bool anyPointMoved(std::span<const Point> left, std::span<const Point> right, i3
   return false;
 }
 
-/// Nothing is within a negative tolerance, so that only equal parts match, whatever the other one
-/// is.
+/// Nothing is within a negative tolerance: if either is negative, only equal parts match.
 Tolerances usableTolerances(const Tolerances& tolerances) {
   const bool anyIsNegative = tolerances.positionTolerance < 0 || tolerances.lineTolerance < 0;
   return anyIsNegative ? Tolerances() : tolerances;
@@ -100,9 +99,9 @@ bool equalRects(const DrawPart& left, const DrawPart& right) {
 
 namespace {
 
-// Quirk that stays: the coordinates are compared as one byte string, and the result of that, -1, 0
-// or 1, is tested as if it were a distance. So without a tolerance every change counts, and with
-// any none does, however large.
+// Quirk that stays: the coordinates are compared as one byte string, and the result (-1, 0 or 1) is
+// tested as if it were a distance. So without a tolerance every change counts, and with one no
+// change does, however large.
 bool rectangleMoved(const RectFields& a, const RectFields& b, i32 tolerance) {
   constexpr std::size_t kCoordinates = 4 * sizeof(i32);
   static_assert(offsetof(RectFields, noFill) == kCoordinates);
@@ -132,7 +131,7 @@ void addRectToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
   key.addAll(fields.shapeCode, fields.shapeFlag);
   addFillAndOutlineToKey(key, fields);
   key.addWidth(fields.lineWidth, usable);
-  // With a tolerance the place of a rectangle does not count at all.
+  // With a tolerance the position of a rectangle does not count at all.
   if (usable.positionTolerance <= 0) {
     key.addAll(fields.left, fields.top, fields.right, fields.bottom);
   }
@@ -175,8 +174,8 @@ DiffFlags classifyPolys(const DrawPart& left, const DrawPart& right, const Toler
 }
 
 // The number of points may differ by one, and then the last point of the longer one does not count.
-// So a polygon of n points is filed with all of them and without the last; searched for is one of n
-// points, one of n + 1 without its last, and one of n - 1.
+// So a polygon of n points is filed both with all its points and without the last. A search looks
+// for polygons of n points, of n + 1 points without their last, and of n - 1 points.
 void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const PolyFields& fields = part.fields.poly;
   const PolyStyle& style = polyStyle(part);

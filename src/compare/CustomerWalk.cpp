@@ -46,14 +46,14 @@ class CustomerWalk {
   }
 
  private:
-  // Nothing that the load may have left in memory survives into the walk.
+  // No page that loading may have left in memory survives into the walk.
   static void forgetLoadedPage(RvfReader& reader) {
     constexpr i32 kNoPage = -1;
     reader.context().cachedPagePosition = kNoPage;
     reader.firstPagePosition = kNoPage;
   }
 
-  // False: the walk ends here.
+  // Returns false if the walk ends here.
   bool compareCustomers(i32 c) {
     CustomerRecord& a = first_.customers[static_cast<std::size_t>(c)];
     CustomerRecord& b = second_.customers[static_cast<std::size_t>(c)];
@@ -88,7 +88,7 @@ class CustomerWalk {
     const auto index = static_cast<std::size_t>(p);
     PageRecord& a = first_.customers[static_cast<std::size_t>(c)].pages[index];
     const PageRecord& b = second_.customers[static_cast<std::size_t>(c)].pages[index];
-    // A page under another name is not a difference; the record tells of it.
+    // A different page name is not a difference; it is only recorded.
     if (a.name != b.name) {
       a.unpaired = true;
       eString text;
@@ -130,7 +130,7 @@ class CustomerWalk {
     if (a.staticCount != b.staticCount) {
       pageBits |= diff::kContent | diff::kDrawOrder;
     }
-    // A list that only one side has counts through the number of lists alone.
+    // A list that only one side has is covered by the difference in the number of lists.
     const i32 common = std::min(a.staticCount, b.staticCount);
     for (i32 i = 0; i < common; ++i) {
       pageBits |= compareStaticLists(a, b, i);
@@ -147,7 +147,7 @@ class CustomerWalk {
     const DrawList& listA = a.staticList(index);
     const DrawList& listB = b.staticList(index);
     DiffFlags bits = compareLists(listA, listB);
-    // The position tolerance plays no part here, even where it does inside the list.
+    // The position tolerance does not apply here, even though it does inside the list.
     const i32 yA = wrappingSum(listA.originY, a.staticPlacementY[i]);
     const i32 yB = wrappingSum(listB.originY, b.staticPlacementY[i]);
     const i32 xA = wrappingSum(listA.originX, a.staticPlacementX[i]);
@@ -158,7 +158,7 @@ class CustomerWalk {
     return bits;
   }
 
-  // Afterwards the first customer holds the pages of both, for whoever reads the records.
+  // Afterwards the first customer holds the pages of both, for readers of the records.
   void markUnpairedPages(CustomerRecord& a, const CustomerRecord& b, std::size_t common) {
     for (std::size_t p = common; p < a.pages.size(); ++p) {
       a.pages[p].unpaired = true;

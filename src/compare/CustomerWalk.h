@@ -9,7 +9,7 @@
 
 namespace rvf {
 
-/// Told how far a comparison has come.
+/// Receives the progress of a comparison.
 class WalkObserver {
  public:
   virtual ~WalkObserver() = default;
@@ -27,8 +27,8 @@ struct WalkOutput {
   bool usesShortCut = true;          // pages of equal bytes are decoded once; changes no result
 };
 
-/// What different customer counts mean for a walk: the end before anything is compared, or that
-/// only the customers are compared that both files have.
+/// What a walk does if the customer counts differ: end before anything is compared, or compare only
+/// as many customers as both files have.
 enum class CountMismatch { kEndsWalk, kLimitsWalk };
 
 /// Compares two loaded files customer by customer and page by page, strictly by position, and

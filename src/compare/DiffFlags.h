@@ -8,7 +8,7 @@ namespace rvf {
 /// the run. 0 means identical.
 using DiffFlags = u32;
 
-// The values are frozen: they stand in difference files and in exit statuses that scripts test.
+// The values are frozen: they appear in difference files and in exit statuses that scripts test.
 namespace diff {
 constexpr DiffFlags kDrawOrder = 1;         // equal parts at different places of their lists
 constexpr DiffFlags kReserved2 = 2;         // never set

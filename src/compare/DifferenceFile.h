@@ -9,9 +9,8 @@
 namespace rvf {
 
 /// Writes the difference file in one forward pass: a header, for each customer its head, one value
-/// a compared page and its bits, and a trailer. Nothing is patched later, so what is there can be
-/// read at any time; a file without its trailer is incomplete. The layout is in
-/// docs/difference-file.md.
+/// a compared page and its bits, and a trailer. Nothing is patched later, so the file can be read
+/// while it grows; without its trailer it is incomplete. The layout is in docs/difference-file.md.
 class DifferenceFileWriter {
  public:
   /// `file` is open for writing and stays the caller's. Lost bytes are reported, once.
@@ -24,7 +23,7 @@ class DifferenceFileWriter {
   void writeCustomerEnd(DiffFlags customerBits) { archive_.WriteU32(customerBits); }
   void writeTrailer(DiffFlags fileBits, i32 differingPages, i32 pageCountDelta);
   void flush() { archive_.Flush(); }
-  /// Drops what has not reached the file yet. Nothing more can be written.
+  /// Discards what has not reached the file yet. Nothing can be written afterwards.
   void abandon() { archive_.abandon(); }
 
  private:

@@ -13,8 +13,8 @@ namespace rvf {
 
 namespace {
 
-// An item that was found at another place, or at its place within tolerance, costs these two. So
-// does a group that has nothing to be matched with.
+// The bits for an item that was found at another index, or at its own within tolerance, and for a
+// group that has nothing to be matched with.
 constexpr DiffFlags kFoundElsewhere = diff::kContent | diff::kDrawOrder;
 
 /// One call of matchLists.
@@ -54,7 +54,7 @@ class DrawListMatcher {
 
   void matchShorter(i32 i) {
     const DrawPart& s = shorter_[i];
-    // Whether the item at this place was taken by an earlier search does not count.
+    // It does not matter whether an earlier search has already taken the item at this index.
     if (partsEqual(s, longer_[i], &childLists_)) {
       consume(i);
       add(i, i, 0, PairedBy::kSamePlace);
@@ -72,7 +72,7 @@ class DrawListMatcher {
     }
   }
 
-  // A group is matched with the item at its place even where the search has found nothing.
+  // A group is matched with the item at its index even if the search finds nothing.
   void matchGroups(i32 i, i32 found) {
     const i32 j = found == kNotFound ? i : found;
     const DrawPart& partner = longer_[j];
@@ -106,13 +106,13 @@ class DrawListMatcher {
     }
   }
 
-  // The item at the same place stays free and comes up again among those of the longer list.
+  // The item at the same index stays free and comes up again with those of the longer list.
   void accountForShorter(i32 i) {
     const DiffFlags reasons =
         classifyParts(shorter_[i], longer_[i], childLists_.tolerances(), &childLists_);
-    // Quirk that stays: Content depends on all that has been found so far. It makes no difference:
-    // an item at the same place that is not different would have been found by the search unless an
-    // earlier search had taken it, which has left its bits.
+    // Quirk that stays: Content depends on all bits found so far. The result is the same: an item
+    // at the same index that does not differ would have been found by the search, unless an earlier
+    // search had taken it and left its bits.
     const bool anyBits = (bits_ | reasons) != 0;
     add(i, i, reasons | (anyBits ? diff::kContent : 0), PairedBy::kSamePlace);
   }
@@ -177,7 +177,7 @@ bool listsEqual(const DrawList& a, const DrawList& b, ChildListResults* childLis
     return false;
   }
   for (i32 i = 0; i < a.count; ++i) {
-    // Groups are equal only if the children that both have are.
+    // Groups are equal only if their child lists are.
     if (!partsEqual(a[i], b[i], childLists)) {
       return false;
     }
@@ -204,7 +204,7 @@ DiffFlags leftOverChildBits(const DrawList* list) {
   }
   DiffFlags bits = 0;
   for (const DrawPart& part : list->parts()) {
-    // Quirk that stays: a click area ends the accounting, and what was found before it is dropped.
+    // Quirk that stays: a click area ends the accounting, and the bits found before it are dropped.
     if (endsLeftOverChildren(part)) {
       return 0;
     }

@@ -13,26 +13,26 @@ namespace rvf {
 [[nodiscard]] bool listsEqual(const DrawList& a, const DrawList& b,
                               ChildListResults* childLists = nullptr);
 
-/// Goes through two lists that are not equal in an order-tolerant way and returns how they differ:
-/// items are paired by place where they are equal, else with the first free item anywhere that
-/// classifies as the same; what is left over is accounted for. `observer` may be null.
+/// Compares two unequal lists regardless of order and returns how they differ: items are paired by
+/// index if they are equal, otherwise with the first free item that classifies as the same; then
+/// the items left over are accounted for. `observer` may be null.
 ///
 /// It is a single forward pass with first-found pairing, not a minimal difference. The items of the
 /// shorter list always stand on the left of a comparison, which is not symmetric, so exchanging the
-/// lists can change the result. These asymmetries are what the results of all runs are made of.
+/// lists can change the result. The results of all runs depend on these asymmetries.
 [[nodiscard]] DiffFlags matchLists(const DrawList& a, const DrawList& b,
                                    const Tolerances& tolerances,
                                    PairingObserver* observer = nullptr);
 
-/// The same for the many pages of two files, whose groups are compared once for all of them. The
-/// tolerances are those of `childLists`.
+/// The same for the many pages of two files, comparing their groups only once. The tolerances are
+/// those of `childLists`.
 [[nodiscard]] DiffFlags matchLists(const DrawList& a, const DrawList& b,
                                    ChildListResults& childLists,
                                    PairingObserver* observer = nullptr);
 
-/// Whether the children of a group without a partner count up to this one and no further.
+/// Whether this child ends the accounting for the children of a group without a partner.
 [[nodiscard]] bool endsLeftOverChildren(const DrawPart& child);
-/// What the children of a group without a partner earn, one level deep. `list` may be null.
+/// The bits for the children of a group without a partner, one level deep. `list` may be null.
 [[nodiscard]] DiffFlags leftOverChildBits(const DrawList* list);
 
 }  // namespace rvf

@@ -13,14 +13,16 @@
 
 namespace rvf {
 
-/// Finds, for one part after the other, the first free item of a list that classifies as the same:
-/// the answer of a search through the whole list, in near linear time for all of them.
+/// Finds, for one part after another, the first free item of a list that classifies as the same.
+/// The answers are those of a search through the whole list; all of them together take nearly
+/// linear time.
 ///
-/// Where parts were inserted or left out, the answer is one of the first free items, which are
-/// looked at first. A few searches go on through the list; when there are more, an index pays.
+/// If parts were inserted or removed, the answer is one of the first free items, which are tried
+/// first. A few searches continue through the list; if there are more, an index is built.
 class MatchCandidates {
  public:
-  /// All must outlive the candidates; the parts stay, and items that are taken stay taken.
+  /// All arguments must outlive the candidates. The parts must not change, and items that are taken
+  /// stay taken.
   MatchCandidates(const DrawList& list, const std::pmr::vector<bool>& isTaken,
                   ChildListResults& childLists)
       : list_(list), isTaken_(isTaken), childLists_(childLists) {}

@@ -12,15 +12,16 @@
 
 namespace rvf {
 
-/// An index of a list for many searches: what MatchCandidates::firstFree asks, answered without
-/// looking at the items that cannot match.
+/// An index of a list for many searches: answers MatchCandidates::firstFree without looking at
+/// items that cannot match.
 ///
-/// Items are filed by the hash of their match key; those that any part matches have a shelf of
-/// their own. Items that are taken are skipped by links that shorten with use. A shelf on which a
-/// search meets many items that are alike but too far away gets a tree of their places.
+/// Items are filed by the hash of their match key; those that match any part have a shelf of their
+/// own. Taken items are skipped by links that are shortened with use. A shelf on which a search
+/// meets many similar items that are too far away gets a tree of their positions.
 class MatchIndex {
  public:
-  /// All must outlive the index; the parts stay, and items that are taken stay taken.
+  /// All arguments must outlive the index. The parts must not change, and items that are taken stay
+  /// taken.
   MatchIndex(const DrawList& list, const std::pmr::vector<bool>& isTaken,
              ChildListResults& childLists);
 

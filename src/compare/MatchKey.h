@@ -10,24 +10,24 @@
 
 namespace rvf {
 
-/// Parts of some types have several keys: those that they are filed under in an index, and those
-/// that are looked up when they are searched for.
+/// Parts of some types have several keys: those under which they are filed in an index, and those
+/// that are looked up to find a match for them.
 enum class KeyUse { kFiled, kSearched };
 
-/// What parts of one type must share to be told apart by no difference: a hash of all that has to
-/// be equal, and the values that have to lie within the tolerances. Two parts match if one of the
-/// keys that the first is searched with has the hash of one of the keys that the second is filed
-/// under, and near values. The reverse holds too but for a hash that is the same by chance.
+/// What parts of one type must share to classify as the same: a hash of all that has to be equal,
+/// and the values that have to lie within the tolerances. If two parts match, one of the keys
+/// looked up for the first has the same hash as one of the keys under which the second is filed,
+/// and values within tolerance. The reverse also holds, except for chance collisions of hashes.
 class MatchKey : public SeededHash {
  public:
   MatchKey() = default;
-  /// Begins the key of this number, counted from 0, over what was there.
+  /// Starts the key of this number, counted from 0, and discards the previous one.
   void start(PartType type, KeyUse use, i32 number);
 
   [[nodiscard]] KeyUse use() const { return use_; }
   [[nodiscard]] i32 number() const { return number_; }
 
-  /// There is no key of this number, or nothing that matches the part.
+  /// Marks the key as void: there is no key of this number, or nothing can match the part.
   void exclude() { isExcluded_ = true; }
   [[nodiscard]] bool isExcluded() const { return isExcluded_; }
 

@@ -30,7 +30,7 @@ struct PlacedList {
 
 i32 wrappingDifference(i32 a, i32 b) { return wrappingSum(a, wrappingProduct(b, -1)); }
 
-// Quirk that stays: a place with a 0 in it never counts as another one.
+// Quirk that stays: a position with a 0 in it never counts as moved.
 bool hasMoved(const PlacedList& a, const PlacedList& b) {
   const bool anyIsZero = a.x() == 0 || a.y() == 0 || b.x() == 0 || b.y() == 0;
   return !anyIsZero && (a.x() != b.x() || a.y() != b.y());
@@ -86,7 +86,7 @@ class OverlayCollector final : public PairingObserver {
   };
 
   // The slot is that of the shorter list's item, which is `a`'s where the two are equally long.
-  // Quirk that stays: without copies there is none here, though there is one for a left-over item.
+  // Quirk that stays: without copies there is no slot here, although a left-over item gets one.
   void addDiffering(i32 first) {
     if (!buildOverlay_) {
       return;
@@ -109,13 +109,14 @@ class OverlayCollector final : public PairingObserver {
       copyPart(slot, part);
     }
     if (part.type == PartType::kStaticRef) {
-      // Quirk that stays: the children of the other side's groups are copied too, where they stand.
+      // Quirk that stays: the children of the other side's groups are copied too, without an
+      // offset.
       const i32 dx = isCopied ? offsetX_ : 0;
       const i32 dy = isCopied ? offsetY_ : 0;
       static_cast<void>(spillChildList(overlay_, childList(part), dx, dy, buildOverlay_));
     } else if (isCopied) {
       shiftPart(slot, offsetX_, offsetY_);
-      // Quirk that stays: the Images of a left-over image are lost where it is copied.
+      // Quirk that stays: a left-over image that is copied loses its Images bit.
       reasons = diff::kContent;
     }
   }
@@ -154,8 +155,8 @@ class PageOverlayBuilder {
   }
 
  private:
-  // The second view takes no part in the result: the matcher is not symmetric, and the bits are
-  // those of the first file against the second.
+  // The second view does not contribute to the result: the matcher is not symmetric, and the bits
+  // are those of the first file against the second.
   void comparePageLists() {
     const DrawList& a = first_.pageList;
     const DrawList& b = second_.pageList;
@@ -183,7 +184,7 @@ class PageOverlayBuilder {
     static_cast<void>(addDifferences(overlay_.second, b, a));
   }
 
-  // The view has the place of the other file's list, so its parts are moved by the way from there.
+  // The view is placed where the other file's list is, so its parts are moved by the difference.
   DiffFlags addDifferences(PageOverlayLists& view, const PlacedList& own,
                            const PlacedList& other) const {
     DrawList& list = appendStatic(view, other);

@@ -11,7 +11,7 @@
 
 namespace rvf {
 
-// The numbers and colours by which a display knows what it is given. Frozen.
+// The numbers and colours that a display relies on. Frozen.
 namespace overlay_pen {
 constexpr i32 kNeither = 666;                  // nothing is being collected
 constexpr i32 kFirst = 667;                    // the view of the first file is being built
@@ -29,8 +29,8 @@ class OverlayPen {
   virtual void select(i32 number) = 0;
 };
 
-/// What one file's display of a page's differences is built into: a list for the page, and one more
-/// for each static list that differs, with its placement.
+/// The differences of a page as one file's display shows them: a list for the page, and one for
+/// each static list that differs, with its placement.
 struct PageOverlayLists {
   DrawList list;
   std::vector<std::unique_ptr<DrawList>> statics;
@@ -43,19 +43,19 @@ struct PageOverlayLists {
 /// The overlay of a pair of pages: full copies of the parts that differ, and blank slots for parts
 /// of the other view and for parts of a type that is not copied.
 ///
-/// It is valid until the next buildPageOverlay into it. The copies own what they hold and outlive
-/// the pages, with one exception: a group leads to its child list in the static tables of the file
-/// that it was copied from. That can be the second file in `first` too, where the children of a
-/// group without a partner are spilled into it, and the other way round. An overlay with groups is
-/// therefore to be used only as long as both contexts exist and keep the tables that they had.
+/// It is valid until the next buildPageOverlay into it. The copies own their data and outlive the
+/// pages, with one exception: a group refers to its child list in the static tables of the file
+/// that it was copied from. In `first`, this can also be the second file, since the children of a
+/// group without a partner are spilled into it, and vice versa. So an overlay with groups may only
+/// be used while both contexts exist and keep their tables.
 struct PageOverlay {
   PageOverlayLists first;   // what only the first page has
   PageOverlayLists second;  // what only the second page has
 };
 
-/// Collects what differs between two loaded pages, for display over them. A placed list that stands
-/// elsewhere is in both views as a whole. Returns the difference bits, which are those of the walk
-/// but for images that are left over of the first page: they do not earn Images here.
+/// Collects what differs between two loaded pages, for display over them. A placed list that has
+/// moved is shown whole in both views. Returns the difference bits, which are those of the walk
+/// except that left-over images of the first page do not give Images here.
 ///
 /// A run does not call this, and its results do not depend on it; it is the interface of a display.
 DiffFlags buildPageOverlay(PageOverlay& overlay, const CompareContext& first,
@@ -64,14 +64,14 @@ DiffFlags buildPageOverlay(PageOverlay& overlay, const CompareContext& first,
 
 /// matchLists for an overlay of `a`, which receives a slot for each item that is left over. With
 /// `buildOverlay` it receives one for each item that differs from the one at its place too, and the
-/// slots of items of `a` become copies, moved by the offsets; the others stay blank. An image of
-/// `a` that is left over does not earn Images when it is copied.
+/// slots of items of `a` become copies, moved by the offsets; the others stay blank. A left-over
+/// image of `a` does not give Images if it is copied.
 [[nodiscard]] DiffFlags matchDrawLists(DrawList& overlay, const DrawList& a, const DrawList& b,
                                        bool buildOverlay, i32 offsetX, i32 offsetY,
                                        const Tolerances& tolerances);
 
-/// Appends a slot for each child of a group that has no partner, one level deep, and returns what
-/// they earn. With `buildOverlay` the slots become copies. `list` may be null.
+/// Appends a slot for each child of a group that has no partner, one level deep, and returns their
+/// bits. With `buildOverlay` the slots become copies. `list` may be null.
 [[nodiscard]] DiffFlags spillChildList(DrawList& overlay, const DrawList* list, i32 offsetX,
                                        i32 offsetY, bool buildOverlay);
 

@@ -24,10 +24,9 @@ struct Pairing {
   PairedBy by = PairedBy::kSamePlace;
 };
 
-/// Is told which part was paired with which and why, in the order in which the matcher gets there:
-/// the parts of the shorter list first, each with what it was compared with, then those of the
-/// longer list that are left over. The reasons of all pairs, those in groups included, add up to
-/// the matcher's result.
+/// Receives which part was paired with which and why, in the order of the matcher: the parts of the
+/// shorter list first, each with what it was compared with, then those of the longer list that are
+/// left over. The reasons of all pairs, those in groups included, add up to the matcher's result.
 ///
 /// A part of the longer list can be named more than once: a part that differs from the one at its
 /// place leaves that one free, so that it is paired later or comes up again among the left-over
@@ -39,10 +38,9 @@ class PairingObserver {
   /// The child lists of the two groups that were paired last are matched next, and all that follows
   /// up to leaveGroup concerns their parts. The reasons of the groups' own pair do not include it.
   ///
-  /// Returns whether it is to be told of the children; if not, neither they nor the end of the
-  /// group are reported. Objects are shared: an observer that wants to know about each pair of
-  /// child lists once should accept it once, or N references to an object of M parts take N x M
-  /// calls.
+  /// Returns whether the children are to be reported; if not, neither they nor the end of the group
+  /// are. Objects are shared: an observer that needs each pair of child lists once should accept it
+  /// only once, since N references to an object of M parts take N x M calls.
   [[nodiscard]] virtual bool enterGroup(i32 first, i32 second) = 0;
   virtual void leaveGroup() = 0;
 };

@@ -14,7 +14,7 @@ template <class T>
          (a.empty() || std::memcmp(a.data(), b.data(), a.size_bytes()) == 0);
 }
 
-/// Compares words of the fields as they stand, for types that are compared with parts of any type.
+/// Compares raw words of the fields, for types that are compared with parts of any type.
 /// `wordMask`: bit n stands for word n, which must hold no pointer in `right`. A word of `left`
 /// that is a set pointer equals nothing.
 [[nodiscard]] inline bool sameWords(const DrawPart& left, const DrawPart& right, u8 wordMask) {

@@ -35,9 +35,9 @@ bool alwaysEqual(const DrawPart&, const DrawPart&) { return true; }
 
 void addNothingToKey(MatchKey&, const DrawPart&, const Tolerances&) {}
 
-// Two rows of rules for all the types that nothing was ever laid down for. Quirk that stays: such a
-// part never equals another, yet classifies as no difference against any, so in a search it takes
-// the first free part that it is shown. The mask of SIMPLERETURN exists because of them.
+// The rows of types without a comparison rule. Quirk that stays: such a part never equals another,
+// yet shows no difference from any, so a search pairs it with the first free part. The mask of
+// SIMPLERETURN exists because of these types.
 constexpr PartComparison absorbing(PartType type) {
   return {type, LeftType::kAny, nullptr, nullptr, nullptr};
 }

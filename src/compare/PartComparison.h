@@ -8,18 +8,18 @@
 
 namespace rvf {
 
-/// Whether two parts are the same in the fields that count. No tolerance applies.
+/// Whether two parts are the same in all fields that count. No tolerance applies.
 ///
 /// Neither this nor classifyParts is symmetric: the type of `right` decides what is compared, and
 /// where the type of `left` does not count, its fields are read through the layout of `right`'s
 /// type. Parts of some types never equal anything but themselves, so that a page that holds one
-/// never equals another page.
-/// `childLists`, which may be null, remembers what was found out about the children of groups.
+/// never equals another page. `childLists`, which may be null, remembers the results for the
+/// children of groups.
 [[nodiscard]] bool partsEqual(const DrawPart& left, const DrawPart& right,
                               ChildListResults* childLists = nullptr);
 
-/// Whether a part equals another that has the same fields and the same plain bytes. What its type
-/// owns beside them is not looked at.
+/// Whether a part equals another one with the same fields and the same plain bytes. Objects that
+/// its type owns besides these are not looked at.
 [[nodiscard]] bool equalsOwnFields(const DrawPart& part);
 
 /// In what way two parts differ. 0: no difference counts. For some types of `right` that is every

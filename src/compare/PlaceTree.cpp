@@ -10,7 +10,7 @@ namespace rvf {
 namespace {
 
 constexpr std::size_t kLeafSize = 8;
-// A split that leaves nearly all items together is worth no node.
+// A split that leaves nearly all items together is not worth a node.
 constexpr std::size_t kLeastShare = 256;
 
 }  // namespace
@@ -92,7 +92,7 @@ PlaceTree::Split PlaceTree::bestSplit(std::size_t begin, std::size_t end) {
   return best;
 }
 
-// A median of three that no file can foresee.
+// A random median of three, so that no file can provoke bad splits.
 i32 PlaceTree::sampleOf(std::size_t begin, std::size_t end, std::size_t value) {
   i32 sample[3];
   for (i32& one : sample) {

@@ -10,12 +10,11 @@
 
 namespace rvf {
 
-/// Items with as many values each, for the question which is the first free one whose values all
-/// lie within tolerance of others.
+/// A tree of items with the same number of values each. It finds the first free item whose values
+/// all lie within tolerance of given ones.
 ///
-/// A node splits its items in two by one of the values and knows the lowest index that is free in
-/// it. With two or three values that differ, an answer looks at a small part of the nodes, whatever
-/// the items are.
+/// A node splits its items in two by one of the values and knows the lowest free index among them.
+/// If two or three values vary, a search visits a small part of the nodes, whatever the items are.
 class PlaceTree {
  public:
   struct Item {

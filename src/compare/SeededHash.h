@@ -7,9 +7,9 @@
 
 namespace rvf {
 
-/// A hash that is another one in each process, so that no file can be made whose values collide.
-/// Every value is multiplied with two random factors, with a shift between them: what a change of a
-/// value does to the hash depends on the factors too, and cannot be undone by another value.
+/// A hash that differs from process to process, so that no file can be crafted whose values
+/// collide. Every value is multiplied by two random factors with a shift in between: the effect of
+/// changing a value depends on the factors and cannot be undone by another value.
 class SeededHash {
  public:
   template <class T>

@@ -5,7 +5,7 @@
 namespace rvf {
 
 /// How much two parts may differ and still count as the same, in the units of the files'
-/// coordinates. A negative tolerance is kept as it was given: then nothing is within it.
+/// coordinates. A negative tolerance is kept as given: nothing is within it.
 struct Tolerances {
   i32 positionTolerance = 0;  // between two positions
   i32 lineTolerance = 0;      // between the thicknesses of two lines

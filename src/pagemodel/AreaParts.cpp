@@ -64,7 +64,7 @@ void readHyperlinkArea(DrawPart& part, eArchive& archive, i32 v) {
 void copyHyperlinkArea(DrawPart& target, const DrawPart& source) {
   target.payload.assign(source.payload);
   target.fields = source.fields;
-  // A copy is for display, which these three are not for.
+  // Copies are made for display, where these three fields are not used.
   target.fields.hyperlinkArea.linkFlagB = 0;
   target.fields.hyperlinkArea.linkValueB = 0;
   target.fields.hyperlinkArea.linkValueC = 0;
@@ -92,7 +92,7 @@ SignatureInfo& makeSignatureInfo(DrawPart& part) {
 }
 
 // Quirk that stays: the length counts characters, but only that many bytes are stored. They fill
-// the front of the characters, and what is behind them is zero.
+// the first half of the text, and the rest is zero.
 std::u16string readHalfFilledText(eArchive& archive) {
   const i32 length = archive.checkedCount(archive.ReadI32(), 1);
   std::u16string text(static_cast<std::size_t>(length), u'\0');

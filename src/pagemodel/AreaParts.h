@@ -15,7 +15,7 @@ namespace rvf {
 //
 // Payloads: the url of a HYPERLINKAREA, zero-terminated; the SignatureInfo.
 
-/// What a SIGNATUREFIELD of a version that stores fields has.
+/// The data of a SIGNATUREFIELD, for versions that store it.
 struct SignatureInfo {
   i32 left = 0, top = 0, right = 0, bottom = 0;
   std::u16string fieldName;
@@ -27,7 +27,7 @@ struct SignatureInfo {
 [[nodiscard]] std::u16string_view storedUrl(const DrawPart& part);
 /// The url up to its first zero character: what comparisons look at.
 [[nodiscard]] std::u16string_view hyperlinkUrl(const DrawPart& part);
-/// Null for a part of a version that has none.
+/// Null for a part of a version without one.
 [[nodiscard]] const SignatureInfo* signatureInfo(const DrawPart& part);
 
 void readClickArea(DrawPart& part, eArchive& archive, i32 v);

@@ -16,9 +16,8 @@ constexpr u8 kBorrowedOwned = 64;  // borrowed, but owned all the same
 
 constexpr u8 kDefaultByteA = 255;
 
-/// An ordered list of draw parts: a page, a static object, an overlay. Slots are used again from
-/// page to page with the payloads that they have grown, so that memory settles after the largest
-/// page.
+/// An ordered list of draw parts: a page, a static object, an overlay. Slots and their payload
+/// blocks are reused from page to page, so that memory stops growing after the largest page.
 struct DrawList {
   std::vector<DrawPart> slots;  // all allocated parts; those from `count` on are not in use
   i32 count = 0;
@@ -49,13 +48,13 @@ struct DrawList {
   }
 };
 
-/// The next free slot, blank but for the payload block that it keeps.
+/// The next free slot, blank except for the payload block, which it keeps.
 DrawPart& appendSlot(DrawList& list);
 
-/// Frees all parts. A list of borrowed parts keeps them.
+/// Frees all parts. A list of borrowed parts only forgets them.
 void clearParts(DrawList& list);
 
-/// Prepares a list for another page and keeps its parts for use. A list of borrowed parts gives
+/// Prepares a list for another page and keeps its parts for reuse. A list of borrowed parts gives
 /// them up.
 void resetList(DrawList& list);
 

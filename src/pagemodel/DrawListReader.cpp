@@ -15,7 +15,7 @@ namespace {
 
 constexpr i32 kSmallestPart = 5;  // a version and a one-byte type
 
-// Slots grow with what is really there, so that a count alone never takes memory.
+// Slots are allocated as parts are read, so that a count alone never takes memory.
 DrawPart& slotAt(DrawList& list, i32 index, i32 count) {
   constexpr std::size_t kFirstSlots = 64;
   const auto position = static_cast<std::size_t>(index);
@@ -36,8 +36,8 @@ void readParts(DrawList& list, eArchive& archive, i32 count) {
   }
 }
 
-// The link that follows the fields of an image. Another type has no place for one, so what a
-// damaged record gives it is read and dropped.
+// The link that follows the fields of an image. Other types have no place for one, so a link that a
+// damaged record gives them is read and dropped.
 void readPartLink(DrawPart& part, eArchive& archive, i32 v) {
   auto link = std::make_unique<HyperlinkInfo>();
   if (v < part_version::kTaggedLinks) {
@@ -83,8 +83,8 @@ void readPartTail(DrawPart& part, eArchive& archive, eRecordFrame& frame) {
   }
 }
 
-// Most parts: of a version with a plain tail, of a frequent type, without a link, and with all
-// their bytes in memory. The input has failed for any other.
+// The fast path for most parts: a version with a plain tail, a frequent type, no link, and all
+// bytes in memory. For any other part the input fails.
 void readHeldPart(DrawPart& part, HeldInput& held) {
   using namespace part_version;
   const i32 v = held.ReadI32();

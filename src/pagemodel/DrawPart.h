@@ -17,8 +17,8 @@
 
 namespace rvf {
 
-/// Fields of a part that hold words of the layout frozen for 32 bits: eight of them, a ninth (the
-/// child list of a static reference) is never compared as a word and lies in the payload.
+/// The number of words in the frozen 32-bit layout of a part's fields. A ninth word, the child list
+/// of a static reference, is never compared as a word and lies in the payload.
 constexpr std::size_t kFieldWords = 8;
 
 /// The fields of a part by its type. The layout is frozen, because comparisons read the fields of
@@ -54,8 +54,8 @@ static_assert(sizeof(PartFields) == kFieldWords * sizeof(u32));
 constexpr u8 kNoPool = 7;
 
 /// One drawable or marking item of a page. Positions and sizes are signed 32-bit integers in the
-/// engine's page units. Arrays of parts are contiguous and a part is one cache line, which is why
-/// its variable data lies in one payload block and its fields in the frozen words.
+/// engine's page units. Arrays of parts are contiguous and a part fills one cache line, which is
+/// why its variable data lies in one payload block and its fields in the frozen words.
 struct DrawPart {
   DrawPart() = default;
   DrawPart(DrawPart&& other) noexcept { swap(other); }

@@ -27,8 +27,8 @@ struct DrawStatic {
 /// Bytes that the shortest record has on disk.
 constexpr i32 kSmallestStatic = 40;
 
-/// Reads one record; a storing archive gets the end mark alone. Whatever is wrong, a version above
-/// the limit too, is left in the archive's `failed`.
+/// Reads one record; a storing archive gets the end mark alone. Any failure, including a version
+/// above the limit, sets the archive's `failed`.
 void readDrawStatic(DrawStatic& object, eArchive& archive);
 
 /// An object leaves in an archive what a list does.

@@ -12,13 +12,13 @@ struct DrawList;
 struct DrawPart;
 struct DrawStatic;
 
-/// Is shown the fields of an object by their names, in the order of its record.
+/// Receives the fields of an object with their names, in the order of its record.
 ///
 /// A field inside a member or an element of an array comes between `enter` and `leave`, so that its
 /// full name is `info.left` or `runs[0].x`. An element that is a plain value has an empty name of
 /// its own: the second of a part's `offsets` is enter("offsets", 1), number("", 70), leave().
 ///
-/// Names live as long as the program; texts and bytes only as long as the object that they are in.
+/// Names live as long as the program; texts and bytes only as long as the object that holds them.
 class FieldVisitor {
  public:
   virtual ~FieldVisitor() = default;

@@ -36,7 +36,7 @@ constexpr i32 kDefaultColourC = 0x00FF00;
 constexpr i32 kOldRecordSize = 32;
 constexpr i32 kRecordSize = 36;
 
-/// What precedes the pixels of a record, while it is being read.
+/// What precedes the pixels in a record.
 struct ImageHead {
   i32 pixelWidth = 0;
   i32 pixelHeight = 0;
@@ -78,7 +78,8 @@ void readImageFlags(ImageInfoFields& info, eArchive& archive, i32 v) {
   info.flagD = info.flagC;
 }
 
-// Old files number image kinds otherwise, and keep in the one number what later has a second value.
+// Old files number image kinds differently and combine in one number what later versions store as
+// two values.
 void mapOldImageKind(ImageHead& head) {
   constexpr i32 kHighestOldKind = 10;
   constexpr i32 kDetailedKind = 101;
@@ -121,7 +122,7 @@ ImageHead readImageHead(eArchive& archive, i32 v) {
   return head;
 }
 
-// The fields behind the pixels. Those that an owner keeps alive go into `info` itself.
+// The fields after the pixels.
 void readImageTail(ImageInfo& info, eArchive& archive, i32 v) {
   using namespace part_version;
   info.valueE = v >= kImageValueE ? archive.ReadI32() : 0;
@@ -154,8 +155,7 @@ ImageInfo& makeImageInfo(DrawPart& part, i64 dataLength) {
   return *info;
 }
 
-// The records of old images grew by four bytes. What lies behind the last whole one follows as it
-// is.
+// Each record of an old image grows by four bytes. An incomplete last record is copied unchanged.
 i64 widenRecords(DrawPart& part, i32 dataLength) {
   const i32 records = dataLength / kOldRecordSize;
   const i64 widened = i64{dataLength} + i64{records} * (kRecordSize - kOldRecordSize);

@@ -48,10 +48,10 @@ struct ImageInfoFields {
   bool operator==(const ImageInfoFields&) const = default;
 };
 
-/// What an image carries beside its pixels. Two of them are equal when all fields are the same and
-/// neither holds anything of its own: owned objects count by their identity.
+/// What an image carries beside its pixels. Two of them are equal if all fields are the same and
+/// neither owns any object: owned objects are compared by identity.
 struct ImageInfo : ImageInfoFields {
-  /// Takes over all but what the image owns.
+  /// Copies everything except what the image owns.
   void setFields(const ImageInfoFields& fields) { ImageInfoFields::operator=(fields); }
 
   std::unique_ptr<char16_t[]> wideName;  // set by an owner of the part, not on disk
@@ -76,7 +76,7 @@ static_assert(sizeof(BarcodeOrigin) == 16);
 /// The bytes of an image; none for a kind that stores none.
 [[nodiscard]] std::span<const std::byte> imageBytes(const DrawPart& part);
 [[nodiscard]] std::span<const std::byte> resourceBytes(const DrawPart& part);
-/// Null without a link. No record holds one: it is given to a part that was read.
+/// Null without a link. No record holds one: it is added to a part after reading.
 [[nodiscard]] const HyperlinkInfo* resourceHyperlink(const DrawPart& part);
 void setResourceHyperlink(DrawPart& part, std::unique_ptr<HyperlinkInfo> link);
 [[nodiscard]] std::span<const i32> importClip(const DrawPart& part);

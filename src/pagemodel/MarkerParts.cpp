@@ -37,7 +37,7 @@ std::unique_ptr<HyperlinkInfo> readLink(eArchive& archive, i32 v) {
   return link;
 }
 
-// The count has 32 bits on disk and 16 in the part: entries beyond those are passed over.
+// The count has 32 bits on disk and 16 in the part: surplus entries are skipped.
 void readMarkerNameValues(MarkerInfo& info, eArchive& archive) {
   constexpr i32 kMostEntries = 65535;
   constexpr i32 kIgnoredEntries = 0x7FFF0000;  // what the warning has always said
@@ -188,7 +188,7 @@ std::u16string_view textAt(const DrawPart& part, std::size_t before, i32 length)
   return {part.payload.at<char16_t>(before), static_cast<std::size_t>(length)};
 }
 
-/// What stands in front of the texts; without texts in a part that holds nothing.
+/// The head in front of the texts; an empty one if the part has no payload.
 TaggedTexts taggedTexts(const DrawPart& part) {
   const bool isThere = part.fields.taggedObject.language == kSetPointer;
   return isThere ? *part.payload.at<TaggedTexts>(0) : TaggedTexts{u"", 0, 0, 0};
@@ -297,7 +297,7 @@ namespace {
 constexpr i32 kEntryBaseTag = 100;
 constexpr i32 kSmallestEntry = 9;  // id, value, empty name
 
-// The old form of an entry starts with its id, which is then below any version, and has no end
+// The old form of an entry starts with its id, which is below any version number, and has no end
 // mark.
 SubscribeEntry readSubscribeEntry(eArchive& archive) {
   eRecordFrame frame(kEntryBaseTag);

@@ -20,7 +20,7 @@ namespace rvf {
 //
 // Payloads: a MarkerInfo; TaggedTexts and then the texts; the title of a BOOKMARK; KeyTexts and
 // then both texts of a LOCSEARCHKEY; the SubscribeEntries. All texts are zero-terminated and lie
-// one behind the other, those that are null left out. A zero character inside a text belongs to it.
+// one after another; null texts take no room. A zero character inside a text is part of it.
 
 struct MarkerInfo {
   std::unique_ptr<HyperlinkInfo> hyperlink;
@@ -52,12 +52,12 @@ struct KeyTexts {
 /// The language tag of an index; indexes outside the table count as 0, "default".
 [[nodiscard]] const char16_t* languageTag(i32 index);
 
-/// The band that the ids of tagged objects are folded into: 0 below 10000, 1 from there to 39999,
-/// 2 above. Nothing in this system sets another than 0.
+/// The band that the ids of tagged objects are folded into: 0 below 10000, 1 from there to 39999, 2
+/// above. Nothing in this system sets any value but 0.
 inline u8 tagBand = 0;
 [[nodiscard]] u16 foldedTagId(u16 id, u8 band);
 
-// What a part owns is empty after it was released.
+// What a part owned is empty after releasePart.
 [[nodiscard]] const MarkerInfo& markerInfo(const DrawPart& part);
 [[nodiscard]] const SubscribeEntries& subscribeEntries(const DrawPart& part);
 

@@ -21,7 +21,7 @@ struct NameValue {
 
 using NameValues = std::vector<NameValue>;
 
-/// A null list stands for one without entries.
+/// Null stands for a list without entries.
 [[nodiscard]] std::unique_ptr<NameValues> copyOf(const std::unique_ptr<NameValues>& values);
 
 /// Bytes that the shortest entry has on disk, without and with its number.

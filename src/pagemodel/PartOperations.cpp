@@ -22,7 +22,7 @@ using CopyOperation = void (*)(DrawPart& target, const DrawPart& source);
 using ShiftOperation = void (*)(DrawPart& part, i32 dx, i32 dy);
 using ReleaseOperation = void (*)(DrawPart& part);
 
-/// What a type of part needs of the page model. A new type is a row here.
+/// The operations of one type. A new type is a row here.
 struct PartOperations {
   PartType type;
   ReadOperation read;

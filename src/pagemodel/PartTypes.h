@@ -59,7 +59,7 @@ enum class PartType : u8 {
 
 constexpr std::size_t kPartTypeCount = 45;
 
-/// The index of a type in tables of kPartTypeCount rows. A code found on disk may lie beyond them.
+/// The index of a type in tables of kPartTypeCount rows. A code from disk may lie beyond them.
 [[nodiscard]] constexpr std::size_t partIndex(PartType type) {
   return static_cast<std::size_t>(type);
 }

@@ -4,9 +4,9 @@
 
 namespace rvf {
 
-/// The version that every draw part carries, and what each brought. The gates of fields go by the
-/// signed value, so that a negative version is older than all of them; sections, end mark and the
-/// limit go by the absolute value.
+/// The versions of a draw part and what each introduced. Fields are gated by the signed value, so
+/// that a negative version is older than all of them; sections, the end mark and the limit depend
+/// on the absolute value.
 namespace part_version {
 
 constexpr i32 kImageFlagB = 101;

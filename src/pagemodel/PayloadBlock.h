@@ -10,9 +10,9 @@
 namespace rvf {
 
 /// The one heap block of a part's variable data. It stays with its slot from page to page and only
-/// grows, so that reading allocates nothing once the largest page has been met.
+/// grows, so that reading allocates nothing after the largest page.
 ///
-/// The block knows bytes only: what lies in it is told by the part's type (the layouts stand in the
+/// The block only knows bytes: the part's type determines what they are (the layouts are in the
 /// headers of the families). Objects in it that own memory are constructed and destroyed by the
 /// type's operations.
 class PayloadBlock {
@@ -36,8 +36,8 @@ class PayloadBlock {
   [[nodiscard]] u32 size() const { return size_; }
   [[nodiscard]] u32 capacity() const { return capacity_; }
 
-  /// Sets the bytes in use; those that were in use stay as they are. The block may move, so it must
-  /// not hold an object that owns memory. Throws std::bad_alloc.
+  /// Sets the number of bytes in use and keeps those that were in use. The block may move, so it
+  /// must not hold an object that owns memory. Throws std::bad_alloc.
   void resize(i64 size) {
     if (size > capacity_) {
       grow(size);

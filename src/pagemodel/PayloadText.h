@@ -14,11 +14,11 @@ template <class Input>
   return input.wideStrings() ? 2 : 1;
 }
 
-/// Each byte as the 16-bit value of the same number, from the front.
+/// Zero-extends each byte to 16 bits, from front to back.
 void widen(const u8* bytes, i32 count, char16_t* target);
 
-/// Reads `count` characters of one byte into `target`. The bytes go behind the place of the last
-/// characters, so that widening from the front never overtakes what is still to be widened.
+/// Reads `count` characters of one byte into `target`. The bytes are read into the second half of
+/// the target, so that widening from the front never overwrites a byte that is still to be widened.
 template <class Input>
 void readNarrowText(Input& input, i32 count, char16_t* target) {
   auto* bytes = reinterpret_cast<u8*>(target) + count;
@@ -26,9 +26,8 @@ void readNarrowText(Input& input, i32 count, char16_t* target) {
   widen(bytes, count, target);
 }
 
-/// Reads `count` characters into `target`. Narrow ones are widened to the 16-bit value of the same
-/// number; a zero among them is a character like any other. A short read sets the archive's
-/// `failed`.
+/// Reads `count` characters into `target`. Narrow ones are zero-extended; a zero among them is a
+/// character like any other. A short read sets the archive's `failed`.
 template <class Input>
 void readPartText(Input& input, i32 count, char16_t* target) {
   if (input.wideStrings()) {
@@ -38,9 +37,9 @@ void readPartText(Input& input, i32 count, char16_t* target) {
   }
 }
 
-/// Appends a text of `count` characters and its terminator to the block. A count that is not above
-/// 0 appends nothing; one that does not fit into the file is damage. Returns the characters that
-/// were appended, 0 where there is no text.
+/// Appends a text of `count` characters and its terminator to the block. A count of 0 or less
+/// appends nothing; one that does not fit into the file is damage. Returns the number of characters
+/// appended.
 [[nodiscard]] i32 appendPartText(eArchive& archive, i32 count, PayloadBlock& block);
 /// The same for characters that have two bytes in every file.
 [[nodiscard]] i32 appendWideText(eArchive& archive, i32 count, PayloadBlock& block);
@@ -56,7 +55,7 @@ void readPartText(Input& input, i32 count, char16_t* target) {
   return {block.at<char16_t>(0), block.size() / sizeof(char16_t) - 1};
 }
 
-/// A field stored in 32 bits of which only the low ones are kept.
+/// A field stored in 32 bits, of which only the low 8 or 16 are kept.
 template <class Input>
 [[nodiscard]] u8 readLow8(Input& input) {
   return static_cast<u8>(input.ReadI32());

@@ -4,8 +4,8 @@
 
 namespace rvf {
 
-/// Stands in a part's fields where their frozen 32-bit layout has a pointer. What it would name
-/// lies in the part's payload; the word only tells whether it is there.
+/// Takes the place of a pointer in the frozen 32-bit layout of a part's fields. What it would point
+/// to lies in the part's payload; the word only says whether it exists.
 using PointerWord = u32;
 constexpr PointerWord kNullPointer = 0;
 constexpr PointerWord kSetPointer = 1;

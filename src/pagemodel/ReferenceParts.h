@@ -14,7 +14,7 @@ struct DrawList;
 /// The list of the static object that the part refers to, which stays the file's; null when the
 /// reference found none.
 [[nodiscard]] const DrawList* childList(const DrawPart& part);
-/// The list that a reference leads to in a file's tables; null for one that leads nowhere.
+/// The list that a reference refers to in a file's tables; null if there is no such object.
 [[nodiscard]] const DrawList* referencedList(const StaticRefFields& fields,
                                              const StaticLookup& tables);
 void setChildList(DrawPart& part, const DrawList* list);

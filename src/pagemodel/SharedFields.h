@@ -8,7 +8,7 @@
 
 namespace rvf {
 
-// The members that parts of several types have, shown to a FieldVisitor.
+// Members that several types of parts have, shown to a FieldVisitor.
 
 /// Whether the record of a name value has a number.
 enum class NumberField { kStored, kAbsent };

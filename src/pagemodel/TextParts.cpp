@@ -22,7 +22,7 @@ constexpr u8 kDefaultExtensionClass = 5;
 constexpr i32 kSmallestRun = 6;  // two 16-bit positions and a count
 constexpr i32 kSmallestExtensionRun = 10;
 
-// For a part and for a const one.
+// Shared by the const and the non-const function.
 template <class Run, class Part>
 std::span<Run> extensionRunsOf(Part& part) {
   if ((part.fields.text.textFlags & text_flag::kExtensionRuns) == 0) {
@@ -96,7 +96,7 @@ void readRun(TextRun& run, Input& input, i32 v) {
   run.runExtra = v >= kRunExtra ? input.ReadU16() : u16{0};
 }
 
-// Makes room in front of the characters, which end the block.
+// Makes room in front of the characters, which are the end of the block.
 std::byte* insertBeforeCharacters(DrawPart& part, std::size_t size) {
   const std::size_t textBytes = textCharacters(part).size_bytes();
   const std::size_t start = part.payload.size() - textBytes;
@@ -106,8 +106,8 @@ std::byte* insertBeforeCharacters(DrawPart& part, std::size_t size) {
   return room;
 }
 
-// A count of 32 bits decides whether there are records, but only its low 16 bits are kept, and as
-// many records; those beyond are passed over. So the head of an area can stand there alone.
+// All 32 bits of a count decide whether there are records, but only the low 16 are kept, and only
+// that many records; the rest is skipped. So an area can consist of its head alone.
 
 void readExtensionRuns(DrawPart& part, eArchive& archive, i32 v) {
   const i32 stored = archive.checkedCount(archive.ReadI32(), kSmallestExtensionRun);

@@ -154,7 +154,7 @@ PolyStyle& makePolyStyle(DrawPart& part, u16 pointCount) {
   return *style;
 }
 
-// A colour was once stored as a floating number. Values that no colour has come from damage.
+// Old files store a colour as a floating-point number. Values out of range come from damage.
 u32 colourFromFloating(f64 value) {
   constexpr f64 kLimit = 9.0e15;
   return std::fabs(value) < kLimit ? static_cast<u32>(static_cast<i64>(value)) : 0U;

@@ -46,7 +46,7 @@ struct PolyStyleFields {
 };
 
 struct PolyStyle : PolyStyleFields {
-  /// Takes over all but the gradient.
+  /// Copies everything except the gradient.
   void setFields(const PolyStyleFields& fields) { PolyStyleFields::operator=(fields); }
 
   std::unique_ptr<Gradient> gradient;
@@ -71,7 +71,7 @@ void readRect(DrawPart& part, HeldInput& held, i32 v);
 void visitRect(const DrawPart& part, FieldVisitor& visitor);
 void shiftRect(DrawPart& part, i32 dx, i32 dy);
 
-/// A POLY without points becomes an UNKNOWN part; its record is read all the same.
+/// A POLY without points becomes an UNKNOWN part after its record has been read.
 void readPoly(DrawPart& part, eArchive& archive, i32 v);
 void visitPoly(const DrawPart& part, FieldVisitor& visitor);
 void copyPoly(DrawPart& target, const DrawPart& source);

@@ -13,7 +13,7 @@ namespace rvf {
 
 namespace {
 
-// The forms of a string's count. 0xFFFE is no count: behind 0xFF it is the wide marker.
+// The forms of a string's count. 0xFFFE is not a count: after 0xFF it is the wide marker.
 constexpr u8 kLongerLength = 0xFF;
 constexpr u16 kWideMarker = 0xFFFE;
 constexpr u16 kLongestLength = 0xFFFF;
@@ -46,7 +46,7 @@ void eArchive::attach(FileObject& file, i32 bufferSize) {
   file_ = &file;
   if (isLoading()) {
     // Nothing of the window is in view at first: the first access fills it, unless a Seek finds its
-    // target in there.
+    // target there.
     window_ = &file.readWindow(bufferSize);
     bufferStart_ = window_->start();
     bufferEnd_ = bufferStart_;
@@ -64,7 +64,7 @@ eArchive::~eArchive() {
       eArchive::Close();
     }
   } catch (...) {
-    // No memory is left to tell of lost bytes. Whose bytes count flushes the archive itself.
+    // Lost bytes cannot be reported without memory. Callers that need the result flush explicitly.
   }
 }
 
@@ -88,7 +88,7 @@ void eArchive::lookIntoWindow(std::byte* cursor) {
   cursor_ = cursor;
 }
 
-// False: nothing came. What is loaded from then on are the bytes at the front of the window.
+// False if nothing could be read. From then on, loads return the bytes at the front of the window.
 bool eArchive::readOn(i64 tail) {
   takePlace();
   bool hasError = false;
@@ -116,7 +116,7 @@ void eArchive::Fill(i32 needed) {
   }
 }
 
-// What was read up to the first failure counts, so that is the place to tell of.
+// What was read before the first failure is valid, so that is the offset to report.
 void eArchive::failAt(i64 offset) {
   if (!failed_) {
     failed_ = true;
@@ -215,7 +215,7 @@ void eArchive::Flush() {
   if (file_ != nullptr && !failed_) {
     writePhysical(static_cast<i32>(cursor_ - bufferStart()));
   }
-  // Without a file the bytes are dropped, so that a store always finds room.
+  // Without a file the bytes are dropped, so that a store always has room.
   cursor_ = bufferStart();
 }
 
@@ -304,7 +304,7 @@ void eArchive::markTooNew(const NewerRecord& record) {
   markFailed();
 }
 
-// -1 stands for the wide marker; a count of the file is 0 or more, or the failed reading of one.
+// -1 means the wide marker. A count from the file is never negative.
 i64 eArchive::readLength() {
   const u8 shortForm = ReadU8();
   if (shortForm != kLongerLength) {
@@ -350,7 +350,7 @@ void eArchive::readMarkedString(eString& target, i64 storedCount) {
     ReadWhole(target.getBufferSetLength(count), byteCount);
     return;
   }
-  // A narrow file ends a text at its first zero character, and keeps the old one on a short read.
+  // In a narrow file a text ends at its first zero character, and a short read leaves the old text.
   eString text;
   if (ReadWhole(text.getBufferSetLength(count), byteCount)) {
     const auto length = static_cast<i32>(text.text().size());
@@ -383,8 +383,8 @@ void eArchive::WriteString(const eString& text) {
     WriteU8(kLongerLength);
     WriteU16(kWideMarker);
   }
-  // Without wide strings the characters still have two bytes each and no marker, a form that
-  // nothing reads back. It stays so: everything that is stored is stored wide.
+  // Quirk that stays: without wide strings the characters still have two bytes each but no marker,
+  // a form that no reader understands. Everything that a run stores is stored wide.
   writeLength(text.length());
   WriteRaw(text.c_str(), i64{text.length()} * static_cast<i64>(sizeof(char16_t)));
 }

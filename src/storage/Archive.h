@@ -23,31 +23,31 @@ struct NewerRecord {
   i32 highest = 0;
 };
 
-/// The buffered, typed stream through which every binary file goes: fixed-width little-endian
-/// integers, raw bytes, strings, versioned records (RecordFrame.h). One archive lives as long as
-/// one pass over a file object, which outlives it or is its own.
+/// The buffered, typed stream through which all binary files are read and written: fixed-width
+/// little-endian integers, raw bytes, strings, versioned records (RecordFrame.h). An archive lives
+/// for one pass over a file object, which it either owns or is outlived by.
 ///
-/// Trouble sets `failed`, which never clears, and no exception leaves an archive. A failed archive
-/// drops what is stored, but loads go on and deliver stale bytes of the buffer: a reader tests
-/// `failed` before it goes on to its next item, and lets every count that it reads pass through
-/// checkedCount before it makes room for what is counted.
+/// Any failure sets `failed`, which is never cleared, and no exception leaves an archive. A failed
+/// archive drops what is stored, but loads go on and return stale bytes from the buffer. Readers
+/// therefore test `failed` before each item and pass every count through checkedCount before they
+/// allocate anything for it.
 class eArchive {
  public:
   enum class Mode : u32 { kStore = 0, kLoad = 1 };
 
-  /// The buffer of the files of a run, and the one for measuring and putting together sections.
+  /// The buffer for the files of a run, and the one for measuring and assembling sections.
   static constexpr i32 kFileBufferSize = 65536;
-  /// The window of the capture files, in which most pages stand whole.
+  /// The window of the capture files, large enough to hold most pages whole.
   static constexpr i32 kCaptureWindowSize = 262144;
   static constexpr i32 kSectionBufferSize = 4096;
 
-  /// Works from the file's position on. Loading archives on one file share its window, so that only
-  /// one of them may be in use at a time; a storing one has a buffer of its own. With
+  /// Starts at the file's current position. Archives loading from one file share its window, so
+  /// only one of them may be in use at a time; a storing archive has a buffer of its own. With
   /// `flushEachWrite` the stream is flushed after every physical write.
   eArchive(FileObject& file, Mode mode, i32 bufferSize, bool flushEachWrite = false);
-  /// Opens the file itself, which it then owns: for loading one that is there, for storing an empty
-  /// one. Reports kArchiveOpenFailed and sets `failed` if that cannot be. Part of the interface: a
-  /// run opens its files itself.
+  /// Opens the file and owns it: an existing file for loading, an empty one for storing. Reports
+  /// kArchiveOpenFailed and sets `failed` if it cannot be opened. Part of the interface; a run
+  /// opens its files itself.
   eArchive(const eString& path, Mode mode, i32 bufferSize, bool flushEachWrite = false);
   eArchive(const eArchive&) = delete;
   eArchive& operator=(const eArchive&) = delete;
@@ -56,13 +56,13 @@ class eArchive {
 
   [[nodiscard]] bool isLoading() const { return mode_ == Mode::kLoad; }
   [[nodiscard]] bool failed() const { return failed_; }
-  /// The offset in the file at which it failed first; -1 until then.
+  /// The offset in the file of the first failure; -1 without one.
   [[nodiscard]] i64 failureOffset() const { return failureOffset_; }
-  /// Set when it failed because of a record that is too new, and for no other reason.
+  /// Set only if the archive failed because of a record that is too new.
   [[nodiscard]] const std::optional<NewerRecord>& newerRecord() const { return newerRecord_; }
   [[nodiscard]] const eString& name() const { return name_; }
 
-  /// Whether text has two bytes a character. On after construction.
+  /// Whether text has two bytes per character. Initially on.
   [[nodiscard]] bool wideStrings() const { return wideStrings_; }
   void setWideStrings(bool wide) { wideStrings_ = wide; }
 
@@ -82,58 +82,60 @@ class eArchive {
   void WriteI64(i64 value) { store(value); }
   void WriteF64(f64 value) { store(value); }
 
-  /// Returns how many bytes it delivered: a short count is the caller's to test.
+  /// Returns the number of bytes read. The caller must test for a short count.
   [[nodiscard]] i32 ReadRaw(void* destination, i32 count);
-  /// ReadRaw for a stretch that has to be there: a short one sets `failed`.
+  /// ReadRaw for bytes that must be present: a short read sets `failed`.
   bool ReadWhole(void* destination, i32 count);
-  /// Passes over `count` bytes; too few of them set `failed`.
+  /// Skips `count` bytes; sets `failed` if there are fewer.
   void skip(i32 count);
   void WriteRaw(const void* source, i64 count);
 
-  /// A string is a count and the characters, behind the marker FF FE FF if they have two bytes
-  /// each. An unmarked string in a file of wide text arrives packed into the front of the
-  /// characters: not usable as text, but compared as it is.
+  /// A string is a count and the characters, preceded by the marker FF FE FF if they have two bytes
+  /// each. The bytes of an unmarked string in a file of wide text end up packed into the front of
+  /// the characters: unusable as text, but compared as they are.
   void ReadString(eString& target);
   void WriteString(const eString& text);
 
-  /// To an absolute offset. Returns it, or -1 when the file refuses (reported). Keeps `failed`.
+  /// Moves to an absolute offset. Returns it, or -1 if the file cannot seek (reported). Does not
+  /// clear `failed`.
   i32 Seek(i32 offset);
   [[nodiscard]] i64 GetPosition();
-  /// Loading: the offset behind the bytes in the buffer. Part of the interface.
+  /// When loading, the offset just past the bytes in the buffer. Part of the interface.
   [[nodiscard]] i64 loadPosition() const { return window_->endOffset(); }
-  /// Storing: the offset behind the bytes that have left the buffer. Part of the interface.
+  /// When storing, the offset just past the bytes that have left the buffer. Part of the interface.
   [[nodiscard]] i64 storeCount64() const { return storeCount_; }
   /// Writes the buffer out. Reports kArchiveWriteFailed and sets `failed` when bytes are lost.
   virtual void Flush();
-  /// Flushes and lets go of the file, which stays open unless it is the archive's own. Reports
-  /// kArchiveCloseFailed when bytes of that one are lost.
+  /// Flushes and detaches from the file, which stays open unless the archive owns it. Reports
+  /// kArchiveCloseFailed if closing an owned file loses bytes.
   void Close();
-  /// Drops what is in the buffer and lets go of the file: for an output that is given up.
+  /// Discards the buffer and detaches from the file: for an output that is given up.
   void abandon();
 
   /// The bytes that are in memory, from the next one to load on.
   [[nodiscard]] std::span<const std::byte> held() const {
     return {cursor_, static_cast<std::size_t>(unread())};
   }
-  /// Passes over held bytes, up to `next`.
+  /// Skips held bytes, up to `next`.
   void advanceTo(const std::byte* next) { cursor_ += next - cursor_; }
 
-  /// Bytes between the position and the end of the file, as long as at the start of the archive.
+  /// Bytes from the position to the end that the file had when the archive was made.
   [[nodiscard]] i64 bytesLeft() {
     takePlace();
     return window_->fileLength() - window_->endOffset() + unread();
   }
-  /// The number of items to read for a count found in the file: a negative one is 0, and so is one
-  /// that cannot fit into the bytes left at `smallestItem` bytes each, which is damage.
+  /// The number of items to read for a count found in the file. A negative count gives 0. So does a
+  /// count of items that would not fit into the remaining bytes at `smallestItem` bytes each, which
+  /// is treated as damage.
   [[nodiscard]] i32 checkedCount(i64 count, i32 smallestItem);
-  /// The bytes cannot be what was written: sets `failed` and reports kArchiveDamaged, once for this
-  /// archive.
+  /// For bytes that no writer can have produced: sets `failed` and reports kArchiveDamaged, once
+  /// per archive.
   void markDamaged();
   /// Sets `failed` and nothing else.
   void markFailed() { failAt(currentOffset()); }
-  /// The record that was begun is newer than this program: its fields cannot be told from those
-  /// behind it. Sets `failed` and newerRecord and reports nothing, then or later; what becomes of
-  /// such a file is for its user to decide.
+  /// For a record that is newer than this program, whose end therefore cannot be found. Sets
+  /// `failed` and newerRecord and reports nothing, now or later; the caller decides what to do with
+  /// such a file.
   void markTooNew(const NewerRecord& record);
 
  protected:
@@ -194,8 +196,8 @@ class eArchive {
   ReadWindow* window_ = nullptr;         // loading: the file's
   std::unique_ptr<std::byte[]> buffer_;  // storing
   std::byte* bufferStart_ = nullptr;
-  std::byte* bufferEnd_ =
-      nullptr;  // loading: behind the last valid byte; storing: behind the buffer
+  /// When loading, one past the last valid byte; when storing, one past the buffer.
+  std::byte* bufferEnd_ = nullptr;
   bool failed_ = false;
   i64 failureOffset_ = -1;
   std::optional<NewerRecord> newerRecord_;
@@ -205,7 +207,7 @@ class eArchive {
   std::vector<u8> scratch_;
 };
 
-/// Counts what is stored into it: how long a section will be before its bytes go out. It has no
+/// Counts what is stored into it, to find the length of a section before it is written. It has no
 /// file.
 class eCountingArchive final : public eArchive {
  public:

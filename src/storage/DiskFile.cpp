@@ -53,8 +53,8 @@ OpenedStream openStream(const std::string& path, const std::string& mode) {
   return {stream, stream == nullptr ? errno : 0};
 }
 
-/// An ordinary open for writing would wait until somebody reads; this one fails with ENXIO when
-/// nobody does.
+/// An ordinary open for writing would block until there is a reader; this one fails with ENXIO
+/// without one.
 OpenedStream openFifoForWriting(const std::string& path, const std::string& mode) {
   const int descriptor = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) {
@@ -78,7 +78,8 @@ eDiskFile::~eDiskFile() {
       closeStream();
     }
   } catch (...) {
-    // No memory is left to tell of a failed close. Whose result counts closes the file itself.
+    // A failed close cannot be reported without memory. Callers that need the result close the file
+    // explicitly.
   }
 }
 
@@ -230,8 +231,8 @@ std::FILE* eDiskFile::releaseStream() {
   return std::exchange(stream_, nullptr);
 }
 
-// The stream is gone before anything is reported: a report that finds no memory must not leave it
-// to be closed again.
+// The stream is released before anything is reported, so that a report that runs out of memory
+// cannot leave it to be closed twice.
 void eDiskFile::closeStream() {
   std::FILE* const stream = releaseStream();
   errno = 0;

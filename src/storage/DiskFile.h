@@ -12,25 +12,26 @@ class eDiskFile : public FileObject {
   ~eDiskFile() override;
 
   [[nodiscard]] bool IsMemory() const override { return false; }
-  /// Both report kFileSeekFailed when the system does not answer; Tell then returns 0.
+  /// Both report kFileSeekFailed when the system call fails; Tell then returns 0.
   [[nodiscard]] i64 GetLength() override;
   [[nodiscard]] i32 Tell() override;
   i32 GetPos(i64& position) override;
   i32 SetPos(i64 position) override;
-  /// A file on disk has the length of what was written.
+  /// A file on disk is as long as what was written to it.
   void SetLength(i32) override {}
-  /// What would make the run wait or read without end is refused before anything is opened: for
-  /// reading all but regular files (a directory with EISDIR, others, unless kSequential is asked
-  /// for, with EINVAL), for writing a FIFO that nobody reads. So is reading a file whose end has no
-  /// offset (EFBIG).
+  /// Anything that could block or be read forever is refused before it is opened: for reading,
+  /// everything but regular files (EISDIR for a directory, EINVAL for the others, which kSequential
+  /// allows); for writing, a FIFO without a reader. A file too long to be addressed is refused for
+  /// reading, too (EFBIG).
   [[nodiscard]] bool Open(const eString& path, i32 flags, FileContent content) override;
-  /// Returns 1 when all bytes were written, else 0: items, not bytes. Reports kFileWriteFailed.
+  /// Returns 1 when all bytes were written, otherwise 0: items, not bytes. Reports
+  /// kFileWriteFailed.
   i32 Write(const void* source, i32 count) override;
   /// Reports kFileSeekFailed.
   i32 Seek(i32 offset, SeekOrigin origin) override;
   /// Reports kFileReadFailed for an error, not for the end of the file.
   i32 Read(void* destination, i32 count) override;
-  /// Reports kFileNotOpen for a file that is closed already and kFileCloseFailed when buffered
+  /// Reports kFileNotOpen for a file that is already closed and kFileCloseFailed when buffered
   /// bytes were lost. The file counts as closed either way.
   void Close() override;
   [[nodiscard]] std::FILE* stream() const override { return stream_; }
@@ -41,7 +42,7 @@ class eDiskFile : public FileObject {
   [[nodiscard]] bool isDirty() const { return isDirty_; }
   [[nodiscard]] char16_t openMode() const { return openMode_; }
 
-  /// Bytes of the file that the last Open refused as too large; 0 when it did not.
+  /// Size of the file if the last Open refused it as too large, otherwise 0.
   [[nodiscard]] i64 refusedLength() const { return refusedLength_; }
 
  private:

@@ -23,18 +23,18 @@ constexpr i32 kReadWrite = 2;
 constexpr i32 kAccessMask = 0xF;
 constexpr i32 kCreate = 0x1000;  // creates or empties, whatever the access says
 constexpr i32 kAppend = 0x2000;  // with kCreate: keeps the content and writes behind it
-/// Every read and write goes to the system as it is, so that a failing write is told where it
-/// happens: for an archive, which brings a buffer of its own, and for the message file.
+/// Every read and write goes straight to the system, so that a failing write is reported where it
+/// happens: for archives, which have a buffer of their own, and for the message file.
 constexpr i32 kUnbuffered = 0x10000;
 /// The file is only read from front to end, so that it may be a pipe or a device.
 constexpr i32 kSequential = 0x20000;
 }  // namespace open_flags
 
-/// How its lines end: as the bytes say, or as the system has them.
+/// Whether line ends are left as they are or translated to the system's.
 enum class FileContent { kBinary, kText };
 
-/// One interface over a file on disk and a block of memory. Failures are reported by number, as
-/// each operation says, and set errorState.
+/// One interface for files on disk and blocks of memory. Failures are reported by message number,
+/// as documented for each operation, and set errorState.
 class FileObject {
  public:
   FileObject() = default;
@@ -43,7 +43,7 @@ class FileObject {
   virtual ~FileObject() = default;
 
   [[nodiscard]] virtual bool IsMemory() const = 0;
-  /// Bytes in the file; the position stays where it is. -1 when that cannot be told.
+  /// Bytes in the file; the position does not change. -1 if the length is unknown.
   [[nodiscard]] virtual i64 GetLength() = 0;
   [[nodiscard]] virtual i32 Tell() = 0;
   /// The position in 64 bits; -1 when the file is not open.
@@ -53,7 +53,7 @@ class FileObject {
   /// Returns whether the file is open now. A failure is not reported, since only the caller knows
   /// what it means; `failure` gives the reason.
   [[nodiscard]] virtual bool Open(const eString& path, i32 flags, FileContent content) = 0;
-  /// Returns what the kind of file says (see there); errorState tells whether it failed.
+  /// The result depends on the kind of file (see there); errorState says whether it failed.
   virtual i32 Write(const void* source, i32 count) = 0;
   /// Returns the new position, or -1.
   virtual i32 Seek(i32 offset, SeekOrigin origin) = 0;
@@ -63,15 +63,15 @@ class FileObject {
   /// The stdio stream under the file, for an archive that works on it directly; null without one.
   [[nodiscard]] virtual std::FILE* stream() const { return nullptr; }
 
-  /// What the archives that load from this file share; `size` bytes are read at a time. One of them
-  /// loads at a time.
+  /// The window that all archives loading from this file share; it reads `size` bytes at a time.
+  /// Only one archive may load at a time.
   [[nodiscard]] ReadWindow& readWindow(i32 size) {
     if (window_ == nullptr || window_->size() != size) {
       window_ = std::make_unique<ReadWindow>(*this, size);
     }
     return *window_;
   }
-  /// Bytes went into the file past this object.
+  /// Must be called after the file was written to behind this object's back.
   void contentChanged() {
     if (window_ != nullptr) {
       window_->forget();

@@ -9,19 +9,19 @@
 
 namespace rvf {
 
-/// A second look at the bytes that a loading archive has in memory, for decoders of which most
-/// records fit: it offers the loads of eArchive, but none of them tests for the end of the bytes.
-/// Instead the last kMargin bytes are only ever there to be run into, and a decoder asks `failed`
-/// before it has loaded as many: checkedCount and ReadWhole do so themselves, a loop for each of
-/// its items.
+/// A fast view of the bytes that a loading archive has in memory, for records that fit into them:
+/// it has the loads of eArchive, but none of them tests for the end of the bytes. Instead, the last
+/// kMargin bytes are reserved for overruns, and a decoder must test `failed` before it has loaded
+/// that many: checkedCount and ReadWhole do so themselves, and a loop does so for each of its
+/// items.
 ///
-/// A failure says nothing about the file. What was decoded is void, and the record is to be read
-/// from the archive, which has not moved.
+/// A failure does not mean that the file is damaged. The decoded fields are void, and the record
+/// must be read again from the archive, which has not moved.
 class HeldInput {
  public:
   static constexpr std::ptrdiff_t kMargin = 256;
 
-  /// Whether there is anything that an input could be made of.
+  /// Whether there are enough bytes to make an input at all.
   [[nodiscard]] static bool hasEnough(const eArchive& archive) {
     return !archive.failed() && std::ssize(archive.held()) > kMargin;
   }
@@ -35,7 +35,7 @@ class HeldInput {
 
   [[nodiscard]] bool failed() const { return next_ > safeEnd_; }
   [[nodiscard]] bool wideStrings() const { return wideStrings_; }
-  /// Where the next load begins: what the archive is to be advanced to after a success.
+  /// Where the next load begins: the archive must be advanced to it after a success.
   [[nodiscard]] const std::byte* next() const { return next_; }
   /// Fails for good. At least one value has been loaded.
   void giveUp() { safeEnd_ = next_ - 1; }

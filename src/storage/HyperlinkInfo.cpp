@@ -49,14 +49,14 @@ void HyperlinkInfo::reserveText(i32 minimumLength) {
   if (textLength == 0 || (text != nullptr && textLength < textCapacity)) {
     return;
   }
-  // The capacity of the longest text does not fit its own field; the block is what counts.
+  // The capacity of the longest text overflows its field; the size of the block is what matters.
   const std::size_t characters = asSize(textLength) + 1;
   textCapacity = static_cast<u16>(characters);
   text = std::make_unique<char16_t[]>(characters);
 }
 
 void HyperlinkInfo::loadFixedFields(eArchive& archive) {
-  // A capacity found in the file must never speak for a text that was there before.
+  // A capacity read from the file must never be taken for that of an older text.
   text.reset();
   firstLabel.Empty();
   secondLabel.Empty();
@@ -104,7 +104,7 @@ void HyperlinkInfo::store(eArchive& archive) const {
   archive.WriteI32(linkValue1);
   archive.WriteI32(linkValue2);
   archive.WriteU16(textCapacity);
-  // The old form can tell a length and have no text.
+  // The old form can have a length without a text.
   const u16 storedLength = text == nullptr ? u16{0} : textLength;
   archive.WriteU16(storedLength);
   archive.WriteI32(linkValue3);

@@ -12,16 +12,16 @@ namespace rvf {
 class HyperlinkInfo {
  public:
   HyperlinkInfo() = default;
-  /// The copy has its own text, with length and capacity worked out afresh.
+  /// The copy has its own text, with length and capacity recomputed.
   HyperlinkInfo(const HyperlinkInfo& other);
   HyperlinkInfo& operator=(const HyperlinkInfo& other);
 
-  /// Reads the tagged form. Whatever is wrong, a tag above the limit too, is left in the archive's
+  /// Reads the tagged form. Any failure, including a tag above the limit, sets the archive's
   /// `failed`.
   void read(eArchive& archive);
   /// Writes the tagged form.
   void store(eArchive& archive) const;
-  /// Reads the form without tag of draw parts below version 138, whose `version` decides how many
+  /// Reads the untagged form of draw parts below version 138, whose `version` determines how many
   /// bytes the text has. Does nothing on a storing archive.
   void readOldForm(eArchive& archive, i32 version);
   /// Makes room for textLength characters, or for `minimumLength` if that is more.

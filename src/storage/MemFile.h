@@ -8,7 +8,7 @@
 
 namespace rvf {
 
-/// A memory file had to grow and may not, or no memory was left.
+/// A memory file had to grow but may not, or there was no memory left.
 class eMemException final : public std::exception {
  public:
   [[nodiscard]] const char* what() const noexcept override {
@@ -16,9 +16,9 @@ class eMemException final : public std::exception {
   }
 };
 
-/// A file in a growing block of memory, on which the sections of a record are put together. Open is
-/// the inherited one, which a run does not call: a stream that it opens is what archives work on
-/// from then on, while the operations of the file itself stay with the block.
+/// A file in a growing block of memory, in which the sections of a record are assembled. Open is
+/// inherited, and a run does not call it: archives work on the stream that it opens, while the
+/// file's own operations stay with the block.
 class eMemFile final : public eDiskFile {
  public:
   /// An empty file that owns its block. `growBy` is the size of the first allocation; later ones
@@ -41,11 +41,11 @@ class eMemFile final : public eDiskFile {
   [[nodiscard]] i32 Tell() override { return position_; }
   i32 GetPos(i64&) override { return 0; }
   i32 SetPos(i64) override { return 0; }
-  /// Grows the block if needed and pulls the position back to `size` if it is behind it.
+  /// Grows the block if needed and moves the position back to `size` if it is beyond that.
   void SetLength(i32 size) override;
   /// Returns `count`. Throws eMemException when the block cannot grow.
   i32 Write(const void* source, i32 count) override;
-  /// The target may lie behind the end; a negative one gives -1 and moves nothing.
+  /// The target may lie beyond the end; a negative one gives -1 and moves nothing.
   i32 Seek(i32 offset, SeekOrigin origin) override;
   i32 Read(void* destination, i32 count) override;
   /// Empties the file and frees the block that it owns.

@@ -31,7 +31,7 @@ i64 ReadWindow::fileLength() {
 
 i64 ReadWindow::streamOffset() {
   if (streamOffset_ == kUnknown) {
-    // The file object reports a stream that does not answer. Here the seek that follows does.
+    // The file object would report a failing stream. Here the seek that follows does so.
     std::FILE* stream = file_.stream();
     streamOffset_ = stream == nullptr ? file_.Tell() : ftello(stream);
   }
@@ -67,7 +67,7 @@ bool ReadWindow::moveFileToEnd(Failure telling) {
   return isMoved;
 }
 
-// Past the Seek of the file object, which reports.
+// Bypasses the Seek of the file object, which reports failures.
 bool ReadWindow::moveFile(i64 offset) {
   if (std::FILE* stream = file_.stream(); stream != nullptr) {
     return fseeko(stream, offset, SEEK_SET) == 0;
@@ -93,7 +93,7 @@ i32 ReadWindow::readOn(i64 tail, bool& failed, Failure telling) {
   return got;
 }
 
-// Pages that lie scattered over a file are not read many times over.
+// Reads less after a jump, so that the bytes around scattered pages are not read many times over.
 i32 ReadWindow::nextReadSize() const {
   constexpr i32 kReadAfterJump = 65536;
   const i64 room = std::min(
@@ -108,7 +108,7 @@ i32 ReadWindow::readPhysical(i32 count, bool& failed, Failure telling) {
     failed = file_.errorState();
     return got;
   }
-  // What an earlier reader ran into is not this one's failure.
+  // A failure that an earlier reader met is not this one's.
   std::clearerr(stream);
   const StreamTransfer got = readBytes(stream, end(), static_cast<std::size_t>(count));
   failed = got.byteCount < static_cast<std::size_t>(count) && std::ferror(stream) != 0;

@@ -10,12 +10,11 @@ namespace rvf {
 
 class FileObject;
 
-/// The stretch of a file that is in memory. The archives that load from one file object, one after
-/// the other, share its window: a page that follows the last one costs no more of the system than
-/// its own bytes.
+/// The part of a file that is in memory. The archives that load from one file object, one after
+/// another, share its window, so that reading on to the next page costs no extra system calls.
 ///
-/// It keeps track of what the file has to be asked for only once: its length, and where it stands
-/// after the last read.
+/// It remembers what would otherwise have to be asked of the system each time: the length of the
+/// file and its position after the last read.
 class ReadWindow {
  public:
   /// `size` bytes are read at a time. `file` must outlive the window.
@@ -28,32 +27,32 @@ class ReadWindow {
   [[nodiscard]] i64 endOffset() const { return startOffset_ + held_; }
   [[nodiscard]] i64 fileLength();
 
-  /// Empties the window at the place where the file stands.
+  /// Empties the window and places it at the file's position.
   void moveToFilePosition();
   /// The byte at `offset`, if it is in memory; its end counts too. Null otherwise.
   [[nodiscard]] std::byte* find(i64 offset);
-  /// Empties the window at `offset` and moves the file there. False if the file refuses, which is
-  /// reported.
+  /// Empties the window and moves it and the file to `offset`. False if the file cannot seek, which
+  /// is reported.
   [[nodiscard]] bool moveTo(i64 offset) { return moveTo(offset, Failure::kTold); }
-  /// Keeps the last `tail` bytes and reads on behind them, into all the room there is. Returns the
-  /// bytes that came: 0 at the end of the file, or of what can be addressed. `failed` tells of an
-  /// error of the system below, which is reported.
+  /// Keeps the last `tail` bytes and fills the rest of the window behind them. Returns the number
+  /// of bytes read: 0 at the end of the file, or of what can be addressed. `failed` is set on a
+  /// system error, which is reported.
   [[nodiscard]] i32 readOn(i64 tail, bool& failed);
 
-  /// Makes `length` bytes from `offset` on stand in memory together, as far as the file and the
-  /// window have room, and keeps what stands there already. Null if they cannot all be had, which
-  /// nobody is told: a reader that goes on from `offset` meets the failure itself.
+  /// Brings `length` bytes from `offset` into memory as one block, reusing what is already held.
+  /// Null if that is impossible, which is not reported: a reader that goes on from `offset` will
+  /// meet the failure itself.
   [[nodiscard]] const std::byte* hold(i64 offset, i64 length);
 
-  /// The content of the file has changed: nothing that was read holds any more.
+  /// Must be called when the content of the file has changed: all that was read is discarded.
   void forget();
-  /// Somebody else has moved the file.
+  /// Must be called when the file's position was changed elsewhere.
   void forgetPosition() { streamOffset_ = kUnknown; }
 
  private:
   static constexpr i64 kUnknown = -1;
-  /// Behind the window, for what a reader usually carries over: the rest of a value that its end
-  /// cuts.
+  /// Extra room behind the window, for what readers usually carry over: the first bytes of a value
+  /// that is cut by its end.
   static constexpr i32 kTailRoom = 16;
 
   struct FreeBlock {
@@ -71,8 +70,8 @@ class ReadWindow {
 
   FileObject& file_;
   i32 size_;
-  // Zeroed, since a value behind the end of the file is taken from what stands here; by the system,
-  // which does it for a page of memory at the moment it is first used.
+  // Zeroed, since a value beyond the end of the file is taken from it. calloc leaves this to the
+  // system, which zeroes each page of memory when it is first used.
   std::unique_ptr<std::byte[], FreeBlock> buffer_;
   i64 startOffset_ = 0;  // of the first byte that is held
   i64 held_ = 0;

@@ -17,7 +17,8 @@ namespace rvf {
 /// Closes every record that is newer than its base form. Frozen on disk.
 constexpr i32 kEndMark = 0x42F00757;
 
-/// The absolute value of a tag, which section tests go by; the most negative tag has one too.
+/// The absolute value of a tag, which decides whether a section is known. 64 bits, so that the most
+/// negative tag has one, too.
 [[nodiscard]] constexpr i64 tagMagnitude(i32 tag) { return tag < 0 ? -i64{tag} : i64{tag}; }
 
 /// What the reader of a section found.
@@ -27,7 +28,7 @@ enum class SectionResult : i32 {
   kFailed = 4,   // another section or size stands there; the archive has failed
 };
 
-/// The state that one record's read or write function keeps while it runs.
+/// The state of one record's read or write function while it runs.
 class eRecordFrame {
  public:
   explicit eRecordFrame(i32 baseTag) : baseTag_(baseTag) {}
@@ -40,8 +41,8 @@ class eRecordFrame {
   [[nodiscard]] SectionResult ReadSection(eArchive& archive, i32 number);
   /// The same for a section that must have `expectedSize` bytes.
   [[nodiscard]] SectionResult ReadFixedSection(eArchive& archive, i32 expectedSize, i32 number);
-  /// Passes over the sections that this program does not know, up to the end mark. Anything else in
-  /// its place sets the archive's `failed`.
+  /// Skips the sections that this program does not know, up to the end mark. If anything else is
+  /// found, the archive's `failed` is set.
   void EndRecord(eArchive& archive);
 
   void WriteSectionTag(eArchive& archive, i32 number);
@@ -53,8 +54,9 @@ class eRecordFrame {
   void writeMeasuredSection(eArchive& archive, i32 number,
                             const std::function<void(eArchive&)>& content);
 
-  /// The second of these passes in two steps, which writeMeasuredSection takes together: an archive
-  /// of `size` bytes for the content, which is stored with its length in front when it is complete.
+  /// The second of these passes in two steps, which writeMeasuredSection combines: the first
+  /// returns an archive of `size` bytes for the content; the second stores the content, preceded by
+  /// its length.
   [[nodiscard]] eArchive& BeginSubArchive(i32 size);
   void EndSubArchive(eArchive& archive);
 

@@ -6,11 +6,11 @@ namespace rvf {
 
 namespace {
 
-// A stream that is interrupted again and again without a byte coming through has failed.
+// A stream that is interrupted this often without moving a single byte has failed.
 constexpr int kMostInterruptions = 1000;
 
-/// Calls `move(offset)`, which moves bytes from that offset on, until `count` bytes are moved or it
-/// stops for another reason than an interruption.
+/// Calls `move(offset)`, which moves bytes from that offset on, until `count` bytes have been moved
+/// or it stops for any reason other than an interruption.
 template <class Move>
 StreamTransfer moveBytes(std::FILE* stream, std::size_t count, Move move) {
   std::size_t moved = 0;

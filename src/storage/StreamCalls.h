@@ -5,9 +5,8 @@
 
 namespace rvf {
 
-// fread and fwrite for single bytes, as the files of a run use them: a call of the system that is
-// interrupted (EINTR, which some network file systems answer with) is no failure and goes on where
-// it stopped.
+// fread and fwrite for bytes. An interrupted system call (EINTR, which some network file systems
+// return) is not a failure: it is resumed where it stopped.
 
 struct StreamTransfer {
   std::size_t byteCount = 0;

@@ -9,7 +9,7 @@
 
 namespace rvf {
 
-/// One row of a colour list: a spot colour under its code, with its stand-ins in the layouts of
+/// One row of a colour list: a spot colour with its code and its substitutes in the layouts of
 /// colour_kind::kRgb and colour_kind::kCmyk.
 struct NamedColour {
   u32 code = 0;
@@ -20,8 +20,8 @@ struct NamedColour {
 
 constexpr int kColourListCount = 4;
 
-/// The colour tables of this build, rows in ascending order of codes. None are shipped; a build
-/// that has them supplies spans that outlive every use.
+/// The colour tables of a build, with rows in ascending order of code. None are shipped; a build
+/// that has tables supplies spans that outlive every use.
 struct NamedColourTables {
   std::span<const NamedColour> lists[kColourListCount];
 };
@@ -52,8 +52,8 @@ void setNamedColourTables(const NamedColourTables* tables);
 /// does not exist. Part of the interface; a run does not call it.
 [[nodiscard]] const ColourFamily* colourFamily(i32 list);
 
-/// Adds a named colour to the list of used colours, once. Without tables there is no name for it
-/// and nothing happens.
+/// Adds a named colour to the list of used colours, once. Without tables it has no name, and
+/// nothing happens.
 void registerUsedColour(const ColourValue& colour);
 
 [[nodiscard]] const std::vector<UsedColour>& usedColours();
@@ -62,7 +62,7 @@ void registerUsedColour(const ColourValue& colour);
 inline bool firstTableForList0 = false;
 /// Writes "HEXACHROME" in the names of used colours as "Hexachrome".
 inline bool hexachromeCase = false;
-/// Set whenever a used colour is registered, a known one included.
+/// Set whenever a used colour is registered, even if it was already known.
 inline bool usedColoursChanged = false;
 
 }  // namespace rvf
