@@ -1,5 +1,5 @@
-// What the comparison of pages costs: equal lists, the matcher on its hard cases, and the decoding
-// of each family of parts.
+// The cost of comparing pages: equal lists, the hard cases of the matcher, and the decoding of each
+// family of parts.
 
 #include <benchmark/benchmark.h>
 
@@ -14,7 +14,7 @@
 namespace rvf {
 namespace {
 
-/// A list record in memory, to be read again and again.
+/// A list record in memory that is read again and again.
 class StoredList {
  public:
   explicit StoredList(const std::vector<test::Part>& parts) : bytes_(true), file_(0) {

@@ -34,7 +34,7 @@ Files reversed(int count, const std::function<Part(int)>& makePart) {
   return files;
 }
 
-/// As many references to one object, which has these children in each file.
+/// References to one object, which has these children in each file.
 Files references(int count, const std::vector<Part>& first, const std::vector<Part>& second) {
   const CaptureFields fields = captureOf({page(std::vector(count, staticRef()))});
   Files files{fields, fields};
@@ -56,7 +56,7 @@ Files letterhead(int pages, int parts) {
   return {fields, fields};
 }
 
-/// Places on two sides of a border, so that each is near to all of the others in one value.
+/// Positions on both sides of a border, so that each is near to all the others in one value.
 Part nearText(int i) {
   const int half = i % 2 * 6;
   return text({.runs = {{.x = half, .y = i / 2 * 6}, {.x = 6 - half, .y = i / 4 * 6}}});

@@ -1,4 +1,4 @@
-// What loading through an archive costs.
+// The cost of loading through an archive.
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
 // Writes the two files of samples/: the monthly job of a small insurer before and after a change.
 //   make_samples [FOLDER]
-// They are kept with the sources, so this is run only when they are to look otherwise.
+// They are kept with the sources, so this only needs to be run to change them.
 
 #include <cstdio>
 #include <fstream>
@@ -140,8 +140,8 @@ PageFields privacyNotice() {
        paragraph(kLeft, 900, {u"We keep what the law asks us to keep, and nothing else."})});
 }
 
-/// The month before and after a change: another closing in all letters, one premium, one line, one
-/// colour, a line of advertising, a page more.
+/// The monthly job before and after a change: a new closing in all letters, a premium, a line
+/// width, a colour, a line of advertising, and an additional page.
 CaptureFields job(bool changed) {
   const std::u16string regards = changed ? u"Kind regards" : u"With kind regards";
   CaptureFields file{.magic = kWideMagic, .label = u"Monthly run", .statics21 = {letterhead()}};

@@ -5,7 +5,7 @@
 #include "inspect/CommandLine.h"
 
 int main(int argc, char** argv) {
-  // A reader that has seen enough, such as head, ends the program without a word, whatever the
+  // If the reader of a pipe exits early, as head does, the program ends silently, whatever the
   // parent process has set.
   std::signal(SIGPIPE, SIG_DFL);
   try {

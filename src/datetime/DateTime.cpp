@@ -67,7 +67,7 @@ void DateTime::setToLocalTime(const std::tm* local) {
       EncodeDateTime(local->tm_year + kFirstYear, local->tm_mon + 1, local->tm_mday, local->tm_hour,
                      local->tm_min, std::min(local->tm_sec, kSecondsPerMinute - 1), dayNumber);
   status = isRead ? kValid : kUnreadable;
-  // Quirk that stays: the date that stands for none counts as a failed reading, even if the clock
+  // Quirk that stays: the date that means "no date" counts as a failed reading, even if the clock
   // really shows it.
   if (dateText() == "1000-01-01") {
     status = kUnreadable;
@@ -82,8 +82,8 @@ struct Moment {
   i32 second = 0;  // of the day
 };
 
-// To the nearest second: a time that rounds up to midnight is the start of the next day, except on
-// the last day of the calendar, which has no next one.
+// Rounds to the nearest second: a time that rounds up to midnight becomes the start of the next
+// day, except on the last day of the calendar.
 Moment momentOf(f64 dayNumber) {
   i32 day = static_cast<i32>(std::trunc(dayNumber));
   const f64 fraction = std::fabs(dayNumber - std::trunc(dayNumber));

@@ -11,11 +11,12 @@ namespace rvf {
 enum class MonthsFrom : i32 { kOne, kZero };
 
 /// A date and time as a day count, in local time. Day 0 is 30 December 1899; the fraction is the
-/// time of day. It counts away from day 0 on both sides: -1.25 is 29 December 1899, 06:00.
+/// time of day. The fraction counts away from day 0 in both directions: -1.25 is 29 December 1899,
+/// 06:00.
 class DateTime {
  public:
   static constexpr i32 kValid = 0;
-  /// What a failed reading of the clock leaves.
+  /// The clock could not be read.
   static constexpr i32 kUnreadable = 2;
 
   /// The current local time.
@@ -23,8 +24,8 @@ class DateTime {
   explicit DateTime(f64 day) : dayNumber(day) {}
 
   void SetToNow();
-  /// What SetToNow makes of the local time. Null, a date outside the calendar and 1 January of year
-  /// 1000 give day 0 and kUnreadable; a leap second counts as the second before it.
+  /// Sets the value as SetToNow does, from a given local time. Null, a date outside the calendar
+  /// and 1 January 1000 give day 0 and kUnreadable; a leap second counts as the second before it.
   void setToLocalTime(const std::tm* local);
 
   /// Returns false and leaves `dayNumber` alone for a date or time that does not exist. Years run
@@ -41,13 +42,13 @@ class DateTime {
   [[nodiscard]] i32 GetMinute() const;
   [[nodiscard]] i32 GetSecond() const;
 
-  /// The date as "2024-02-29" and the time as "06:30:00", for everything but the banner of a run,
-  /// which has a form of its own. Part of the interface; a run does not call them.
+  /// The date as "2024-02-29" and the time as "06:30:00", for all uses except the banner of a run,
+  /// which has its own format. Part of the interface; a run does not call them.
   [[nodiscard]] std::string dateText() const;
   [[nodiscard]] std::string timeText() const;
 
   f64 dayNumber = 0;
-  /// Anything but kValid marks a value that holds no usable time.
+  /// Any value but kValid means that there is no usable time.
   i32 status = kValid;
 };
 

@@ -6,8 +6,8 @@
 
 namespace rvf {
 
-/// The numbers of all messages that the program gives. Their texts stand in the catalogue file, so
-/// the numbers are frozen. Behind each: what its arguments are.
+/// The numbers of all messages of the program. Their texts are in the catalogue file, so the
+/// numbers are frozen. The comments give the arguments.
 enum class MessageNumber : i32 {
   kInformation = 1000,          // none; never given, but the level filter knows it
   kOptionNotUnderstood = 1019,  // the option or control-file line
@@ -31,13 +31,13 @@ enum class MessageNumber : i32 {
   kFallback = 9999,             // what the catalogue answers for a number that it lacks
 };
 
-/// The form of one message's arguments: a letter for each, t text, i integer.
+/// The types of one message's arguments, a letter for each: t text, i integer.
 struct MessageForm {
   MessageNumber number;
   std::string_view arguments;
 };
 
-/// All messages that code may report. A call with arguments of another form does not compile.
+/// All messages that code may report. A call with other types of arguments does not compile.
 constexpr MessageForm kMessageForms[] = {
     {MessageNumber::kInformation, ""},          {MessageNumber::kOptionNotUnderstood, "t"},
     {MessageNumber::kOverrideNotApplied, "i"},  {MessageNumber::kSinkWriteFailed, "tt"},
@@ -51,8 +51,8 @@ constexpr MessageForm kMessageForms[] = {
     {MessageNumber::kTooManyNameValues, "t"},
 };
 
-/// Whether a message means that an input was not read or a result was not kept. A run with such a
-/// message has failed, unless the catalogue gives the message another severity than S.
+/// Whether a message means that an input was not read or a result was lost. A run with such a
+/// message has failed unless the catalogue gives the message a severity other than S.
 constexpr bool meansDataLoss(MessageNumber number) {
   switch (number) {
     case MessageNumber::kSinkWriteFailed:

@@ -26,10 +26,10 @@ constexpr char16_t kError = u'E';
 constexpr char16_t kSevere = u'S';
 }  // namespace severity
 
-/// What people call the severity of this letter; empty for any other character.
+/// The name of a severity letter, for people; empty for any other character.
 [[nodiscard]] std::u16string_view severityName(char16_t letter);
 
-/// A second scale of severities, for displays, which starts with "nothing has changed".
+/// A second scale of severities, for displays, which starts at "no change".
 namespace severity_display {
 constexpr i32 kNoChange = 1;
 constexpr i32 kInformation = 2;
@@ -38,19 +38,19 @@ constexpr i32 kError = 4;
 constexpr i32 kSevere = 5;
 }  // namespace severity_display
 
-/// The display number of a severity letter; a character that is none counts as information.
+/// The display number of a severity letter; any other character counts as information.
 [[nodiscard]] i32 severityDisplayNumber(char16_t letter);
 /// The name of a display number, "Unknown" for one outside the scale.
 [[nodiscard]] std::u16string_view severityDisplayName(i32 displayNumber);
 
-/// The levels of the tally. From kSevere on the run has failed.
+/// The levels of the tally. At kSevere and above, the run has failed.
 namespace severity_level {
 constexpr i32 kWarning = 4;
 constexpr i32 kError = 8;
 constexpr i32 kSevere = 12;
 }  // namespace severity_level
 
-/// Argument texts that an entry holds, and that a call may give.
+/// The number of argument texts in an entry, and the most that a call may have.
 constexpr int kArgumentSlots = 8;
 constexpr int kMostCallArguments = 6;
 
@@ -87,16 +87,17 @@ struct MessageTally {
   i32 errorCount = 0;  // severe messages count here too
   i32 warningCount = 0;
 
-  /// What decides over the run: exitOverride when there is one, else highestSeverity.
+  /// The severity that decides the exit status: exitOverride if there is one, otherwise
+  /// highestSeverity.
   [[nodiscard]] i32 effectiveSeverity() const {
     return exitOverride != 0 ? exitOverride : highestSeverity;
   }
 };
 
-/// While nonzero every call returns 0 at once: set around a step whose failures do not count, such
+/// While nonzero, every call returns 0 at once. Set during steps whose failures do not count, such
 /// as a measuring pass.
 inline i32 muteAllMessages = 0;
-/// While nonzero only the first occurrence of each message is written.
+/// While nonzero, only the first occurrence of each message is written.
 inline i32 onlyFirstOccurrence = 0;
 
 /// One argument of a call: a text or a number. Texts are borrowed for the call; a null text counts
@@ -120,8 +121,8 @@ class MessageArgument {
   std::variant<const char16_t*, i32, f64> value_;
 };
 
-/// What stands behind the reporter once the catalogue is there: it finds the texts, builds and
-/// writes the lines, and tallies them. The layers below know the reporter only.
+/// The part of the reporter that needs the catalogue: it finds the texts, builds and writes the
+/// lines, and tallies them. The lower layers know only the reporter.
 class MessageBackEnd {
  public:
   virtual ~MessageBackEnd() = default;
@@ -153,8 +154,8 @@ constexpr char kCallForm[] = {argumentLetter<std::decay_t<Arguments>>()..., 0};
 
 }  // namespace detail
 
-/// A message number together with the proof that a call has the arguments that kMessageForms asks
-/// for. The conversion takes place while compiling and fails there.
+/// A message number whose call is known to have the arguments that kMessageForms requires. The
+/// conversion happens, and fails, at compile time.
 template <class... Arguments>
 class CheckedNumber {
  public:
@@ -173,7 +174,7 @@ class CheckedNumber {
   MessageNumber number_;
 };
 
-/// Hears of each message as soon as it is raised, long before the catalogue gives it a text.
+/// Receives each message as soon as it is raised, long before the catalogue gives it a text.
 class MessageListener {
  public:
   virtual ~MessageListener() = default;
@@ -181,10 +182,10 @@ class MessageListener {
   virtual void messageRaised(const MessageEntry& entry) = 0;
 };
 
-/// Every failure and every notice is reported here: code anywhere gives a number and its arguments
-/// and goes on. Calls are held until a sink is attached and the catalogue is loaded, which
-/// FlushMessages does once, after the comparison. Without a back end they stay held, for whoever
-/// takes them.
+/// Every failure and every notice is reported here: the caller gives a number and its arguments and
+/// goes on. Calls are held until a sink is attached and the catalogue is loaded, which
+/// FlushMessages does once, after the comparison. Without a back end they remain held until
+/// takePending.
 class MessageReporter {
  public:
   /// Reports a message with the arguments that kMessageForms states. Returns 1 when the call was
@@ -194,7 +195,7 @@ class MessageReporter {
              const Arguments&... arguments) {
     return reportUnchecked(number.number(), arguments...);
   }
-  /// The same for a number that is known at run time only: up to six arguments of any form.
+  /// The same for a number that is only known at run time: up to six arguments of any type.
   template <class... Arguments>
   i32 reportUnchecked(MessageNumber number, const Arguments&... arguments) {
     static_assert(sizeof...(arguments) <= kMostCallArguments);
@@ -206,13 +207,13 @@ class MessageReporter {
     }
   }
 
-  /// Writes all pending messages. The driver calls it once, before the report is closed. Returns
-  /// whether the last line could be built; without a back end nothing happens.
+  /// Writes all pending messages. A run calls it once, before the report is closed. Returns whether
+  /// the last line could be built; does nothing without a back end.
   bool FlushMessages();
 
-  /// From now on lines go to `sink`, which stays the caller's.
+  /// Sends all further lines to `sink`, which stays the caller's.
   void AttachReportSink(TextSink* sink);
-  /// The report is closed: further calls are held and never written.
+  /// To be called when the report is closed: further calls are held and never written.
   void detachReportSink() { reportSink = nullptr; }
 
   /// `backEnd` stays the caller's; null detaches it.
@@ -221,8 +222,8 @@ class MessageReporter {
   /// `listener` stays the caller's; null detaches it.
   void attachListener(MessageListener* listener) { listener_ = listener; }
 
-  /// Takes the held messages away, as numbers and arguments: for a program that tells them in its
-  /// own way, without a catalogue.
+  /// Removes the held messages and returns them as numbers and arguments, for a program that
+  /// presents them in its own way, without a catalogue.
   [[nodiscard]] std::deque<MessageEntry> takePending() { return std::exchange(pending_, {}); }
 
   /// Back to the state of a new process: nothing attached, held, tallied or muted.

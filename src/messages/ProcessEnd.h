@@ -2,15 +2,15 @@
 
 namespace rvf {
 
-/// What ends the process. It must not return: the default flushes the C library's streams and
-/// leaves with exit value -1 and no clean-up; a test may throw instead.
+/// Ends the process and must not return. The default flushes the C library's streams and exits with
+/// value -1 and without any clean-up; a test may throw instead.
 using ProcessEndHandler = void (*)();
 
-/// Sets the handler and returns the one before; null sets the default.
+/// Sets the handler and returns the previous one; null restores the default.
 ProcessEndHandler setProcessEndHandler(ProcessEndHandler handler);
 
-/// Ends the process at once with exit value -1, as every failure beyond repair does: nothing is
-/// closed and no buffer is written out.
+/// Ends the process at once with exit value -1 after a fatal failure: nothing is closed and no
+/// buffer is written.
 [[noreturn]] void endProcess();
 
 }  // namespace rvf

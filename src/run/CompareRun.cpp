@@ -24,7 +24,7 @@ namespace {
 constexpr const char16_t* kMessageFileLabel = u"Message File";
 constexpr const char16_t* kMessageFileRole = u"message file";
 
-// An empty name would end the substitution of the message's arguments.
+// An empty name would end the substitution of arguments in the message.
 void reportUnusable(const eString& path, const eString& reason) {
   Report(MessageNumber::kFileUnusable, path.isEmpty() ? u"(no name)" : path, reason);
 }
@@ -63,7 +63,7 @@ CompareRun::~CompareRun() {
   try {
     closeRun(exit_status::kFailed);
   } catch (...) {
-    // Without memory the closing report is lost; main tells what ended the run.
+    // Without memory the closing report is lost; main reports what ended the run.
   }
 }
 
@@ -98,7 +98,7 @@ bool CompareRun::openRun() {
   return differenceFile_ != nullptr;
 }
 
-// Here the message file itself is the problem, so the console is told.
+// The message file itself is the problem, so the console gets the line.
 bool CompareRun::openReport(const eString& objection) {
   const eString& path = options_.messageFile;
   eString line;
@@ -140,7 +140,8 @@ void CompareRun::closeRun(i32 status) {
   closeReport(status);
 }
 
-// The sink stays attached until its last byte is written, so that a message about it still counts.
+// The sink stays attached until its last byte is written, so that a message about it is still
+// counted.
 void CompareRun::closeReport(i32 status) {
   if (reportSink_ == nullptr) {
     return;

@@ -17,11 +17,12 @@ class FailureLog;
 class RvfReader;
 
 /// The steps of one run and everything that it owns: the settings, the two sinks and the three
-/// files. The steps come in the order of their declaration, each once; a step that fails
+/// files. The steps are called once each, in the order of their declaration; a step that fails
 /// reports why, and only closeRun may follow it.
 class CompareRun {
  public:
-  /// Opens nothing and reports nothing. `failures` is not owned; it gets what no message can say.
+  /// Opens nothing and reports nothing. `failures` is not owned; it receives what no message can
+  /// express.
   explicit CompareRun(FailureLog& failures);
   CompareRun(const CompareRun&) = delete;
   CompareRun& operator=(const CompareRun&) = delete;
@@ -34,12 +35,12 @@ class CompareRun {
 
   /// Opens the message file and writes banner and summary to it, then opens both inputs and empties
   /// the difference file: before the first page is read, so that a difference file that cannot be
-  /// written stops the run early. What cannot be opened, or must not be (OutputGuard.h), is
-  /// reported as kFileUnusable and ends the step; for the message file the console gets a line, and
-  /// the failures the reason.
+  /// written stops the run early. A file that cannot or must not be opened (OutputGuard.h) is
+  /// reported as kFileUnusable and ends the step; for the message file, a line is printed on the
+  /// console and the reason is added to the failures.
   [[nodiscard]] bool openRun();
 
-  /// Says on the console that the program is at work.
+  /// Announces the comparison on the console.
   void greet();
 
   /// Compares the files. Returns their DiffFlags, or kFailed when one of them is not a valid
@@ -47,11 +48,11 @@ class CompareRun {
   [[nodiscard]] i32 compareFiles();
 
   /// Closes the files and ends the message file with the closing report for `status`. Does nothing
-  /// when nothing is open.
+  /// if nothing is open.
   void closeRun(i32 status);
 
   [[nodiscard]] const RunOptions& options() const { return options_; }
-  /// What a finished comparison has found. Empty unless standard error is a terminal.
+  /// The counts of a finished comparison. Empty unless standard error is a terminal.
   [[nodiscard]] const std::optional<ComparisonCounts>& counts() const { return counts_; }
 
  private:

@@ -21,7 +21,8 @@ namespace rvf {
 namespace {
 
 /// Connects one run to the reporter, with a back end for its messages and a listener for its
-/// failures. The destructor prints what is still held, also when the run ends with an exception.
+/// failures. The destructor prints messages that are still held, even if the run ends with an
+/// exception.
 class MessageSession {
  public:
   MessageSession() : output_(messageReporter) {
@@ -36,7 +37,7 @@ class MessageSession {
     try {
       printHeldMessages();
     } catch (...) {
-      // Out of memory: main tells what ended the run, the messages are lost.
+      // Out of memory: main reports what ended the run, but the messages are lost.
     }
     setProcessEndHandler(handlerBefore_);
     current = nullptr;
@@ -45,7 +46,7 @@ class MessageSession {
   }
 
   void printHeldMessages() {
-    // Without a held message the catalogue is not needed, and a missing one is nobody's concern.
+    // Without held messages the catalogue is not needed, and it does not matter if it is missing.
     if (!messageReporter.pending().empty()) {
       output_.printHeldMessages();
     }
@@ -53,11 +54,11 @@ class MessageSession {
   [[nodiscard]] FailureLog& failures() { return failures_; }
 
  private:
-  // A process end comes from deep inside the readers, with no path to the run.
+  // endProcess is called deep inside the readers, which have no access to the run.
   static inline MessageSession* current = nullptr;
 
-  /// Nothing is closed and no archive is written out: the message file stays as it is, without a
-  /// closing report, so that nobody takes the run for a finished one.
+  /// Nothing is closed and no archive is flushed: the message file stays without a closing report,
+  /// so that the run cannot be mistaken for a complete one.
   static void endAtOnce() {
     eraseProgressLine();
     if (current != nullptr) {
@@ -86,7 +87,7 @@ i32 takeSteps(CompareRun& run, MessageSession& session, std::span<const eString>
   }
   run.greet();
   const i32 status = run.compareFiles();
-  // The messages come before the closing report. What goes wrong while closing still counts.
+  // The messages precede the closing report. Failures while closing still count.
   messageReporter.FlushMessages();
   run.closeRun(status);
   session.printHeldMessages();

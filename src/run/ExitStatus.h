@@ -14,10 +14,10 @@ constexpr i32 kDifferent = 1;  // with SIMPLERETURN only; otherwise the run's Di
 /// files. `simple` asks for the three values above instead of the bits.
 [[nodiscard]] i32 formExitStatus(i32 status, bool simple);
 
-/// The exit status folded into the 8 bits of a process status. 0 always and only means identical,
-/// 255 always and only means failed:
+/// The exit status folded into the 8 bits of a process status. 0 means identical and nothing else,
+/// 255 means failed and nothing else:
 ///
-/// - The three bits that do not fit, page count, customers and resolutions, come down by 17 places,
+/// - Three bits that do not fit (page count, customers and resolutions) move down by 17 places,
 ///   onto the reserved bits 4, 8 and 16, which no run sets.
 /// - Every other bit above 128 comes together with 128, so it can be dropped.
 [[nodiscard]] int foldToProcessStatus(i32 exitStatus);

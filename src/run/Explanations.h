@@ -9,7 +9,7 @@ class RvfReader;
 struct DamagedPage;
 struct NewerRecord;
 
-// What is wrong with an input, in a few words that follow its name.
+// What is wrong with an input, in a few words to follow its name.
 
 [[nodiscard]] eString explainTooLarge(i64 fileLength);
 

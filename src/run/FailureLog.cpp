@@ -9,7 +9,7 @@ namespace rvf {
 
 namespace {
 
-/// Where a message has its file name and its reason, as indexes of arguments, and what failed.
+/// Which arguments of a message are its file name and its reason, and what failed.
 struct FailureForm {
   MessageNumber number;
   int path;
@@ -37,7 +37,7 @@ std::string lineOf(const eString& path, const std::string& reason) {
 
 }  // namespace
 
-// The messages about damage and newer records name no file: whoever reads it adds them.
+// The messages about damage and newer records name no file: the code that reads the file adds them.
 void FailureLog::messageRaised(const MessageEntry& entry) {
   const auto* form = std::ranges::find(kFailures, entry.number, &FailureForm::number);
   if (form == std::end(kFailures)) {

@@ -9,21 +9,21 @@
 
 namespace rvf {
 
-/// Why a run fails, for the operator: files and reasons, in the order in which they came up, then
-/// the places of damage. It hears of each message that means a loss; whoever knows more than a
-/// message can say adds that, before the message is raised. Each reason is kept once, and of many
-/// only the first ten, so a disk that fails on every page does not fill the memory.
+/// Why a run failed, for the operator: files and reasons in the order of their occurrence, then the
+/// places of damage. It listens for messages that mean data loss; code that knows more than the
+/// message can say adds that before it raises the message. Each reason is kept once, and only the
+/// first ten are kept, so a disk that fails on every page does not fill the memory.
 class FailureLog final : public MessageListener {
  public:
   static constexpr std::size_t kMostReasons = 10;
 
   void messageRaised(const MessageEntry& entry) override;
-  /// Without a path the reason stands alone. `role` says what the run wanted of the file, where
-  /// that is not plain.
+  /// Without a path the reason is shown alone. `role` says what the run uses the file for, if that
+  /// is not obvious.
   void add(const eString& path, const eString& reason, const char16_t* role = u"");
   /// One of the damaged places.
   void addDamage(const eString& path, const eString& place);
-  /// Adds to the number of damaged places, which includes those given to addDamage.
+  /// Adds to the total number of damaged places, which includes those passed to addDamage.
   void countDamage(i64 count) { damageCount_ += count; }
 
   [[nodiscard]] bool isEmpty() const { return reasonCount_ == 0 && damageCount_ == 0; }

@@ -13,7 +13,7 @@ namespace rvf {
 
 namespace {
 
-// Where the explanations of the usage text begin.
+// The column of the explanations in the usage text.
 constexpr std::size_t kHelpColumn = 30;
 
 std::string usageOf(const OptionRow& option) {
@@ -144,7 +144,7 @@ void printResult(const ComparisonCounts& counts) {
   print("rvfcompare: " + resultLine(counts) + "\n");
 }
 
-// There may be no memory left.
+// Must not allocate: there may be no memory left.
 void reportFatalError(const char* reason) {
   eraseProgressLine();
   std::fprintf(stderr, "rvfcompare: %s\n", reason);

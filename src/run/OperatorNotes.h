@@ -10,10 +10,10 @@ namespace rvf {
 
 class FailureLog;
 
-// What the operator is told beside the numbered messages: on standard error, but for the answers to
-// --help and --version. Nothing here fails: a stream that cannot be written is ignored.
+// Output for the operator besides the numbered messages, on standard error except for the answers
+// to --help and --version. Nothing here can fail: write errors are ignored.
 
-/// What a finished comparison has found.
+/// The counts of a finished comparison.
 struct ComparisonCounts {
   i32 status = 0;  // the DiffFlags of the files
   i32 customersDone = 0;
@@ -22,7 +22,7 @@ struct ComparisonCounts {
   i64 unpairedPages = 0;  // of both files, including those that the walk did not reach
 };
 
-/// One line without an end: "3 of 120 pages differ, 2 pages have no partner".
+/// One line without a line end: "3 of 120 pages differ, 2 pages have no partner".
 [[nodiscard]] std::string resultLine(const ComparisonCounts& counts);
 
 /// Text as UTF-8 that a terminal can show: control characters appear as \x1B.
@@ -31,17 +31,17 @@ struct ComparisonCounts {
 /// The answer to `--help` or `--version`, if that is the only argument; otherwise empty.
 [[nodiscard]] std::string answerToQuestion(std::span<const eString> arguments);
 
-/// The options that are accepted but not taken as they are written.
+/// Warns of options that are accepted but not taken as written.
 void printWarnings(const RunOptions& options);
 
-/// Each option that was not understood and why, then the usage text. Nothing when all were in
-/// order.
+/// Prints each option that was not understood and why, then the usage text; nothing if there is
+/// none.
 void printBadOptions(const RunOptions& options);
 
 void printFailures(const FailureLog& failures);
 void printResult(const ComparisonCounts& counts);
 
-/// Reports a failure that no message stands for.
+/// Reports a failure for which there is no message.
 void reportFatalError(const char* reason);
 
 }  // namespace rvf

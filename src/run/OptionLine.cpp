@@ -14,7 +14,7 @@ namespace {
 
 bool isComment(const eString& text) { return text.c_str()[0] == u'%' || text.c_str()[0] == u'*'; }
 
-/// The number of characters to insert, remove, replace or exchange with their neighbour.
+/// The edit distance: characters to insert, remove, replace or swap with their neighbour.
 std::size_t editDistance(std::u16string_view a, std::u16string_view b) {
   std::vector<std::size_t> twoBefore, before(b.size() + 1), row(b.size() + 1);
   std::iota(before.begin(), before.end(), std::size_t{0});
@@ -33,7 +33,7 @@ std::size_t editDistance(std::u16string_view a, std::u16string_view b) {
   return before.back();
 }
 
-/// The option whose name is most like this one; null when none is like it at all.
+/// The option with the most similar name; null if none is similar.
 const OptionRow* nearestOption(std::u16string_view name) {
   constexpr std::size_t kLongestName = 64;  // a longer one is no misspelling
   if (name.size() > kLongestName) {
@@ -81,7 +81,7 @@ OptionLine splitOptionLine(const eString& line) {
   if (pieces.isIgnored || !pieces.startsAsOption) {
     return pieces;
   }
-  // Directly behind the dash a "=" is part of the name.
+  // A "=" directly after the dash is part of the name.
   const i32 equals = text.Find(u'=', 2);
   pieces.name = equals < 0 ? text.Mid(1) : text.Mid(1, equals - 1);
   pieces.name.MakeUpper();

@@ -6,7 +6,7 @@
 
 namespace rvf {
 
-/// An option line in its pieces.
+/// The pieces of an option line.
 struct OptionLine {
   bool isIgnored = false;       // empty or a comment
   bool startsAsOption = false;  // with "-" or "/"
@@ -14,13 +14,13 @@ struct OptionLine {
   std::optional<eString> value;
 };
 
-/// Blanks in front of the line and blanks and tabs behind it do not count.
+/// Leading blanks and trailing blanks and tabs are ignored.
 [[nodiscard]] OptionLine splitOptionLine(const eString& line);
 
 [[nodiscard]] bool startsAsOption(const eString& text);
 
-/// Why a line is not understood and how it should read, for people. A mistyped name is answered
-/// with the nearest valid one.
+/// Why a line is not understood and how it should read, for people. For a mistyped name, the
+/// nearest valid one is suggested.
 [[nodiscard]] eString explainBadOption(const eString& line);
 
 }  // namespace rvf

@@ -85,7 +85,8 @@ bool setMessageFile(RunOptions& options, const eString& value) {
 }
 
 bool setMessageEncoding(RunOptions& options, const eString& value) {
-  // An unknown name is accepted and changes nothing, so that jobs written for other encodings run.
+  // An unknown name is accepted and has no effect, so that jobs written for other encodings still
+  // run.
   options.msgEncoding = encodingId(kMessageEncodings, upperCased(value), options.msgEncoding);
   return true;
 }

@@ -47,7 +47,8 @@ fs::path followDanglingLinks(fs::path path) {
   return path;
 }
 
-/// Errors that mean that this process cannot reach the path, so the run cannot open it either.
+/// Errors that mean that this process cannot reach the path, so that the run cannot open it,
+/// either.
 bool leadsNowhere(int errorNumber) {
   constexpr int kErrors[] = {ENOENT, ENOTDIR, EACCES, ELOOP, ENAMETOOLONG};
   return std::ranges::find(kErrors, errorNumber) != std::end(kErrors);
@@ -79,8 +80,8 @@ struct GuardedFile {
   const char16_t* objection;
 };
 
-/// Everything that the run reads. The catalogue is looked for when the messages are written, so
-/// that a file of its name must not come into being before.
+/// Everything that the run reads. The catalogue is only looked for when the messages are written,
+/// so an output must not create a file of its name before that.
 std::vector<GuardedFile> guardedFiles(const RunOptions& options) {
   constexpr const char16_t* kInput = u"It is also an input of this run";
   constexpr const char16_t* kControlFile = u"It is also a control file of this run";

@@ -19,8 +19,8 @@ constexpr auto kRedrawEvery = 250ms;
 constexpr std::chrono::duration<f64> kTooEarlyToJudge = 2s;
 constexpr std::size_t kUsualWidth = 80;
 
-// There is one terminal with one line on it. Global, because a process end or a signal has to erase
-// the line without access to the run.
+// There is one terminal with one progress line. Global, because endProcess and signal handlers must
+// erase the line without access to the run.
 volatile std::sig_atomic_t shownWidth = 0;
 
 std::size_t terminalWidth() {

@@ -19,12 +19,12 @@ struct ProgressState {
   std::chrono::duration<f64> elapsed{};
 };
 
-/// The progress line: one line of ASCII without an end. The time left is told once enough pages are
-/// done to judge by.
+/// The progress line: ASCII, without a line end. The time left is shown once enough pages are done
+/// for an estimate.
 [[nodiscard]] std::string progressLine(const ProgressState& state);
 
-/// Keeps one line on standard error up to date while the comparison runs, a few times a second. It
-/// is erased at the end.
+/// Updates one line on standard error a few times a second while the comparison runs, and erases it
+/// at the end.
 class Progress final : public WalkObserver {
  public:
   explicit Progress(i64 pageTotal) { last_.pageTotal = pageTotal; }
@@ -46,7 +46,7 @@ class Progress final : public WalkObserver {
   Clock::time_point lastDrawn_ = start_;
 };
 
-/// A progress line if standard error is a terminal, otherwise null.
+/// A progress display if standard error is a terminal, otherwise null.
 [[nodiscard]] std::unique_ptr<Progress> makeProgress(i64 pageTotal);
 
 /// Removes the line if one is shown, before anything else is printed on standard error.

@@ -12,7 +12,7 @@ namespace rvf {
 
 bool RunOptions::parseCommandLine(std::span<const eString> arguments, ControlFiles treatment) {
   for (std::size_t index = 1; index < arguments.size();) {
-    // The shell has split a value that contains blanks: it is joined with one blank at each seam.
+    // The shell has split a value that contains blanks: its words are joined with one blank each.
     eString text = arguments[index++];
     for (; index < arguments.size() && !startsAsOption(arguments[index]); ++index) {
       text.AppendChar(u' ');
@@ -115,8 +115,8 @@ eString printableCopy(const eString& line) {
       copy.AppendChar(c);
       continue;
     }
-    // Quirk that stays: every number has the place of two digits. Of a longer one only they remain,
-    // and a single one leaves a gap, at which the text ends.
+    // Quirk that stays: every number takes the room of two digits. A longer one is cut to two, and
+    // a single digit leaves a gap, which ends the text.
     eString digits;
     digits.Format(u"%x", c);
     copy.Append(digits.Left(kDigitPlaces));

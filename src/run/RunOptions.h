@@ -17,8 +17,9 @@ constexpr const char16_t* kDefaultControlFileEncoding = u"ISO88591";
 enum class ControlFiles { kRead, kIgnored };
 
 /// The settings of one run, with their defaults. They come from the command line and then from the
-/// control files that it names, all in one syntax: an option line is a comment, or a dash or slash,
-/// a name and possibly "=value" (OptionTable.h). Of several lines with one name the last one holds.
+/// control files that it names, all in the same syntax: an option line is a comment, or a dash or
+/// slash, a name and possibly "=value" (OptionTable.h). If a name is given several times, the last
+/// one counts.
 struct RunOptions {
   /// Why a control file could not be used, for the operator.
   struct ControlFileFailure {
@@ -26,7 +27,7 @@ struct RunOptions {
     eString reason;
   };
 
-  /// What the operator is to be told about one option.
+  /// A note about one option for the operator.
   struct Note {
     eString place;  // "FILE:LINE" of a control file; empty for the command line
     eString option;
@@ -50,23 +51,23 @@ struct RunOptions {
   bool dbcsMode = false;      // text of two bytes a character in files too old to tell it
   eString controlFileEncoding{kDefaultControlFileEncoding};
 
-  /// Takes the arguments behind the first one, which names the program. Words that begin neither
-  /// with "-" nor with "/" belong to the option in front of them. Reports each option that is not
-  /// understood (kOptionNotUnderstood) and returns false if there was one; otherwise the result of
-  /// readControlFiles, or true when these are ignored.
+  /// Applies the arguments after the first one, which names the program. Words that begin with
+  /// neither "-" nor "/" belong to the preceding option. Reports each option that is not understood
+  /// (kOptionNotUnderstood) and returns false if there was one; otherwise returns the result of
+  /// readControlFiles, or true if control files are ignored.
   [[nodiscard]] bool parseCommandLine(std::span<const eString> arguments, ControlFiles treatment);
 
-  /// Takes one option line. Returns false, with nothing changed, when it is not understood.
+  /// Applies one option line. Returns false and changes nothing if it is not understood.
   [[nodiscard]] bool parseOption(const eString& line);
 
   /// Appends a control file, unless its path is listed already.
   void addControlFile(const eString& path);
 
-  /// Reads all control files, those included that a control file adds. They may be anything that
-  /// can be read from front to end, a pipe too. Returns whether the last one was understood; a bad
-  /// line in any of them sets badControlLine, and the first one is reported (kOptionNotUnderstood).
-  /// A file that cannot be opened or read ends the reading with false, reports nothing and is
-  /// described in controlFileFailure.
+  /// Reads all control files, including those that a control file adds. They may be anything that
+  /// can be read from front to end, such as a pipe. Returns whether the last one was understood; a
+  /// bad line in any of them sets badControlLine, and the first is reported (kOptionNotUnderstood).
+  /// If a file cannot be opened or read, reading ends with false; nothing is reported, and
+  /// controlFileFailure describes the failure.
   [[nodiscard]] bool readControlFiles();
 
  private:
@@ -76,8 +77,8 @@ struct RunOptions {
   eString place_;  // of the line that is being parsed, as in Note
 };
 
-/// A line of a control file as a message can show it: characters from 32 to 127 as they are, others
-/// as lower-case hexadecimal digits.
+/// A line of a control file in a form that a message can show: characters from 32 to 127 as they
+/// are, others as lower-case hexadecimal digits.
 [[nodiscard]] eString printableCopy(const eString& line);
 
 }  // namespace rvf

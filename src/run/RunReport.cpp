@@ -12,7 +12,7 @@ namespace {
 constexpr const char16_t* kRule =
     u" *******************************************************************************";
 
-// A product number that every banner has shown.
+// The product number that the banner shows.
 constexpr const char16_t* kBannerNumber = u"178236";
 
 struct DifferenceLine {

@@ -9,14 +9,14 @@ class TextSink;
 
 constexpr const char16_t* kProgramVersion = u"16.2.0";
 
-// What a run writes to its message file by itself, apart from the numbered messages. Scripts read
-// these lines, so their literals are frozen, leading blanks and tabs included.
+// What a run writes to its message file besides the numbered messages. Scripts read these lines, so
+// they are frozen, including leading blanks and tabs.
 
-/// The program's version and the time of the start. `label` says what file this is. A null sink
-/// gets nothing.
+/// The program's version and the start time. `label` says what kind of file this is. Does nothing
+/// for a null sink.
 void writeBanner(TextSink* sink, const char16_t* label);
 
-/// The tolerances that the run compares with.
+/// The tolerances of the run.
 void writeOptionsSummary(TextSink& sink, const Tolerances& tolerances);
 
 /// The status, the full DiffFlags or -1, and what it means in words.

@@ -31,13 +31,13 @@ class FormatArgument {
   std::variant<i64, f64, std::u16string_view> value_;
 };
 
-/// Estimates the length of the result without measuring text arguments. The first print gets that
-/// much room.
+/// Estimates the length of the result without measuring text arguments: the room for the first
+/// attempt to print.
 [[nodiscard]] i32 estimateFormattedLength(const char16_t* format,
                                           std::span<const FormatArgument> arguments);
 
 /// Prints into `out`, whose size includes the terminator, and returns the length of the text. If
-/// the text does not fit, `out` holds as much as fits and the result is -1.
+/// the text does not fit, it is cut and the result is -1.
 ///
 /// The conversions are those of the C library for wide text: `%ls` and `%s` (16-bit text), `%c`,
 /// `%d %i %u %x %X %o`, `%f %e %g`, with flags, width, precision, `*`, and the size prefixes h, l

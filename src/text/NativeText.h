@@ -8,9 +8,9 @@
 namespace rvf {
 
 // Conversion between the system's 16-bit text and the UTF-8 of the operating system: arguments,
-// paths, error texts. Every byte string survives the round trip, so that every file name that a
-// shell can pass can be opened: a byte that is not valid UTF-8 becomes a lone low surrogate U+DC80
-// to U+DCFF, and such a surrogate becomes that byte again.
+// paths, error texts. Every byte string survives the round trip, so that any file name that a shell
+// can pass can be opened: a byte that is not valid UTF-8 becomes a lone low surrogate U+DC80 to
+// U+DCFF, and such a surrogate becomes that byte again.
 
 [[nodiscard]] eString fromNative(std::string_view bytes);
 [[nodiscard]] std::string toNative(std::u16string_view text);

@@ -13,7 +13,7 @@ namespace rvf {
 
 namespace {
 
-// Below 0, so that the shared empty buffer is never counted.
+// Negative, so that the shared empty buffer is never counted.
 constexpr i32 kSharedEmptyCount = static_cast<i32>(0xFF000001U);
 constexpr i32 kSmallestEditedCapacity = 128;
 constexpr i32 kLargestCapacity = std::numeric_limits<i32>::max();

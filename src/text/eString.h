@@ -13,9 +13,10 @@ namespace rvf {
 /// Reference-counted, copy-on-write string of 16-bit characters, one pointer wide.
 ///
 /// The pointer refers to the first character of a buffer. Its header (reference count, length,
-/// capacity) stands directly in front of the characters, in the same allocation, so that a handle
-/// can be read as an ordinary zero-terminated text and costs a record no more than a pointer. It is
-/// never null: an empty string refers to a shared static buffer that is never counted or freed.
+/// capacity) directly precedes the characters in the same allocation, so that a handle can be read
+/// as an ordinary zero-terminated text and takes no more room in a record than a pointer. The
+/// pointer is never null: an empty string refers to a shared static buffer that is never counted or
+/// freed.
 ///
 /// Counts are not atomic: all copies of a string stay on one thread. Indexes are not checked unless
 /// an operation says so. Running out of memory throws std::bad_alloc.
@@ -45,7 +46,7 @@ class eString {
   [[nodiscard]] std::u16string_view view() const;
   /// The characters up to the first zero character: what comparisons look at.
   [[nodiscard]] std::u16string_view text() const;
-  /// Whether both handles share one buffer.
+  /// Whether both handles share a buffer.
   [[nodiscard]] bool sharesBufferWith(const eString& other) const { return chars_ == other.chars_; }
 
   void Assign(const eString& other);
@@ -58,8 +59,8 @@ class eString {
   void AppendChar(char16_t character);
 
   /// Replaces the content with a wide `printf`-style print. `%ls` and `%s` take 16-bit text. Quirk
-  /// that stays: a result longer than about twice the size estimate is cut; the lines of reports
-  /// and messages have always been limited in this way.
+  /// that stays: a result longer than about twice the size estimate is cut, and the lines of
+  /// reports and messages rely on this limit.
   template <class... Arguments>
   void Format(const char16_t* format, const Arguments&... arguments) {
     if constexpr (sizeof...(arguments) == 0) {
@@ -74,14 +75,13 @@ class eString {
   void Empty();
 
   /// Makes the buffer unshared and large enough for `minimumCapacity` characters (0 only unshares
-  /// it) and returns it. Write through the pointer, then call ReleaseBuffer.
+  /// it) and returns it. After writing through the pointer, call ReleaseBuffer.
   char16_t* GetBuffer(i32 minimumCapacity);
-  /// Ends the writing through GetBuffer. With -1, the new length is that of the zero-terminated
+  /// Ends writing through GetBuffer. With -1, the new length is that of the zero-terminated
   /// content.
   void ReleaseBuffer(i32 newLength);
   /// Sets the length, with an allocation of exactly that size if one is needed, and returns the
-  /// characters. Their content is undefined up to the terminator: a text is about to be read into
-  /// them.
+  /// characters. Their content is undefined; the caller is expected to read a text into them.
   char16_t* getBufferSetLength(i32 length);
   /// Part of the interface; a run does not call it.
   void SetAt(i32 index, char16_t character);
@@ -104,7 +104,7 @@ class eString {
   /// Both convert ASCII letters only. A run does not call MakeLower; it is part of the interface.
   void MakeUpper();
   void MakeLower();
-  /// Removes leading blanks. Quirk that stays: a leading tab stays although TrimRight removes
+  /// Removes leading blanks. Quirk that stays: a leading tab is kept, although TrimRight removes
   /// trailing ones; existing option lines and catalogue texts rely on the difference.
   void TrimLeft();
   /// Removes trailing blanks and tabs.

@@ -6,10 +6,10 @@
 
 namespace rvf {
 
-/// The path under which the catalogue `name` is to be opened. A bare name is looked for in the
-/// working directory, beside the program file, in the share folder beside the program's folder, and
-/// in that of the installation; the first file that can be read is the one. With none, or with a
-/// name that holds a folder, the result is the name itself.
+/// The path of the catalogue `name`. A bare name is looked for in the working directory, beside the
+/// program file, in the share folder beside the program's folder, and in that of the installation;
+/// the first readable file is taken. If there is none, or if the name contains a folder, the result
+/// is the name itself.
 [[nodiscard]] eString findCatalogue(const eString& name);
 
 /// The same for a program that lies at `programFile`; an empty path stands for an unknown place.

@@ -21,11 +21,11 @@ constexpr std::size_t kVersionColumn = kVersionDefine.size() + 1;
 
 constexpr std::size_t kShortestLine = 20;
 constexpr std::size_t kShortestVersionLine = 28;
-/// From this length on a line is passed over.
+/// Lines of this length and above are skipped.
 constexpr std::size_t kLineTooLong = 4096;
 constexpr i32 kMaximumRecordLength = 32767;
 
-/// Numbers below it are spread evenly enough for bisection, those above come in clusters.
+/// Numbers below are spread evenly enough for bisection; those above come in clusters.
 constexpr i32 kFirstScannedNumber = 10000;
 
 void print(std::FILE* console, const char16_t* format, const eString& fileName) {
@@ -42,7 +42,7 @@ class FileLines {
     isOpen_ = reader_.Open(eString(), encoding, kMaximumRecordLength);
   }
 
-  /// Takes the next line; false at the end of the file and at a failure. An empty line is a line.
+  /// Reads the next line, which may be empty; false at the end of the file and on failure.
   bool next() {
     if (!isOpen_) {
       return false;

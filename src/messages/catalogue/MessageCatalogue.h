@@ -20,39 +20,40 @@ constexpr const char16_t* kCatalogueFile = u"MsgResource_en-us.dat";
 
 /// The texts of all messages, read once from a text file and found by number.
 ///
-/// The file is a list of C-style definitions. Three kinds of line count, all others are passed
-/// over: comments, of which the first line must be one, the version line, and messages:
+/// The file is a list of C-style definitions. Three kinds of lines matter, and all others are
+/// skipped: comments (the first line must be one), the version line, and messages:
 ///     // Messages of the program
 ///     #define MESS_SYMB_VER 1602008
 ///     #define MSG_FILE_NOT_OPEN 1847 // W|0|0|The file |1| was not open.
 class MessageCatalogue {
  public:
-  /// What becomes of the comments of the file.
+  /// What to do with the comments of the file.
   enum class Comments { kDrop, kKeep };
 
-  /// Loads the file unless that was tried before. The catalogue cannot report its own troubles as
-  /// messages, so it prints them on `console`: the file is not found, is not readable in any
-  /// encoding, or is of another version (which does not stop the load). Returns whether the
-  /// catalogue was loaded now. A malformed message line ends the load, and what stands in front of
-  /// it counts.
+  /// Loads the file unless that was tried before. The catalogue cannot report its own failures as
+  /// messages, so it prints them on `console`: the file was not found, cannot be read in any
+  /// encoding, or has another version (which does not stop the load). Returns whether this call
+  /// loaded the catalogue. A malformed message line ends the load, but the lines before it remain
+  /// valid.
   bool LoadCatalogue(std::FILE* console, Comments comments = Comments::kDrop);
   [[nodiscard]] bool isLoaded() const { return state_ == State::kLoaded; }
 
   /// The index of the number's record, or -1.
   [[nodiscard]] i32 FindMessage(i32 number);
-  /// The number's record, else the one that answers for missing numbers. Null when the catalogue is
-  /// not loaded; one that a malformed line cut off has no answer for missing numbers either. The
-  /// record stays the catalogue's and valid until another file is set.
+  /// The number's record, otherwise the fallback record. Null if the catalogue is not loaded, or if
+  /// a malformed line ended the load, which leaves no fallback record. The record belongs to the
+  /// catalogue and is valid until another file is set.
   [[nodiscard]] MessageRecord* findRecord(i32 number);
 
   /// The comments of a catalogue that was loaded with Comments::kKeep, in the order of the file,
-  /// without blanks and tabs in front. Like other lines, those under 20 characters do not count.
+  /// without blanks and tabs in front. Like all lines, those of fewer than 20 characters are
+  /// skipped.
   [[nodiscard]] const std::vector<eString>& comments() const { return comments_; }
-  /// The message that the load took last, which is the last one in the file or the one in front of
-  /// a malformed line. Null when there is none. Valid until another file is set.
+  /// The message that was loaded last: the last one in the file, or the one before a malformed
+  /// line. Null if there is none. Valid until another file is set.
   [[nodiscard]] const MessageRecord* currentRecord() const;
 
-  /// Another file than the usual one. A name that differs drops what was loaded.
+  /// Sets another file than the default one. A different name discards what was loaded.
   void SetMessageFile(const eString& name);
   /// The encoding that is tried first; see encoding_id.
   void setEncoding(i32 encoding) { encoding_ = encoding; }

@@ -13,7 +13,7 @@ namespace rvf {
 
 namespace {
 
-/// The severity of a line without a record. It is no letter, so nothing is tallied for it.
+/// The severity of a line without a record. Not a severity letter, so nothing is tallied.
 constexpr char16_t kNoSeverity = 20;
 
 constexpr const char16_t* kElementName = u"EngineRunMessage";
@@ -22,9 +22,9 @@ void printLine(std::FILE* stream, const eString& text) {
   printNative(stream, std::u16string(text.text()) + u"\n");
 }
 
-/// Quirk that stays: a pending entry has the arguments up to the first empty one. An empty text in
-/// the middle thus ends the substitution, and the placeholders from there on stay visible. Existing
-/// reports show this, and the texts of the catalogue are written for it.
+/// Quirk that stays: the arguments of a pending entry end at the first empty one. An empty text in
+/// the middle thus ends the substitution, and the remaining placeholders stay visible. Existing
+/// reports show this, and the texts of the catalogue are written with it in mind.
 int countArguments(const MessageEntry& entry) {
   const auto firstEmpty = std::ranges::find_if(entry.arguments, &eString::isEmpty);
   return static_cast<int>(firstEmpty - entry.arguments.begin());
@@ -43,7 +43,7 @@ i32 levelOf(char16_t letter) {
   }
 }
 
-/// The lowest level that raises the stop flag, by MessageTally::stopLevel.
+/// The lowest level that raises the stop flag, for each MessageTally::stopLevel.
 i32 lowestStoppingLevel(i32 stopLevel) {
   constexpr i32 kLevels[] = {severity_level::kWarning, severity_level::kError,
                              severity_level::kSevere};
@@ -97,8 +97,8 @@ bool MessageOutput::flush(std::deque<MessageEntry>& pending) {
     pending.pop_front();
     const int argumentCount = countArguments(entry);
     if (!passesFilter(entry.number)) {
-      // Quirk that stays: a message that is held back ends the flush, not only its own writing.
-      // Existing reports end here. A loss behind it still counts.
+      // Quirk that stays: a suppressed message ends the whole flush, as it does in existing
+      // reports. Data loss after it still counts.
       std::ranges::for_each(pending, [this](const MessageEntry& left) { countLoss(left.number); });
       return true;
     }
@@ -151,7 +151,7 @@ bool MessageOutput::applyOverrides() {
   return true;
 }
 
-/// The local time of day, "06:12:09 ", if lines are to begin with it.
+/// The local time of day, "06:12:09 ", if lines should begin with it.
 eString MessageOutput::timePrefix() const {
   eString prefix;
   if (reporter_.timePrefix) {
@@ -192,8 +192,8 @@ void MessageOutput::deliver(const MessageEntry& entry, const MessageRecord* reco
 
 void MessageOutput::EmitLine(const MessageEntry& entry, const MessageRecord* record) {
   if (reporter_.reportSink == nullptr) {
-    // Quirk that stays: the text itself is the format, so a "%" in it is taken as a conversion. The
-    // print supplies zeroes and empty texts for what such conversions ask for.
+    // Quirk that stays: the text itself is used as the format, so a "%" in it starts a conversion,
+    // which gets a zero or an empty text as its argument.
     eString printed;
     printed.Format(entry.text.c_str());
     printLine(stdout, printed);

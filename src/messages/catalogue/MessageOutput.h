@@ -10,11 +10,10 @@
 
 namespace rvf {
 
-/// What turns the calls of a MessageReporter into lines of the report and into its tally.
+/// Turns the calls of a MessageReporter into lines of the report and tallies them.
 ///
-/// A message that is raised because the report itself cannot be written goes to standard error
-/// instead, and so does a line that the report did not take: writing them to the report would fail
-/// again, without end.
+/// A message about a failure to write the report itself goes to standard error instead, and so does
+/// a line that could not be written: writing them to the report would fail again and again.
 class MessageOutput final : public MessageBackEnd {
  public:
   /// `reporter` must outlive this object, which does not attach itself.
@@ -24,21 +23,21 @@ class MessageOutput final : public MessageBackEnd {
   [[nodiscard]] bool isLoaded() const override { return flushed_ && catalogue_.isLoaded(); }
   [[nodiscard]] bool passesFilter(MessageNumber number) override;
   void write(MessageEntry& entry, int argumentCount) override;
-  /// Without a catalogue the pending messages are printed as by printHeldMessages. A message that
-  /// the filter holds back ends the flush, and those behind it are never written.
+  /// Without a catalogue, the pending messages are printed as by printHeldMessages. A message that
+  /// the filter suppresses ends the flush, and the remaining ones are never written.
   ///
-  /// A message that means a loss (meansDataLoss) makes the run a failed one even if the catalogue
-  /// lacks its number, if it is held back, or if it stands behind one that is. A catalogue that has
-  /// the number with another severity than S decides otherwise.
+  /// A message that means data loss (meansDataLoss) makes the run fail even if the catalogue lacks
+  /// its number, or if it is suppressed or follows a suppressed one. A catalogue that gives the
+  /// number a severity other than S overrules this.
   bool flush(std::deque<MessageEntry>& pending) override;
 
-  /// For a run that ends before the flush: prints each held message on standard error, as the line
-  /// that the catalogue gives for it, uncut, or without a catalogue as number and arguments. No
-  /// message is printed twice, and what a flush left behind stays unwritten. Nothing is tallied,
-  /// except after a flush that found no catalogue, where a message that means a loss counts.
+  /// For a run that ends before the flush: prints each held message on standard error, as an uncut
+  /// line, or without a catalogue as number and arguments. No message is printed twice, and
+  /// messages that a flush left unwritten are not printed. Nothing is tallied, except that after a
+  /// flush without a catalogue messages that mean data loss count.
   void printHeldMessages();
 
-  /// For tests and for another catalogue than the usual one.
+  /// For tests, and for using another catalogue.
   [[nodiscard]] MessageCatalogue& catalogue() { return catalogue_; }
 
  private:

@@ -7,7 +7,7 @@ namespace rvf {
 
 namespace {
 
-/// Cuts everything up to the next separator off `text`; false when there is none.
+/// Removes everything up to the next separator from `text`; false if there is none.
 bool skipBehind(std::u16string_view& text, char16_t separator) {
   const std::size_t found = text.find(separator);
   if (found == std::u16string_view::npos) {
@@ -35,9 +35,9 @@ void findPlaceholders(MessageRecord& record) {
   bool escaped = false;
   for (std::size_t i = 0; i < text.size();) {
     if (text[i] == u'\\') {
-      // Quirk that stays: the flag outlives the skipped character by one, so neither of the two
-      // characters behind a backslash opens a placeholder: in "\|1|" the second bar does. Existing
-      // texts rely on it.
+      // Quirk that stays: the flag lasts one character longer than the skipped one, so neither of
+      // the two characters after a backslash opens a placeholder: in "\|1|" the second bar does.
+      // Existing texts rely on this.
       escaped = true;
       i += 2;
       continue;

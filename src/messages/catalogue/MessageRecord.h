@@ -10,8 +10,7 @@
 
 namespace rvf {
 
-/// Behind the last entry of MessageRecord::placeholderOrder, and for a placeholder that names no
-/// argument.
+/// Ends MessageRecord::placeholderOrder, and marks a placeholder that names no argument.
 constexpr i16 kNoPlaceholder = -1;
 /// A placeholder is three characters, such as |1|.
 constexpr int kPlaceholderLength = 3;
@@ -33,17 +32,17 @@ struct MessageRecord {
 };
 
 /// Reads a record text: severity letter, separator, number, separator, number, separator, message.
-/// Its placeholders are |1| to |8|; a higher number counts as 8, and behind a backslash none
-/// begins. Returns nothing when one of the three separators is missing. A text has fewer than 32768
+/// Its placeholders are |1| to |8|; higher numbers count as 8, and none begins after a backslash.
+/// Returns nothing if one of the three separators is missing. A text must have fewer than 32768
 /// characters.
 [[nodiscard]] std::optional<MessageRecord> parseMessageRecord(i32 number, std::u16string_view text,
                                                               char16_t separator);
 
-/// The decimal number at the start of `text`, behind blanks and a sign; 0 if there is none. What is
-/// too large for 32 bits counts as the nearest value.
+/// The decimal number at the start of `text`, after blanks and a sign; 0 if there is none. A number
+/// too large for 32 bits gives the nearest value.
 [[nodiscard]] i32 leadingDecimal(std::u16string_view text);
 
-/// Blanks and tabs are what separates the fields of a catalogue line.
+/// The fields of a catalogue line are separated by blanks and tabs.
 constexpr std::u16string_view kFieldBlanks = u" \t";
 
 /// `text` without the blanks and tabs at its start.

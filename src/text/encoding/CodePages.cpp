@@ -7,7 +7,7 @@ namespace rvf {
 
 namespace {
 
-/// Without a display name, an encoding is shown by its converter's name.
+/// An encoding without a display name is shown under its converter's name.
 struct EncodingRow {
   i32 id;
   const char16_t* converterName;
@@ -61,8 +61,8 @@ struct NameRow {
   const char16_t* name;
 };
 
-// Searched in order. Quirk that stays: the rows of the ids 0, 12 and 30 are never reached, so that
-// their names give the ids 1 and 20.
+// Searched in order. Quirk that stays: the rows of the ids 0, 12 and 30 are never reached, so their
+// names give the ids 1 and 20.
 constexpr NameRow kNames[] = {
     {1, u"ISO-8859-1"},
     {2, u"IBM-1047"},
@@ -103,7 +103,7 @@ struct FallbackRow {
   const char16_t* instead;
 };
 
-// Converters that a stock ICU has under another name or in an older version only.
+// Converters that a stock ICU only has under another name or in an older version.
 constexpr FallbackRow kFallbacks[] = {
     {u"ibm-1370", u"ibm-1373_P100-2002"},
     {u"ibm-943_P14A-2000", u"ibm-943_P15A-2003"},

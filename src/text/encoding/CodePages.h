@@ -31,7 +31,7 @@ constexpr i32 kLatin1 = 30;
   return id == encoding_id::kUtf16 || id == encoding_id::kUtf16Le || id == encoding_id::kUtf16Be;
 }
 
-/// Which of its two names an encoding is asked for: that of the converter or the one for people.
+/// Which of an encoding's two names is wanted: that of the converter or the one for people.
 enum class NameUse : i32 { kConverter, kDisplay };
 
 void GetEncodingName(i32 id, NameUse use, eString& name);
@@ -40,7 +40,7 @@ void GetEncodingName(i32 id, NameUse use, eString& name);
 /// unknown name.
 i32 GetEncodingId(const eString& name, i32& id);
 
-/// The converter to take for one that the installed ICU lacks; empty if there is none.
+/// The substitute for a converter that the installed ICU lacks; empty if there is none.
 [[nodiscard]] const char16_t* fallbackConverter(const eString& name);
 
 }  // namespace rvf

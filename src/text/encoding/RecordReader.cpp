@@ -41,7 +41,8 @@ i32 textOf(i32 code, bool isWanted, eString& text) {
   return code;
 }
 
-// What the name tells. The rest shift only if their converter switches between widths.
+// The class that the name determines. Other encodings shift only if their converter switches
+// between widths.
 ShiftClass shiftClassOf(std::u16string_view name) {
   if (name.starts_with(u"JEF")) {
     return ShiftClass::kJef;
@@ -124,8 +125,8 @@ bool RecordReader::openConverter(const eString& encodingName) {
   return true;
 }
 
-// The delimiters as this encoding writes them. Shift sequences around them do not count, and the
-// UTF-16 forms are the bytes of ASCII with a zero beside them.
+// The delimiters in this encoding, without any shift sequences around them. In UTF-16 they are the
+// ASCII bytes with a zero beside them.
 void RecordReader::noteDelimiters() {
   const std::string_view delimiters = converter_.ConvertFromWide(u"\n\r");
   if (delimiters.size() == 2) {
@@ -147,8 +148,8 @@ void RecordReader::useEncoding(i32 id) {
   }
 }
 
-// A mark decides the byte order of a UTF-16 file, whatever was selected. The mark of an encoding
-// other than the selected one is an error. In encodings without a mark nothing is checked.
+// In a UTF-16 file the mark decides the byte order, whatever was selected. The mark of an encoding
+// other than the selected one is an error. Encodings without a mark are not checked.
 void RecordReader::checkMark() {
   const std::string_view start = unread();
   const bool isUtf8 = encoding_ == encoding_id::kUtf8;
@@ -168,8 +169,8 @@ void RecordReader::checkMark() {
   }
 }
 
-// Adds a chunk to what is unread. False if the buffer has no room for one: the record in it has no
-// end.
+// Adds a chunk to the unread bytes. False if the buffer has no room for one, because its record is
+// too long.
 bool RecordReader::fill() {
   const std::size_t kept = fillPosition_ - readPosition_;
   if (kept + kChunkSize > bytes_.size()) {
@@ -277,7 +278,7 @@ i32 RecordReader::decode(std::string_view record, const char16_t*& text, i32& le
 
 namespace {
 
-// The length of the control sequence of a JEF text that starts at `at`, 0 for none.
+// The length of the JEF control sequence at `at`; 0 if there is none.
 std::size_t jefSequenceLength(std::string_view record, std::size_t at) {
   constexpr u8 kLead = 0x30;
   constexpr u8 kLongForm = 0xFE;

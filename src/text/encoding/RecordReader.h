@@ -11,7 +11,7 @@
 
 namespace rvf {
 
-/// What went wrong with the reading of records. Codes from kFirstFatal on are final.
+/// What went wrong while reading records. Codes from kFirstFatal on are fatal.
 namespace record_error {
 constexpr i32 kNone = 0;
 /// The end of the file has been read into the buffer.
@@ -31,8 +31,8 @@ constexpr i32 kUnsupportedCharacter = 9007;
 /// How an encoding switches between single and double bytes.
 enum class ShiftClass : i32 { kNone = 1, kDoubleByte = 2, kJef = 3, kJips = 4, kIso2022 = 5 };
 
-/// The bytes that switch to double and back to single bytes; empty for the classes without any of
-/// their own.
+/// The bytes that switch to double bytes and back to single bytes; empty for classes without bytes
+/// of their own.
 struct ShiftBytes {
   std::string_view toDouble;
   std::string_view toSingle;
@@ -41,9 +41,9 @@ struct ShiftBytes {
 
 /// Reads a text file in any encoding as records of wide text. A record ends at a line feed, at a
 /// carriage return with a line feed, or at the end of the file. Memory is bounded by the longest
-/// record allowed, whatever the length of the file.
+/// allowed record, whatever the length of the file.
 ///
-/// The reader keeps its error for its user to ask for and report. Only the converter and the file
+/// The reader does not report its errors; its user asks for them. Only the converter and the file
 /// object report their own failures.
 class RecordReader {
  public:
@@ -51,7 +51,7 @@ class RecordReader {
   RecordReader(const RecordReader&) = delete;
   RecordReader& operator=(const RecordReader&) = delete;
 
-  /// The file to read, from its current position on. It stays the caller's.
+  /// Sets the file to read, from its current position on. It stays the caller's.
   void Attach(FileObject* file) { file_ = file; }
 
   /// Sets up the buffer and the converter, by name if one is given, otherwise by id. Returns false
@@ -66,8 +66,8 @@ class RecordReader {
   [[nodiscard]] bool AtEnd() const { return atEnd_ && unread().empty(); }
 
   [[nodiscard]] i32 GetErrorCode() const { return lastError_; }
-  /// The text of a fatal error, or of a warning: empty for a code of the other sort. Both return
-  /// the code.
+  /// The text of a fatal error, or of a warning: empty if the code is of the other kind. Both
+  /// return the code.
   i32 GetErrorText(eString& text) const;
   i32 GetWarningText(eString& text) const;
 
@@ -77,8 +77,8 @@ class RecordReader {
   /// Whether a fatal error has ended the reading.
   [[nodiscard]] bool hasFailed() const { return lastError_ >= record_error::kFirstFatal; }
 
-  /// Byte offsets from where the file stood when the reading began: that of the next record and
-  /// that of the record that was delivered last. Half a character at the end counts as a whole one.
+  /// Byte offsets from where reading began: of the next record, and of the record that was
+  /// delivered last. Half a character at the end counts as a whole one.
   [[nodiscard]] i64 position() const { return bufferOffset_ + static_cast<i64>(readPosition_); }
   [[nodiscard]] i64 recordPosition() const { return recordPosition_; }
 
@@ -89,8 +89,8 @@ class RecordReader {
   [[nodiscard]] ShiftClass shiftClass() const { return shiftClass_; }
   [[nodiscard]] bool hasShiftBytes() const { return shiftClass_ != ShiftClass::kNone; }
 
-  /// A converter for writing back, borrowed, that follows when a byte-order mark changes the
-  /// encoding; null for none.
+  /// A converter for writing back, borrowed, which is switched, too, if a byte-order mark changes
+  /// the encoding; null for none.
   void setOutputConverter(TextConverter* converter) { outputConverter_ = converter; }
   [[nodiscard]] TextConverter* outputConverter() const { return outputConverter_; }
 
@@ -115,19 +115,19 @@ class RecordReader {
   i32 fail(i32 error);
 
   FileObject* file_ = nullptr;
-  /// The last read gave fewer bytes than were asked for.
+  /// The last read returned fewer bytes than requested.
   bool atEnd_ = false;
-  /// Raw input. What is unread lies between the two positions.
+  /// Raw input. The unread bytes lie between the two positions.
   std::string bytes_;
   std::size_t readPosition_ = 0;
   std::size_t fillPosition_ = 0;
-  /// The offset of the buffer's first byte in what was read of the file.
+  /// The offset of the buffer's first byte from where reading began.
   i64 bufferOffset_ = 0;
   i64 recordPosition_ = 0;
   i32 maximumRecordLength_ = 0;
   std::u16string wide_;
   std::string cleaned_;
-  /// The byte-order mark is still to be checked.
+  /// The byte-order mark has not been checked yet.
   bool firstRead_ = true;
   bool isOpen_ = false;
   i32 lastError_ = record_error::kNone;

@@ -18,7 +18,7 @@ void ConverterCloser::operator()(UConverter* converter) const {
 
 namespace {
 
-// ICU must never choose the byte order from the platform.
+// ICU must never use the byte order of the platform.
 eString withByteOrder(const eString& name) {
   return name == eString(u"UTF-16") ? eString(u"UTF-16LE") : name;
 }

@@ -13,9 +13,9 @@
 
 namespace rvf {
 
-/// Frees what a converter holds that ucnv_close does not free. Called once just before it. Stock
-/// converters hold nothing of the kind, so this does nothing; a build with its own converters
-/// supplies another body.
+/// Frees resources of a converter that ucnv_close does not free. Called once, just before it. Stock
+/// converters have none, so this does nothing; a build with its own converters supplies another
+/// body.
 void plenarixFreePlenarixConverterResources(UConverter* converter);
 
 struct ConverterCloser {
@@ -29,11 +29,11 @@ constexpr i32 kOpened = 0;
 constexpr i32 kNotOpened = 3;
 }  // namespace converter_result
 
-/// Opens a converter by name, or its stand-in, and returns one of the codes above. A failure is
+/// Opens a converter by name, or its substitute, and returns one of the codes above. A failure is
 /// reported as kConverterNotOpened; `handle` then holds what ICU returned, usually null.
 [[nodiscard]] i32 OpenConverter(const eString& name, ConverterHandle& handle);
 
-/// A byte that a converter cannot map, and the character to take for it.
+/// A byte that a converter cannot map, and the character to use for it.
 struct ReplacementPair {
   u8 byte;
   char16_t character;
@@ -48,7 +48,7 @@ class TextConverter {
   TextConverter(const TextConverter&) = delete;
   TextConverter& operator=(const TextConverter&) = delete;
 
-  /// Closes any open converter and opens that of the id. A failure is reported and leaves none
+  /// Closes any open converter and opens the one for the id. A failure is reported and leaves none
   /// open; another id may then be set.
   bool SetEncoding(i32 id);
   bool SetEncodingByName(const eString& name);
@@ -69,7 +69,7 @@ class TextConverter {
   [[nodiscard]] std::string_view ConvertFromWide(std::u16string_view text);
   /// The bytes as wide text; empty on failure. Valid until the next call.
   [[nodiscard]] std::u16string_view ConvertToWide(std::string_view bytes);
-  /// Keeps the sizes of all buffers within the 32 bits that ICU counts in.
+  /// Keeps the sizes of all buffers within ICU's 32-bit counts.
   static constexpr std::size_t kLongestText = std::size_t{1} << 26;
 
   /// Characters for bytes that the encoding does not map, tried before ICU's own substitution. The

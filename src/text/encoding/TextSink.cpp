@@ -183,8 +183,8 @@ bool FileSink::createFile(ByteOrderMark mark) {
     openFailure_ = systemErrorText(ENOENT);
     return false;
   }
-  // Unbuffered: what is written stays written however the run ends, and a lost line is reported
-  // where it is lost.
+  // Unbuffered, so that lines survive however the run ends, and a lost line is reported where it is
+  // lost.
   constexpr i32 kFlags = open_flags::kWrite | open_flags::kCreate | open_flags::kUnbuffered;
   failed_ = !file_.Open(name(), kFlags, FileContent::kBinary);
   if (!failed_ && mark == ByteOrderMark::kWritten && isUtf16(encodingId_)) {
@@ -276,7 +276,7 @@ MemorySink::MemorySink(MemoryContent content) : TextSink(SinkKind::kMemory, eStr
   Reserve(0);
 }
 
-// Grows ahead of what is asked for, so that not every line moves the block.
+// Reserves more than requested, so that not every line moves the block.
 void MemorySink::Reserve(i32 byteCount) {
   constexpr std::size_t kReserveStep = 800;
   const std::size_t room = static_cast<std::size_t>(byteCount) + kReserveStep;

@@ -28,8 +28,8 @@ enum class SinkKind : i32 {
 /// Whether a text ends its line.
 enum class LineEnd : i32 { kNone, kWritten };
 
-/// Whether a text goes through the sink's converter. Unconverted text is written at two bytes a
-/// character; the UTF-16 encodings convert all the same, because their byte order matters.
+/// Whether a text goes through the sink's converter. Unconverted text is written with two bytes per
+/// character; the UTF-16 encodings convert anyway, because their byte order matters.
 enum class Conversion : i32 { kNone, kConverted };
 
 /// What a text is to a sink in XML mode: content is escaped, markup is not.
@@ -38,8 +38,8 @@ enum class TextRole : i32 { kContent, kMarkup };
 /// Whether a UTF-16 file starts with a byte-order mark. Other encodings have none.
 enum class ByteOrderMark : i32 { kNone, kWritten };
 
-/// Where the system writes lines of wide text. Each kind of sink encodes them for its destination;
-/// a line end goes through the same converter as the text in front of it.
+/// A destination for lines of wide text. Each kind of sink encodes them for its medium; a line end
+/// goes through the same converter as the text before it.
 ///
 /// All writing operations return the number of bytes written; 0 means failure.
 class TextSink {
@@ -52,18 +52,18 @@ class TextSink {
   [[nodiscard]] SinkKind kind() const { return kind_; }
   [[nodiscard]] const eString& name() const { return name_; }
 
-  /// Hands buffered bytes on to the destination.
+  /// Passes buffered bytes on to the destination.
   virtual void Flush() {}
-  /// Ends the writing. A file is closed, but stays its owner's.
+  /// Ends writing. A file is closed, but stays its owner's.
   virtual void Close() {}
 
   i32 WriteLine(const char16_t* text, LineEnd end);
   i32 WriteString(const eString& text, i32 indent, LineEnd end);
-  /// `count` characters behind `indent` blanks. Quirk that stays: a count of 0 writes nothing, not
-  /// even the line end, and returns -1.
+  /// Writes `count` characters after `indent` blanks. Quirk that stays: a count of 0 writes
+  /// nothing, not even the line end, and returns -1.
   i32 WriteIndented(const char16_t* text, i32 count, i32 indent, LineEnd end);
-  /// What all writing comes down to. Without text and line end it does nothing and returns 0,
-  /// although that is no failure.
+  /// The basis of all other writing operations. Without text and line end it does nothing and
+  /// returns 0, although that is not a failure.
   i32 WriteData(const char16_t* text, i32 count, LineEnd end,
                 Conversion conversion = Conversion::kConverted, TextRole role = TextRole::kContent);
 
@@ -86,12 +86,12 @@ class TextSink {
   /// memory sink.
   virtual void Reserve(i32 byteCount);
   /// Puts `count` characters into the line that is being built, at `position` (at most its length),
-  /// drops what is behind them, and returns the new length. WriteIndented writes such lines.
+  /// drops the rest of the line, and returns the new length. WriteIndented writes such lines.
   i32 AppendPending(const char16_t* text, i32 count, i32 position);
   /// The line that is being built; of a memory sink, the place of the next byte.
   [[nodiscard]] virtual const void* GetBuffer() const { return lineBuffer_.data(); }
 
-  /// What a memory sink holds, by the type of its characters, and the same with its ownership.
+  /// The content of a memory sink, by type of character, and the same with a transfer of ownership.
   /// Empty for all other sinks.
   [[nodiscard]] virtual std::string_view bytes() const { return {}; }
   [[nodiscard]] virtual std::u16string_view wideText() const { return {}; }
@@ -99,7 +99,7 @@ class TextSink {
   [[nodiscard]] virtual std::u16string takeWideText() { return {}; }
 
  protected:
-  /// Takes finished text to the destination and returns the number of bytes written.
+  /// Writes finished text to the destination and returns the number of bytes written.
   virtual i32 deliver(std::u16string_view text, Conversion conversion) = 0;
   [[nodiscard]] virtual std::u16string_view lineEndText() const {
     return bareLineFeed_ ? u"\n" : u"\r\n";
@@ -121,7 +121,7 @@ class TextSink {
   bool insideCData_ = false;
 };
 
-/// Builds a sink that its caller owns. A file sink needs `file` and `name`, is opened with a
+/// Makes a sink that the caller owns. A file sink needs `file` and `name`, is opened with a
 /// byte-order mark and writes in the encoding of `encodingId`. Null if the file or the converter
 /// cannot be opened, and for the kinds over a stream or a block, which have no argument here. Part
 /// of the interface; a run builds its sinks itself.
@@ -198,7 +198,7 @@ class StreamSink final : public TextSink {
 };
 
 /// Writes to standard output, in UTF-8 with the platform's line end. Failures do not matter here:
-/// the status of the run is its result.
+/// the exit status is what counts.
 class ConsoleSink final : public TextSink {
  public:
   ConsoleSink() : TextSink(SinkKind::kConsole, eString()) {}
