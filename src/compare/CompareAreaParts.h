@@ -7,8 +7,8 @@
 
 namespace rvf {
 
-// The comparison of CLICKAREA, HYPERLINKAREA and SIGNATUREFIELD.
-// The rows of PartComparison.cpp tell which types `left` may have.
+// The comparison of CLICKAREA, HYPERLINKAREA and SIGNATUREFIELD. The rows of PartComparison.cpp say
+// which types `left` may have.
 
 [[nodiscard]] bool equalHyperlinkAreas(const DrawPart& left, const DrawPart& right);
 [[nodiscard]] bool equalSignatureFields(const DrawPart& left, const DrawPart& right);

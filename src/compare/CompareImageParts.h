@@ -8,8 +8,8 @@
 
 namespace rvf {
 
-// The comparison of IMAGE and RESOURCE.
-// The rows of PartComparison.cpp tell which types `left` may have.
+// The comparison of IMAGE and RESOURCE. The rows of PartComparison.cpp say which types `left` may
+// have.
 
 /// Whether an image can equal another one: what it owns is compared by identity.
 [[nodiscard]] bool ownsNothing(const ImageInfo& info);

@@ -5,7 +5,7 @@
 namespace rvf {
 
 // The comparison of LAYERIGNORESTARTEND; the other markers never equal anything. The rows of
-// PartComparison.cpp tell which types `left` may have.
+// PartComparison.cpp say which types `left` may have.
 
 [[nodiscard]] bool equalLayerIgnores(const DrawPart& left, const DrawPart& right);
 

@@ -8,8 +8,7 @@
 
 namespace rvf {
 
-// The comparison of STATICREF.
-// The rows of PartComparison.cpp tell which types `left` may have.
+// The comparison of STATICREF. The rows of PartComparison.cpp say which types `left` may have.
 
 /// The records alone, without the child lists.
 [[nodiscard]] bool equalStaticRefs(const DrawPart& left, const DrawPart& right);

@@ -7,8 +7,8 @@
 
 namespace rvf {
 
-// The comparison of TEXT and TEXTPROP.
-// The rows of PartComparison.cpp tell which types `left` may have.
+// The comparison of TEXT and TEXTPROP. The rows of PartComparison.cpp say which types `left` may
+// have.
 
 [[nodiscard]] bool equalTexts(const DrawPart& left, const DrawPart& right);
 [[nodiscard]] bool equalTextProps(const DrawPart& left, const DrawPart& right);

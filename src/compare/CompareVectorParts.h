@@ -7,8 +7,8 @@
 
 namespace rvf {
 
-// The comparison of LINE, RECT, POLY, JUST1LINE and LINESET, and the empty 1LINE and RECOMPOSE.
-// The rows of PartComparison.cpp tell which types `left` may have.
+// The comparison of LINE, RECT, POLY, JUST1LINE and LINESET, and the empty 1LINE and RECOMPOSE. The
+// rows of PartComparison.cpp say which types `left` may have.
 
 [[nodiscard]] bool equalLines(const DrawPart& left, const DrawPart& right);
 [[nodiscard]] bool equalRects(const DrawPart& left, const DrawPart& right);

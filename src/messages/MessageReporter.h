@@ -128,7 +128,7 @@ class MessageBackEnd {
   virtual ~MessageBackEnd() = default;
   /// Whether the catalogue is loaded. Until then every call is held.
   [[nodiscard]] virtual bool isLoaded() const = 0;
-  /// Counts the occurrence and tells whether the message is to be written.
+  /// Counts the occurrence and returns whether the message should be written.
   [[nodiscard]] virtual bool passesFilter(MessageNumber number) = 0;
   /// Builds, emits and tallies one message of `argumentCount` arguments, absent ones included.
   virtual void write(MessageEntry& entry, int argumentCount) = 0;

@@ -6,7 +6,7 @@
 
 namespace rvf {
 
-// The types whose records hold nothing but their frame.
+// The types whose records consist only of their frame.
 
 /// Turns a part, whose owned objects are released, into an empty one of type UNKNOWN.
 void makeUnknown(DrawPart& part);

@@ -57,8 +57,8 @@ class MessageSession {
   // endProcess is called deep inside the readers, which have no access to the run.
   static inline MessageSession* current = nullptr;
 
-  /// Nothing is closed and no archive is flushed: the message file stays without a closing report,
-  /// so that the run cannot be mistaken for a complete one.
+  /// Nothing is closed and no archive is flushed: the message file gets no closing report, so that
+  /// the run cannot be mistaken for a complete one.
   static void endAtOnce() {
     eraseProgressLine();
     if (current != nullptr) {

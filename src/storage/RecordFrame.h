@@ -66,7 +66,7 @@ class eRecordFrame {
   [[nodiscard]] bool isKnownToWriter(i32 number) const {
     return tagMagnitude(fileTag) >= tagMagnitude(number);
   }
-  /// Loads the section number and tells whether it is the one that comes next.
+  /// Loads the section number and returns whether it is the next one.
   [[nodiscard]] bool readSectionTag(eArchive& archive, i32 number);
 
   i32 baseTag_;

@@ -22,7 +22,7 @@ std::string pagesOf(const CustomerRecord& c) {
   return text;
 }
 
-/// What is stored of a customer is read again, but for an id that is taken for swapped.
+/// A stored customer reads back the same, unless its id is taken for swapped.
 void expectStored(const CustomerRecord& c) {
   if ((c.id.c_str()[0] & 0xFF) == 0) return;
   eMemFile file(16);
@@ -116,7 +116,7 @@ TEST(RvfReader, LoadsWhatTheFilesHold) {
   std::string text;
   for (const auto& [name, fields] : captures()) {
     const std::string bytes = writeCapture(fields).bytes;
-    // A file of version 3 tells itself how its texts are stored.
+    // A file of version 3 says itself how its texts are stored.
     const bool dbcsMode = fields.version < 3 ? *fields.wide : fields.magic != kWideMagic;
     LoadedCapture file(bytes, dbcsMode);
     text += name + "\n" + shown(file);

@@ -36,10 +36,11 @@ struct Observer final : WalkObserver {
   }
 };
 
-/// What the walk tells, the words of the difference file, and what it leaves in the first records.
+/// What the walk reports, the words of the difference file, and what the walk leaves in the first
+/// records.
 std::string walked(const CaptureFields& a, const CaptureFields& b, bool stop, bool usesShortCut) {
   LoadedCapture first(a), second(b);
-  // A page in memory from before the walk is not taken for the first one, though it is that.
+  // A page that is already in memory before the walk is not reused, even if it is the first one.
   for (LoadedCapture* file : {&first, &second}) {
     file->reader.loadCurrentPage();
     resetList(file->context.pageList);

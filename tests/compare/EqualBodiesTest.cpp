@@ -7,7 +7,7 @@
 namespace rvf::test {
 namespace {
 
-// The walk with the short cut and the walk without it, which have to leave the same.
+// Walks with and without the short cut must have the same results.
 
 std::optional<Walk> walk(const std::string& a, const std::string& b, bool dbcs, i32 tolerance,
                          bool usesShortCut) {

@@ -8,9 +8,9 @@
 namespace rvf::test {
 namespace {
 
-// A comparison over files of which each operation fails in its turn. Nobody but the readers and the
-// writer notices, so they have to: what is not loaded is not valid, what is not read is reported,
-// and what is not written leaves a difference file that is not complete.
+// A comparison in which each operation on a file fails in turn. Only the readers and the writer can
+// notice: a file that was not loaded must be invalid, a failed read must be reported, and a failed
+// write must leave an incomplete difference file.
 
 struct Result {
   bool isSound = false;  // loaded, and without a word of loss

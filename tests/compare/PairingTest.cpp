@@ -12,7 +12,7 @@
 namespace rvf::test {
 namespace {
 
-/// All that an observer is told, as text, and the sum of the reasons.
+/// Everything that an observer receives, as text, and the sum of the reasons.
 struct Told : PairingObserver {
   void paired(const Pairing& p) override {
     text += Shown::row(" |", p.first, p.second, p.reasons, static_cast<int>(p.by));
@@ -29,7 +29,8 @@ struct Told : PairingObserver {
   bool entersGroups = true;
 };
 
-/// The matching as it is laid down, without any index and memory, with the overlay that it builds.
+/// A reference implementation of the matching, without index or cache, with the overlay that it
+/// builds.
 struct PlainMatcher {
   const Tolerances& tolerances;
   const bool build;
@@ -132,7 +133,7 @@ std::string shown(const DrawList& list) {
   return text;
 }
 
-/// Lists of parts that are alike but for some bits of a few bytes, and that have these children.
+/// Lists of parts that differ only in some bits of a few bytes, and that have these children.
 class RandomLists {
  public:
   RandomLists(unsigned seed, const std::vector<std::string>& records) : random_(seed) {
@@ -230,7 +231,7 @@ TEST(Pairing, IsThatOfThePlainAlgorithm) {
   EXPECT_GT(groups, 500U);
 }
 
-/// What an observer is told of a page and what lists and placements tell, together.
+/// The bits that an observer receives for a page, together with those of lists and placements.
 DiffFlags observedBits(const CompareContext& a, const CompareContext& b, ChildListResults& known) {
   Told told;
   const auto observe = [&](const DrawList& first, const DrawList& second) {
@@ -251,7 +252,7 @@ DiffFlags observedBits(const CompareContext& a, const CompareContext& b, ChildLi
   return told.bits;
 }
 
-/// Compares them on every page that the walk has come to. Returns their number.
+/// Compares them on every page that the walk reached. Returns the number of pages.
 int checkPages(LoadedCapture& a, LoadedCapture& b, const Tolerances& tolerances) {
   int pages = 0;
   ChildListResults known(tolerances);

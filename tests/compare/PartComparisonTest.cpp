@@ -11,8 +11,8 @@ namespace {
 using namespace std::string_literals;
 using Parts = std::vector<Part>;
 
-/// The first part of each type is compared with all of its type, with every byte of it changed in
-/// its turn: what each field earns, alone and beside other differences.
+/// The first part of each type is compared with all others of its type, with each of its bytes
+/// changed in turn: the bits for each field, alone and together with other differences.
 Parts comparedParts() {
   const std::vector<Point> two = {{10, 20}, {30, 40}}, moved = {{1, 1}, {1, 1}, {1, 1}};
   const std::vector<Point> five = {{10, 20}, {30, 40}, {50, 25}, {900, 900}, {1, 1}};
@@ -45,8 +45,8 @@ std::string comparison(const DrawPart& left, const DrawPart& right,
   return partsEqual(left, right) ? "=" : std::to_string(classifyParts(left, right, tolerances));
 }
 
-/// Both ways, with no tolerance, with two different ones, and with negative ones. What differs by
-/// one bit in the second byte of a number is just at the border of 256.
+/// In both directions, without a tolerance, with two different ones, and with negative ones. A
+/// change of one bit in the second byte of a number is exactly at the limit of 256.
 std::string comparisons(const DrawPart& left, const DrawPart& right) {
   std::string results;
   for (const auto& [position, width] : {std::pair{0, 0}, {256, 255}, {255, 256}, {-1, -1}}) {

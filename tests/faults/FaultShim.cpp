@@ -1,5 +1,5 @@
-// A system that fails on demand, for the program as it is: a library that is loaded in front of all
-// others (LD_PRELOAD) and lets calls of the system fail as the environment says.
+// A system that fails on demand, for the unmodified program: a library that is loaded before all
+// others (LD_PRELOAD) and makes system calls fail as the environment says.
 //
 //   RVF_FAULT_CALL    which calls: read, write, seek, close, open, stat, allocate, or all of them
 //   RVF_FAULT_AT      the number of the first one that fails, from 1; none without it
@@ -87,7 +87,7 @@ void leaveMark() {
   markPath = nullptr;
 }
 
-/// Counts the call, and tells whether it fails; then errno says with what.
+/// Counts the call and returns whether it should fail; errno is then set.
 bool fails(Call call) {
   if (!isInMain || failsAt == 0 || (call != failingCall && failingCall != kAll)) return false;
   callsSoFar += 1;
@@ -126,8 +126,8 @@ ssize_t readFile(void* cookie, char* target, std::size_t size) {
   return syscall(SYS_read, file.descriptor, target, lengthUpToEnd(file, pieceOf(size)));
 }
 
-/// Writes all, in as many calls as it takes, or up to the first one that fails: as the C library
-/// does under its own streams.
+/// Writes everything in as many calls as necessary, up to the first one that fails, as the C
+/// library does for its own streams.
 ssize_t writeFile(void* cookie, const char* source, std::size_t size) {
   const int descriptor = static_cast<File*>(cookie)->descriptor;
   std::size_t written = 0;
@@ -214,8 +214,8 @@ std::FILE* fopen(const char* path, const char* mode) {
   return stream;
 }
 
-/// Streams over functions deliver single bytes when they have no buffer, so those that are read get
-/// one, which stays until the end of the process.
+/// Unbuffered cookie streams read single bytes, so streams for reading get a buffer, which lives
+/// until the end of the process.
 int setvbuf(std::FILE* stream, char* buffer, int mode, std::size_t size) {
   static const auto setBuffer = reinterpret_cast<decltype(&setvbuf)>(dlsym(RTLD_NEXT, "setvbuf"));
   constexpr std::size_t kReadSize = 65536;

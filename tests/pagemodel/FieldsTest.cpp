@@ -1,6 +1,6 @@
 // Every field of every type, against a table that was written by hand: what is read at each
-// version, which bytes of the record it comes from, whether it is copied, how it is moved, and what
-// a change of it earns.
+// version, from which bytes of the record, whether it is copied, how it is moved, and which bits a
+// change gives.
 
 #include "compare/PartComparison.h"
 #include "pagemodel/PartRows.h"
@@ -10,7 +10,7 @@
 
 namespace rvf::test {
 
-/// Without it the test framework shows the bytes of a part, unused ones included.
+/// Otherwise the test framework would show the bytes of a part, including unused ones.
 static void PrintTo(const Part& part, std::ostream* out) { *out << "type " << part.type; }
 
 namespace {

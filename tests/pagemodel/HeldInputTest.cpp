@@ -10,8 +10,7 @@
 namespace rvf::test {
 namespace {
 
-/// What a reader leaves behind: everything of a part that was read, the messages of one that was
-/// not.
+/// The outcome of reading: the whole part, or the messages if it could not be read.
 Rows outcome(DrawPart& slot, const std::string& bytes, bool wide, i32 bufferSize) {
   HeldMessages messages;
   LoadedBytes file("head" + bytes, wide, bufferSize);
@@ -23,8 +22,8 @@ Rows outcome(DrawPart& slot, const std::string& bytes, bool wide, i32 bufferSize
   return rows;
 }
 
-// A small buffer never holds enough for decoders that do not test for its end, a large one does
-// until little is left of the file.
+// A small buffer never holds enough for decoders that do not test for its end; a large one does
+// until near the end of the file.
 TEST(HeldInput, PartsReadAsFromTheArchive) {
   std::vector<Part> parts = allParts();
   parts.insert(parts.end(),

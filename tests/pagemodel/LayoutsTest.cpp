@@ -29,7 +29,7 @@ Part oldGradient(double colour) {
   return Part{.type = 4, .payload = write}.at(154);
 }
 
-/// Parts whose fields lead other ways than those of allParts().
+/// Parts whose fields take other branches than those of allParts().
 std::vector<Part> specialParts() {
   std::vector<Part> parts;
   const auto add = [&parts](const auto&... part) { (parts.push_back(part), ...); };
@@ -51,7 +51,7 @@ std::vector<Part> specialParts() {
   }
   const ColourFields newer{.kind = 2, .version = 102, .sections = {"x"}};
   add(image({.bytes = "12345", .dataLength = -5, .colourA = newer}));
-  // Two records of 32 bytes, which in old images grow by a word each, and a rest.
+  // Two records of 32 bytes, which grow by a word each in old images, and an incomplete one.
   std::string records;
   for (int i = 0; i < 70; ++i) records += static_cast<char>(i);
   const ColourFields legacy{.kind = -126, .value = 5};

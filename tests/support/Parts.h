@@ -24,7 +24,7 @@ inline constexpr int kNewestPart = 157;
 inline constexpr int kNewestLink = 102;
 inline constexpr unsigned kRed = 0x0000FFu, kBlue = 0xFF0000u;
 
-/// The number that a file tells of its items: that which a test wants, or the real one.
+/// The item count that a file states: the one that a test wants, or the real one.
 inline int told(const std::optional<int>& wanted, std::size_t real) {
   return wanted.value_or(static_cast<int>(real));
 }

@@ -15,7 +15,7 @@ namespace rvf {
 
 class FileObject;
 
-/// The catalogue of a run; findCatalogue tells where it is.
+/// The catalogue of a run, which findCatalogue locates.
 constexpr const char16_t* kCatalogueFile = u"MsgResource_en-us.dat";
 
 /// The texts of all messages, read once from a text file and found by number.
@@ -58,7 +58,7 @@ class MessageCatalogue {
   /// The encoding that is tried first; see encoding_id.
   void setEncoding(i32 encoding) { encoding_ = encoding; }
 
-  /// Sorted by number; records of one number stand in the order of the file.
+  /// Sorted by number; records with the same number are in the order of the file.
   [[nodiscard]] const std::vector<MessageRecord>& records() const { return records_; }
   [[nodiscard]] bool versionMatched() const { return versionMatched_; }
 

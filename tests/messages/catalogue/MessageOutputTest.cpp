@@ -106,7 +106,7 @@ TEST_F(MessageOutputTest, TheFirstMessageHeldBackEndsTheFlush) {
   EXPECT_EQ(t.severeCount, 2);
 }
 
-// What is written and what is tallied under each setting that no option reaches.
+// What is written and tallied under each setting for which there is no option.
 TEST_F(MessageOutputTest, SettingsOfTheReporter) {
   const auto reportAll = [this] {
     for (const MessageNumber number :
@@ -157,8 +157,8 @@ TEST_F(MessageOutputTest, SettingsOfTheReporter) {
   EXPECT_TRUE(std::regex_search(takeLines(), std::regex("^[0-2]\\d:[0-5]\\d:[0-5]\\d QZ000030E")));
 }
 
-// A loss makes the run a failed one, also where the flush does not come to it, behind the flush,
-// and without a record; but a catalogue that calls it a warning is obeyed.
+// Data loss makes the run fail, even if the flush does not reach the message, after the flush, and
+// without a record; but a catalogue that calls it a warning is obeyed.
 TEST_F(MessageOutputTest, LossCountsUnlessTheCatalogueSaysOtherwise) {
   const std::pair<std::string, i32> cases[] = {{"w|", 4},   {"l|", 12}, {"h|", 0},  {"hw|", 0},
                                                {"hl|", 12}, {"h|w", 4}, {"h|l", 12}};
