@@ -22,8 +22,8 @@ class ResultsFolder : public RunFolder {
     lines_ += R"({"record":"pair","format":1,"name":")" + name + R"(","folder":"pairs/)" +
               (folder.empty() ? name : folder) + R"(","first":"/a","second":null,"options":[")" +
               option + R"("],"state":")" + state + R"(","reason":")" + reason +
-              R"(","status":null,"bits":)" + bits + R"(,"seconds":0.0)" + std::to_string(pairs_) +
-              R"(,"firstBytes":)" + size + R"(,"secondBytes":null})" + "\n";
+              R"(","status":null,"bits":)" + bits + R"(,"seconds":)" + std::to_string(pairs_) +
+              ".5" + R"(,"firstBytes":)" + size + R"(,"secondBytes":null})" + "\n";
     write("r/results.jsonl", lines_);
   }
   /// A pair that differs, with both files.
@@ -70,11 +70,15 @@ TEST(Summary, TellsTheWorstOfItsPairsByItsStatus) {
   folder.addSamples("x");
   expectAll(folder, {{"r", 1, "Page count (524288): 1", ""},
                      {"--output r/results.jsonl r", 2, "", "is also an input"}});
+  folder.add("f", "failed", "null", "cut at offset 7");
+  folder.add("g", "failed", "null", "cut at offset 1234");
+  folder.add("h", "killed", "null", "signal 15");
   for (const char* name : {"a", "b", "c", "d", "e"}) folder.add(name, "killed", "null", "signal 9");
   expectAll(folder, {{"r", 2, "5 killed (signal 9): \"a\", \"b\", \"c\" and 2 more", ""},
-                     {"r", 2, "Slowest pairs\n  0.080 s: \"e\"\n", ""},
-                     {"r", 2, "Largest pairs\n  8000 bytes: \"e\"\n", ""},
-                     {"--format jsonl r", 2, R"("failed":5,)", ""},
+                     {"r", 2, "2 failed (cut at offset N): \"f\", \"g\"\n", ""},
+                     {"r", 2, "Slowest pairs\n  11.500 s: \"e\"\n", ""},
+                     {"r", 2, "Largest pairs\n  11000 bytes: \"e\"\n", ""},
+                     {"--format jsonl r", 2, R"("failed":8,)", ""},
                      {"--format junit r", 2, "<error message=\"killed: signal 9\"", ""}});
 }
 
@@ -133,7 +137,7 @@ TEST(Summary, TakesNothingInResultsForMoreThanData) {
                                                        {"failed", "unheard-of"},
                                                        {"1000", "-1000"},
                                                        {"1000", "1e300"},
-                                                       {"0.01", "1e999"},
+                                                       {"1.5", "1e999"},
                                                        {"\"bits\":null", "\"bits\":4294967296"},
                                                        {"}", ""}};
   for (const auto& [from, to] : edits) {

@@ -1,9 +1,26 @@
 #include "inspect/model/ResultsSummary.h"
 
 #include <algorithm>
+#include <functional>
 #include <tuple>
 
 namespace rvf::inspect {
+
+namespace {
+
+std::u16string withoutNumbers(const std::u16string& text) {
+  std::u16string result;
+  for (const char16_t c : text) {
+    if (c < u'0' || c > u'9') {
+      result += c;
+    } else if (!result.ends_with(u'N')) {
+      result += u'N';
+    }
+  }
+  return result;
+}
+
+}  // namespace
 
 void NamedPairs::add(const std::u16string& name) {
   count += 1;
@@ -34,17 +51,39 @@ void ResultsSummary::add(const PairResult& pair, const PairInspection* inspectio
     }
   }
   if (outcome == Outcome::kFailed || outcome == Outcome::kOneSided) {
-    const Failure failure(pair.state, pair.reason);
-    if (reasons_.size() < kMostReasons || reasons_.contains(failure)) {
-      reasons_[failure].add(pair.name);
-    } else {
-      reasonsLeftOut_ += 1;
-    }
+    addFailure(pair);
   }
   if (pair.seconds) {
     slowest_.add(*pair.seconds, pair.name);
   }
   largest_.add(pair.bytes(), pair.name);
+}
+
+void ResultsSummary::addFailure(const PairResult& pair) {
+  // In other states a number is the reason, such as that of a signal.
+  const std::u16string general = pair.state == "failed" ? withoutNumbers(pair.reason) : pair.reason;
+  const std::pair key(pair.state, general);
+  if (reasons_.size() == kMostReasons && !reasons_.contains(key)) {
+    reasonsLeftOut_ += 1;
+    return;
+  }
+  FailedPairs& failed = reasons_[key];
+  if (failed.count == 0) {
+    failed.state = pair.state;
+    failed.reason = pair.reason;
+  } else if (failed.reason != pair.reason) {
+    failed.reason = general;
+  }
+  failed.add(pair.name);
+}
+
+std::vector<const FailedPairs*> ResultsSummary::reasons() const {
+  std::vector<const FailedPairs*> result;
+  for (const auto& [key, failed] : reasons_) {
+    result.push_back(&failed);
+  }
+  std::ranges::stable_sort(result, std::greater(), &FailedPairs::count);
+  return result;
 }
 
 void ResultsSummary::addGroups(const std::u16string& name, const ChangeGroups& groups) {

@@ -30,6 +30,13 @@ struct NamedPairs {
   void add(const std::u16string& name);
 };
 
+/// Pairs that failed for one reason. Failures that differ in their numbers alone, such as offsets,
+/// have one reason.
+struct FailedPairs : NamedPairs {
+  std::string state{};
+  std::u16string reason{};  // with N for each number, where the pairs have several
+};
+
 /// A group of changes in all pairs.
 struct GroupOfPairs {
   ChangeGroup group;  // its distinct values are at least as many as in any one pair
@@ -64,9 +71,6 @@ class ResultsSummary {
  public:
   static constexpr std::size_t kMostReasons = 1000;
 
-  /// State and reason of failures.
-  using Failure = std::pair<std::string, std::u16string>;
-
   /// `inspection` is null for a pair that was not read again.
   void add(const PairResult& pair, const PairInspection* inspection);
   /// The groups of one pair.
@@ -79,8 +83,8 @@ class ResultsSummary {
   /// Pairs that were read again, in vain.
   [[nodiscard]] i64 unexplained() const { return unexplained_; }
   [[nodiscard]] const std::map<DiffFlags, i64>& pairsByBit() const { return pairsByBit_; }
-  /// By state and reason, those of files on one side only among them.
-  [[nodiscard]] const std::map<Failure, NamedPairs>& reasons() const { return reasons_; }
+  /// By state and reason, those of files on one side only among them; the most frequent ones first.
+  [[nodiscard]] std::vector<const FailedPairs*> reasons() const;
   [[nodiscard]] i64 reasonsLeftOut() const { return reasonsLeftOut_; }
   [[nodiscard]] const Greatest<f64>& slowest() const { return slowest_; }
   [[nodiscard]] const Greatest<i64>& largest() const { return largest_; }
@@ -98,12 +102,14 @@ class ResultsSummary {
   }
 
  private:
+  void addFailure(const PairResult& pair);
+
   i64 pairs_ = 0;
   i64 accepted_ = 0;
   i64 unexplained_ = 0;
   std::map<Outcome, i64> outcomes_;
   std::map<DiffFlags, i64> pairsByBit_;
-  std::map<Failure, NamedPairs> reasons_;
+  std::map<std::pair<std::string, std::u16string>, FailedPairs> reasons_;  // numbers left out
   i64 reasonsLeftOut_ = 0;
   Greatest<f64> slowest_;
   Greatest<i64> largest_;

@@ -104,10 +104,10 @@ class JsonSummaryWriter final : public SummaryWriter {
 
   void addReasons(const ResultsSummary& summary) {
     json_.name("reasons").openList();
-    for (const auto& [failure, pairs] : summary.reasons()) {
-      json_.open().field("state", std::string_view(failure.first));
-      json_.field("reason", std::u16string_view(failure.second));
-      addNames(json_, pairs);
+    for (const FailedPairs* failed : summary.reasons()) {
+      json_.open().field("state", std::string_view(failed->state));
+      json_.field("reason", std::u16string_view(failed->reason));
+      addNames(json_, *failed);
       json_.close();
     }
     json_.closeList().field("reasonsLeftOut", summary.reasonsLeftOut());

@@ -75,10 +75,11 @@ class TextSummaryWriter final : public SummaryWriter {
     if (!summary.reasons().empty()) {
       output_.line("\nOn one side only, or without an answer");
     }
-    for (const auto& [failure, pairs] : summary.reasons()) {
-      const auto& [state, reason] = failure;
-      output_.line("  " + std::to_string(pairs.count) + " " + state +
-                   (reason.empty() ? "" : " (" + shownText(reason) + ")") + ": " + namesOf(pairs));
+    for (const FailedPairs* failed : summary.reasons()) {
+      const std::string reason =
+          failed->reason.empty() ? "" : " (" + shownText(failed->reason) + ")";
+      output_.line("  " + std::to_string(failed->count) + " " + failed->state + reason + ": " +
+                   namesOf(*failed));
     }
     if (summary.reasonsLeftOut() > 0) {
       output_.line("  " + std::to_string(summary.reasonsLeftOut()) + " for other reasons");
