@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <unordered_map>
 
 #include "compare/DiffFlags.h"
@@ -38,7 +39,8 @@ class ChildListResults {
   struct PairHash {
     std::size_t operator()(const Pair& pair) const {
       SeededHash hash;
-      hash.addAll(pair.a, pair.b);
+      hash.addAll(reinterpret_cast<std::uintptr_t>(pair.a),
+                  reinterpret_cast<std::uintptr_t>(pair.b));
       return static_cast<std::size_t>(hash.value());
     }
   };

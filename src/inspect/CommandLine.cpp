@@ -65,10 +65,10 @@ using Action = std::function<int()>;
 int editDistance(std::string_view a, std::string_view b) {
   std::vector<int> row(b.size() + 1);
   std::iota(row.begin(), row.end(), 0);
-  for (std::size_t i = 0; i < a.size(); ++i) {
+  for (const char character : a) {
     int diagonal = row[0]++;
     for (std::size_t j = 0; j < b.size(); ++j) {
-      const int replaced = diagonal + (a[i] == b[j] ? 0 : 1);
+      const int replaced = diagonal + (character == b[j] ? 0 : 1);
       diagonal = row[j + 1];
       row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
     }
@@ -338,7 +338,7 @@ class CommandLine {
   static std::string unknownWord(const CLI::App& command, const std::vector<std::string>& words) {
     const std::vector<std::string> names = optionNames(command);
     for (const std::string& word : words) {
-      const std::string name = word.substr(0, word.find('='));
+      std::string name = word.substr(0, word.find('='));
       if (name.size() > 1 && name.front() == '-' && std::ranges::count(names, name) == 0) {
         return name;
       }

@@ -53,7 +53,8 @@ std::vector<OutlineRecord> outlineRecords(const DrawPart& part) {
   const u16 count = *part.payload.at<u16>(area);
   std::vector<OutlineRecord> records(count);
   if (count > 0) {
-    std::memcpy(records.data(), part.payload.data() + area + sizeof(count), count * kOutlineSize);
+    std::memcpy(records.data(), part.payload.data() + area + sizeof(count),
+                records.size() * sizeof(OutlineRecord));
   }
   return records;
 }

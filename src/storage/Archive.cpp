@@ -61,7 +61,8 @@ eArchive::eArchive(i32 bufferSize) : mode_(Mode::kStore) { makeBuffer(bufferSize
 eArchive::~eArchive() {
   try {
     if (file_ != nullptr) {
-      eArchive::Close();
+      eArchive::Flush();
+      closeFile();
     }
   } catch (...) {
     // Lost bytes cannot be reported without memory. Callers that need the result flush explicitly.
@@ -221,6 +222,10 @@ void eArchive::Flush() {
 
 void eArchive::Close() {
   Flush();
+  closeFile();
+}
+
+void eArchive::closeFile() {
   if (ownFile_ != nullptr && ownFile_->isOpen()) {
     errno = 0;
     if (std::fclose(ownFile_->releaseStream()) != 0) {

@@ -148,6 +148,7 @@ class eArchive {
   std::byte* cursor_ = nullptr;  // the next byte to load or store
 
  private:
+  void closeFile();
   template <class T>
   T load() {
     if (bufferEnd_ - cursor_ < static_cast<std::ptrdiff_t>(sizeof(T))) [[unlikely]] {

@@ -75,6 +75,7 @@ class PartPairing {
     fill(secondRest_, count(second_.digests), [](const IndexPair& p) { return p.second; });
     const auto digest = [](const DigestedList& list, const std::vector<Rest>& rest) {
       std::vector<u64> keys;
+      keys.reserve(rest.size());
       for (const Rest& r : rest) {
         keys.push_back(list.digests[static_cast<std::size_t>(r.index)]);
       }
@@ -91,6 +92,7 @@ class PartPairing {
     for (const bool inSequence : {true, false}) {
       const auto shapes = [](const DrawList& list, const std::vector<Rest>& rest) {
         std::vector<u64> keys;
+        keys.reserve(rest.size());
         for (const Rest& r : rest) {
           keys.push_back(shapeDigestOf(list[r.index]));
         }
@@ -220,6 +222,7 @@ class PartPairing {
   void pairByOrder() {
     const auto keys = [](const DrawList& list, const std::vector<Rest>& rest) {
       std::vector<u64> result;
+      result.reserve(rest.size());
       for (const Rest& r : rest) {
         result.push_back(keyOf(list[r.index].type, r.stretch, 0, 0));
       }

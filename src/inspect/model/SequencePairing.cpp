@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/Sizes.h"
+
 namespace rvf::inspect {
 
 namespace {
@@ -94,7 +96,7 @@ class SequencePairing {
           x += 1;
           y += 1;
         }
-        reached.back()[static_cast<std::size_t>(diagonal + edits)] = x;
+        reached.back()[asSize(diagonal + edits)] = x;
         if (x >= s.firstSize() && y >= s.secondSize()) {
           trace(s, reached, diagonal);
           return true;
@@ -105,7 +107,7 @@ class SequencePairing {
   }
 
   static i32 at(const std::vector<std::vector<i32>>& reached, i32 edits, i32 diagonal) {
-    return reached[static_cast<std::size_t>(edits)][static_cast<std::size_t>(diagonal + edits)];
+    return reached[static_cast<std::size_t>(edits)][asSize(diagonal + edits)];
   }
 
   // Whether the best way to a diagonal comes from the one above, by passing over a key of the

@@ -102,8 +102,9 @@ void drawLineSet(const DrawPart& part, i32 index, const DrawingTarget& target) {
   std::string path;
   for (const i32 offset : lineOffsets(part)) {
     const std::string at = std::to_string(offset);
-    path += fields.horizontal != 0 ? "M" + start + " " + at + "H" + end
-                                   : "M" + at + " " + start + "V" + end;
+    const bool isHorizontal = fields.horizontal != 0;
+    path.append("M").append(isHorizontal ? start : at).append(" ");
+    path.append(isHorizontal ? at : start).append(isHorizontal ? "H" : "V").append(end);
   }
   xml_node node = element(target.ink, "path", index);
   set(node, "d", path);

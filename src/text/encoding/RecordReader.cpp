@@ -60,7 +60,7 @@ ShiftBytes shiftBytes(ShiftClass shiftClass) {
     case ShiftClass::kDoubleByte:
       return {"\x0E", "\x0F"};
     case ShiftClass::kJef:
-      return {"\x28", "\x29"};
+      return {"(", ")"};
     case ShiftClass::kJips:
       return {"\x1A\x71", "\x1A\x70"};
     case ShiftClass::kNone:
