@@ -130,7 +130,7 @@ void PlaceTree::search(std::size_t node, Search& s) {
   const i32 tolerance = tolerances_[n.value];
   const bool toLeft = value <= n.leftHighest || !exceeds(value, n.leftHighest, tolerance);
   const bool toRight = value >= n.rightLowest || !exceeds(value, n.rightLowest, tolerance);
-  // What stands first in the list is looked at first: the other side is often above it then.
+  // The side with the lower index is searched first, which often rules out the other one.
   const bool leftFirst = lowestFree(n.left) < lowestFree(n.right);
   for (const bool isLeft : {leftFirst, !leftFirst}) {
     if (isLeft ? toLeft : toRight) {

@@ -23,8 +23,8 @@ constexpr u8 kExtensionRuns = 4;
 constexpr u8 kOutlineRecords = 8;
 }  // namespace text_flag
 
-/// A stretch of characters and where it stands. Runs are compared as 16 bytes, so every byte of
-/// them has a defined value.
+/// A run of characters and its position. Runs are compared as 16 bytes, so every byte of them has a
+/// defined value.
 struct TextRun {
   i32 y;
   i32 x;

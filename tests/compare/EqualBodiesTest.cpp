@@ -32,7 +32,7 @@ TEST(EqualBodies, ShortCutChangesNothingForTheReferencePairs) {
   }
 }
 
-TEST(EqualBodies, ShortCutKnowsWhatEqualBytesDoNotTell) {
+TEST(EqualBodies, ShortCutHandlesWhatEqualBytesDoNotShow) {
   std::vector<std::string> files;
   for (const Part& part : allParts()) files.push_back(onePage({part, text()}, 125));
   // Pages that may refer to one object; the window cuts those of the large image.

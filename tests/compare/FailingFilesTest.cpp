@@ -68,7 +68,7 @@ void sweep(Failing which, const std::string& first, const std::string& second, b
   }
 }
 
-TEST(FailingFiles, GiveTheTruthOrTellOfTheLoss) {
+TEST(FailingFiles, GiveTheTruthOrReportTheLoss) {
   const std::string one = captureWith(u"one"), two = captureWith(u"two");
   for (const Failing which : {Failing::kFirst, Failing::kBoth, Failing::kDifference}) {
     for (const bool failsOn : {false, true}) {

@@ -76,7 +76,7 @@ std::string sweep(const Part& left, const Part& right) {
   return Shown::row("types", left.type, right.type) + "\n" + deltas.text();
 }
 
-TEST(PartComparison, WhatEachByteOfARecordEarns) {
+TEST(PartComparison, BitsForEachByteOfARecord) {
   const Parts parts = comparedParts();
   std::string text;
   for (const Part& right : parts) {

@@ -46,7 +46,7 @@ TEST(DrawList, GrowsByFiveSlots) {
   EXPECT_EQ(fieldsOf(appendSlot(used)), Rows{"extraId 0"});
 }
 
-TEST(DrawList, IsClearedOrResetByWhomItsPartsBelongTo) {
+TEST(DrawList, ClearAndResetRespectOwnership) {
   for (const int flags : {0, 16, 32, 64, 96}) {
     const bool isBorrowed = flags == 32;
     const DrawList before = usedList(static_cast<u8>(flags));

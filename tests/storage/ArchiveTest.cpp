@@ -96,7 +96,7 @@ TEST(Archive, StringForms) {
   }
 }
 
-TEST(Archive, SeekForthAndBack) {
+TEST(Archive, SeekBackAndForth) {
   ByteWriter w;
   for (int i = 0; i < 200; ++i) w.i32(i);
   eMemFile file(reinterpret_cast<std::byte*>(w.bytes.data()), w.size(), 0);
@@ -118,7 +118,7 @@ TEST(Archive, SeekForthAndBack) {
   }
 }
 
-TEST(RecordFrame, EndBehindSectionsThatAreNotKnown) {
+TEST(RecordFrame, EndAfterUnknownSections) {
   constexpr int kLowest = std::numeric_limits<int>::min();
   const test::Sections sections = {"ten bytes.", "", std::string(70000, 'b')};
   for (const auto& [base, tag, count] : {std::array{100, 100, 0},
@@ -138,7 +138,7 @@ TEST(RecordFrame, EndBehindSectionsThatAreNotKnown) {
   }
 }
 
-TEST(RecordFrame, SectionsThatAreKnown) {
+TEST(RecordFrame, KnownSections) {
   struct Row {
     int tag, number, foundNumber, foundSize;
     SectionResult result, fixedResult;  // fixed: of 4 bytes

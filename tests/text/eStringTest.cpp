@@ -71,7 +71,7 @@ TEST(eString, PartsAndSearches) {
   }
 }
 
-TEST(eString, TextOfItsOwnMovesWithTheBuffer) {
+TEST(eString, OwnTextMovesWithTheBuffer) {
   eString text = eString(u"0123456789");
   const eString other = text;
   text.AssignCounted(4, text.c_str() + 3);

@@ -12,7 +12,7 @@ namespace rvf {
 /// is the name itself.
 [[nodiscard]] eString findCatalogue(const eString& name);
 
-/// The same for a program that lies at `programFile`; an empty path stands for an unknown place.
+/// The same for a program at `programFile`, which is empty if its place is unknown.
 [[nodiscard]] eString findCatalogue(const eString& name, const std::filesystem::path& programFile);
 
 }  // namespace rvf

@@ -131,7 +131,7 @@ TEST(MessageCatalogue, FindsEveryNumberAndNoOther) {
   }
 }
 
-TEST(MessageCatalogue, LiesInTheWorkingDirectoryBesideTheProgramOrInItsShareFolder) {
+TEST(MessageCatalogue, IsFoundInTheWorkingDirectoryBesideTheProgramOrInItsShareFolder) {
   const test::TempFolder folder;
   const fs::path before = fs::current_path();
   const std::string name = "a name that no installation has.dat";
@@ -154,7 +154,7 @@ TEST(MessageCatalogue, LiesInTheWorkingDirectoryBesideTheProgramOrInItsShareFold
 }
 
 // Lines of "x" with a blank at one place, or without: the lengths of their pieces.
-TEST(MessageLine, CutsBehindTheLastBlankThatFits) {
+TEST(MessageLine, CutsAfterTheLastBlankThatFits) {
   std::string lines;
   for (const std::size_t length : {129U, 130U, 131U, 245U, 246U, 247U, 362U}) {
     for (const std::size_t blank : {9U, 128U, 129U, 130U, 244U, 245U, 246U, 999U}) {

@@ -179,7 +179,7 @@ TEST_F(MessageOutputTest, LossCountsUnlessTheCatalogueSaysOtherwise) {
   }
 }
 
-TEST(MessageReporter, GivesItsMessagesAwayAndStartsAnew) {
+TEST(MessageReporter, HandsOverItsMessagesAndResets) {
   MessageReporter& reporter = messageReporter;
   reporter.reset();
   reporter.setLocation(7, u"input");
