@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "inspect/Commands.h"
+#include "inspect/ComparedFiles.h"
 #include "inspect/model/Inspection.h"
 #include "inspect/model/SelectedCustomer.h"
 #include "inspect/model/Trouble.h"
@@ -10,7 +11,6 @@
 #include "inspect/output/AcceptedFile.h"
 #include "inspect/output/ChangesWriter.h"
 #include "inspect/output/ProgressLine.h"
-#include "text/NativeText.h"
 
 namespace rvf::inspect {
 
@@ -42,23 +42,6 @@ std::unique_ptr<InspectionListener> makeWriter(const ChangesOptions& options, Ou
   }
 }
 
-JudgedPages readJudgedPages(const std::string& path) {
-  JudgedPages pages;
-  if (path.empty()) {
-    return pages;
-  }
-  eDiskFile file;
-  if (!file.Open(fromNative(path), open_flags::kRead | open_flags::kUnbuffered,
-                 FileContent::kBinary)) {
-    throw Trouble(path, toNative(file.failure().view()));
-  }
-  const std::string lack = readDifferenceFile(file, pages);
-  if (pages.header_.firstPath.isEmpty()) {
-    throw Trouble(path, lack.empty() ? "it names no files" : lack);
-  }
-  return pages;
-}
-
 /// Keeps the totals and the groups, for the exit status and the file of accepted changes.
 class ResultKeeper {
  public:
@@ -87,15 +70,11 @@ int statusOf(const Summary& summary, bool hasAccepted) {
 }  // namespace
 
 int runChanges(const ChangesOptions& options) {
-  JudgedPages judged = readJudgedPages(options.from);
-  const bool isFrom = !options.from.empty();
-  const std::string firstPath = isFrom ? toNative(judged.header_.firstPath.view()) : options.first;
-  const std::string secondPath =
-      isFrom ? toNative(judged.header_.secondPath.view()) : options.second;
-  CaptureFile first(firstPath, options.oldText);
-  CaptureFile second(secondPath, options.oldText);
+  ComparedFiles files = openFiles(options.first, options.second, options.from, options.oldText);
+  CaptureFile& first = *files.first;
+  CaptureFile& second = *files.second;
   for (const std::string& output : {options.output.path, options.writeAccepted}) {
-    for (const std::string& input : {firstPath, secondPath, options.from, options.accepted}) {
+    for (const std::string& input : {first.path(), second.path(), options.from, options.accepted}) {
       refuseToOverwrite(output, input);
     }
   }
@@ -111,7 +90,7 @@ int runChanges(const ChangesOptions& options) {
     }
   }
   if (!hasSelected(first, options.selection) && !hasSelected(second, options.selection)) {
-    throw Trouble(firstPath, "neither this file nor the second has such a customer or page");
+    throw Trouble(first.path(), "neither this file nor the second has such a customer or page");
   }
   if (const SelectedCustomer wanted(options.selection.customer); !wanted.isAny()) {
     settings.selectsCustomer = [wanted](i32 index, const eString& id) {
@@ -128,7 +107,7 @@ int runChanges(const ChangesOptions& options) {
   ProgressLine progress(options.output.progress == When::kAlways ||
                         (options.output.progress == When::kAuto && ::isatty(STDERR_FILENO) == 1));
   VerdictCheck check(
-      std::move(judged), *writer,
+      std::move(files.judged), *writer,
       [&](const Summary& summary, const ChangeGroups& groups) {
         progress.erase();
         result.keep(summary, groups);
@@ -142,7 +121,7 @@ int runChanges(const ChangesOptions& options) {
     writeAccepted(options.writeAccepted, result.groups());
   }
   tellUnused(options.accepted, accepted, result.summary().acceptedSeen);
-  if (isFrom && !check.mismatch().empty()) {
+  if (!options.from.empty() && !check.mismatch().empty()) {
     throw Trouble(options.from, "does not agree with its files: " + check.mismatch());
   }
   return statusOf(result.summary(), !options.accepted.empty());

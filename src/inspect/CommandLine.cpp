@@ -103,6 +103,7 @@ class CommandLine {
         "found "
         "warnings only.\nrvfinspect COMMAND --help tells the options of a command.");
     addChanges();
+    addReport();
     addList();
     addPage();
     addDump();
@@ -114,6 +115,9 @@ class CommandLine {
     app_.parse(argc, argv);
     if (app_.got_subcommand("changes") && changes_.first.empty() && changes_.from.empty()) {
       throw Trouble("changes", "needs FIRST and SECOND, or --from FILE");
+    }
+    if (app_.got_subcommand("report") && report_.first.empty() && report_.from.empty()) {
+      throw Trouble("report", "needs FIRST and SECOND, or --from FILE");
     }
     return action_();
   }
@@ -229,6 +233,33 @@ class CommandLine {
   static void addProgress(CLI::App* command, OutputOptions& output) {
     addChoice(command, "--progress", output.progress, kWhens, "Progress on standard error")
         ->type_name("WHEN");
+  }
+
+  void addReport() {
+    CLI::App* command = addCommand("report", "Write an HTML report of what changed into a folder",
+                                   "rvfinspect report before.rvf after.rvf --out report",
+                                   [this] { return runReport(report_); });
+    CLI::Option* first = command->add_option("FIRST", report_.first, "The first file");
+    CLI::Option* second = command->add_option("SECOND", report_.second, "The second file");
+    first->needs(second);
+    command->add_option("--from", report_.from, "The two files that this difference file names")
+        ->type_name("FILE")
+        ->excludes(first);
+    command
+        ->add_option("--out", report_.out,
+                     "Where to write; a report that is there already is replaced")
+        ->type_name("FOLDER")
+        ->required();
+    command
+        ->add_option("--max-pages", report_.maxPages,
+                     "Draw up to N pages: some of each group, then more of the largest")
+        ->check(CLI::Range(0, 100000))
+        ->capture_default_str()
+        ->type_name("N");
+    addTolerances(command, report_);
+    addChoice(command, "--progress", report_.progress, kWhens, "Progress on standard error")
+        ->type_name("WHEN");
+    addRedaction(command);
   }
 
   void addList() {
@@ -358,6 +389,7 @@ class CommandLine {
       "Shows what changed between two page-capture files, and what such a file contains."};
   Action action_;
   ChangesOptions changes_;
+  ReportOptions report_;
   ListOptions list_;
   PageOptions page_;
   DumpOptions dump_;

@@ -17,6 +17,7 @@ constexpr int kWarnings = 3;  // check alone
 
 [[nodiscard]] int runChanges(const ChangesOptions& options);
 [[nodiscard]] int runList(const ListOptions& options);
+[[nodiscard]] int runReport(const ReportOptions& options);
 [[nodiscard]] int runPage(const PageOptions& options);
 [[nodiscard]] int runDump(const DumpOptions& options);
 [[nodiscard]] int runCheck(const CheckOptions& options);

@@ -65,6 +65,17 @@ struct PageOptions {
   ColourReading colours = ColourReading::kRgb;
 };
 
+struct ReportOptions {
+  std::string first;
+  std::string second;
+  std::string from;  // a difference file that names both; not empty: instead of them
+  std::string out;
+  Tolerances tolerances{0, 0};
+  OldText oldText = OldText::kOneByte;
+  i32 maxPages = 200;
+  When progress = When::kAuto;
+};
+
 struct ChangesOptions {
   std::string first;
   std::string second;

@@ -38,7 +38,7 @@ TEST(InspectCommands, AnswerWithTheirStatusAndOneLineOfTrouble) {
   const Command commands[] = {
       {"--version", 0, "rvfinspect ", ""},
       {"changes --help", 0, "Example:", ""},
-      {"", 2, "", "a command is missing: changes, list"},
+      {"", 2, "", "a command is missing: changes, report, list"},
       {"chagnes" + pair, 2, "", "did you mean changes?"},
       {"changes --postion-tolerance 5" + pair, 2, "", "did you mean --position-tolerance?"},
       {"changes --format xml" + pair, 2, "", "xml is none of text, jsonl, junit"},

@@ -1,0 +1,50 @@
+#include "inspect/output/ListPlaces.h"
+
+#include "inspect/model/PageVerdict.h"
+#include "pagemodel/ReferenceParts.h"
+
+namespace rvf::inspect {
+
+ListPlaces::ListPlaces(const CompareContext& page) {
+  places_["page"].emplace_back();
+  addObjects(page.pageList, Place());
+  for (i32 i = 0; i < page.staticCount; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    const DrawList& list = page.staticList(i);
+    const Place place{i64{list.originX} + page.staticPlacementX[at],
+                      i64{list.originY} + page.staticPlacementY[at]};
+    places_["placed " + std::to_string(i)].push_back(place);
+    addObjects(list, place);
+  }
+}
+
+void ListPlaces::addObjects(const DrawList& list, Place offset) {
+  for (const DrawPart& part : list.parts()) {
+    const DrawList* object = part.type == PartType::kStaticRef ? childList(part) : nullptr;
+    if (object == nullptr) {
+      continue;
+    }
+    const StaticRefFields& fields = part.fields.staticRef;
+    const bool isSecond = fields.useSecond != 0 && fields.secondIsHidden == 0;
+    std::vector<Place>& places =
+        places_[objectListName(fields.objectType, fields.staticIndex, isSecond)];
+    if (places.size() < kMostPlaces) {
+      places.push_back(
+          {offset.x + fields.x + object->originX, offset.y + fields.y + object->originY});
+    }
+  }
+}
+
+std::vector<Box> ListPlaces::onPage(const std::string& list, const Box& box) const {
+  std::vector<Box> boxes;
+  const auto found = places_.find(list);
+  if (found != places_.end()) {
+    for (const Place& place : found->second) {
+      boxes.push_back(
+          {box.left + place.x, box.top + place.y, box.right + place.x, box.bottom + place.y});
+    }
+  }
+  return boxes;
+}
+
+}  // namespace rvf::inspect

@@ -1,0 +1,206 @@
+#include "inspect/output/ReportIndex.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <map>
+
+#include "inspect/output/JsonChange.h"
+#include "inspect/output/JsonRecords.h"
+#include "inspect/output/ReportAssets.h"
+#include "inspect/output/ShownText.h"
+#include "messages/MessageReporter.h"
+#include "pagemodel/DrawPart.h"
+#include "text/NativeText.h"
+
+namespace rvf::inspect {
+
+namespace {
+
+// Pages that are drawn for the sake of a shared object.
+constexpr int kWantedUsers = 3;
+
+void addFileOnDisk(JsonLine& json, const char* name, const CaptureFile& file) {
+  addFile(json.name(name).open(), file);
+  struct stat state {};
+  if (::stat(file.path().c_str(), &state) == 0) {
+    json.field("size", static_cast<i64>(state.st_size));
+    json.field("time", static_cast<i64>(state.st_mtim.tv_sec));
+  }
+  json.close();
+}
+
+// The data stand in a script element, which ends where a text says so. Nothing outside of strings
+// has such a character.
+std::string inScriptElement(const std::string& json) {
+  std::string text;
+  text.reserve(json.size() + json.size() / 64);
+  for (const char c : json) {
+    if (c == '<') {
+      text += "\\u003c";
+    } else {
+      text += c;
+    }
+  }
+  return text;
+}
+
+}  // namespace
+
+void ReportIndex::begin(const CaptureFile&, const CaptureFile&,
+                        const InspectionSettings& settings) {
+  tolerances_ = settings.tolerances;
+}
+
+void ReportIndex::customer(const Change& change, i32 customer, const eString&) {
+  plan_.add(ChangeGroups::keyOf(change, kNone).id(), {customer, kNone, kNone});
+}
+
+void ReportIndex::page(const PageResult& result) {
+  const PageAddress& address = result.address;
+  if (lastCompared_ != address.customer) {
+    lastCompared_ = address.customer;
+    customersCompared_ += 1;
+  }
+  const i32 number = address.first != kNone ? address.first : address.second;
+  bool counts = result.verdictBits != 0;
+  for (const Change& change : result.changes) {
+    counts = counts || change.counts();
+    plan_.add(ChangeGroups::keyOf(change, number).id(),
+              {address.customer, address.first, address.second});
+  }
+  pagesWithChanges_ += result.changes.empty() ? 0 : 1;
+  if (counts && lastDiffering_ != address.customer) {
+    lastDiffering_ = address.customer;
+    customersDiffering_ += 1;
+  }
+}
+
+void ReportIndex::object(const ObjectChanges& object) {
+  if (objects_.size() < kMostObjects) {
+    objects_.push_back(object);
+  }
+}
+
+void ReportIndex::damage(const Damage& damage) {
+  damageCount_ += 1;
+  if (damageCount_ > kMostDamages) {
+    return;
+  }
+  damages_.open().field("path", fromNative(damage.path).view());
+  damages_.field("customer", damage.customer).field("id", damage.id.view());
+  damages_.field("page", damage.page).field("what", std::string_view(damage.what)).close();
+}
+
+void ReportIndex::end(const Summary& summary, const ChangeGroups& groups) {
+  summary_ = summary;
+  for (const ChangeGroup* group : groups.sorted()) {
+    groups_.push_back(*group);
+  }
+  addSummary(summaryFields_.open(), summary, groups);
+  summaryFields_.close();
+}
+
+std::vector<PagePlace> ReportIndex::choosePages(CaptureFile& first, std::size_t maxPages) {
+  if (maxPages > 0) {
+    findUsers(first);
+  }
+  std::vector<const ChangeGroup*> groups;
+  for (const ChangeGroup& group : groups_) {
+    groups.push_back(&group);
+  }
+  return plan_.choose(groups, maxPages);
+}
+
+void ReportIndex::findUsers(CaptureFile& file) {
+  struct Wanted {
+    const ObjectChanges* object = nullptr;
+    int users = 0;
+  };
+  std::map<std::pair<i32, i32>, Wanted> wanted;
+  for (const ObjectChanges& object : objects_) {
+    if (object.first != kNone && object.firstPages > 0) {
+      wanted[{object.objectType, object.first}] = {&object, 0};
+    }
+  }
+  for (i32 c = 0; c < file.customerCount() && !wanted.empty(); ++c) {
+    for (i32 p = 0; p < static_cast<i32>(file.customer(c).pages.size()) && !wanted.empty(); ++p) {
+      file.loadPage(c, p);
+      ObjectUses uses;
+      uses.addPage(file.context());
+      for (auto& [key, want] : wanted) {
+        if (uses.pagesUsing(key.first, key.second) == 0) {
+          continue;
+        }
+        for (const Change& change : want.object->changes) {
+          plan_.add(ChangeGroups::keyOf(change, kNone).id(), {c, p, p});
+        }
+        want.users += 1;
+      }
+      std::erase_if(wanted, [](const auto& entry) { return entry.second.users == kWantedUsers; });
+    }
+  }
+  // What the reader reports was told as damage when the pages were inspected.
+  static_cast<void>(messageReporter.takePending());
+}
+
+std::string ReportIndex::html(const CaptureFile& first, const CaptureFile& second,
+                              const DrawnPages& drawn) const {
+  JsonLine json;
+  json.open().field("format", kJsonFormat).field("redacted", redactsTexts);
+  addFileOnDisk(json, "first", first);
+  addFileOnDisk(json, "second", second);
+  json.field("positionTolerance", tolerances_.positionTolerance);
+  json.field("lineTolerance", tolerances_.lineTolerance);
+  json.field("verdictEnd", std::string_view(summary_.verdictEnd));
+  json.field("customersCompared", customersCompared_);
+  json.field("customersDiffering", customersDiffering_);
+  json.field("pagesWithChanges", pagesWithChanges_);
+  json.field("damagedPages", damageCount_);
+  std::string text = json.text();
+  text += ",\"summary\":" + summaryFields_.text() + ",\"damages\":[" + damages_.text() + "]";
+  text += ",\"pages\":[";
+  for (const std::string& entry : drawn.entries) {
+    text += (text.back() == '[' ? "" : ",") + entry;
+  }
+  JsonLine groups;
+  addGroups(groups.open(), first, drawn);
+  text += "],\"list\":" + groups.close().text() + "}";
+  return std::string(kReportHead) + inScriptElement(text) + std::string(kReportTail);
+}
+
+void ReportIndex::addGroups(JsonLine& json, const CaptureFile& first,
+                            const DrawnPages& drawn) const {
+  std::map<i32, std::size_t> customers;  // where an id stands in the table behind the groups
+  json.name("groups").openList();
+  for (const ChangeGroup& group : groups_) {
+    addGroup(json.open(), group);
+    if (const auto box = drawn.boxes.find(group.id); box != drawn.boxes.end()) {
+      addBox(json, "box", box->second);
+    }
+    json.name("drawn").openList();
+    if (const auto pages = drawn.ofGroups.find(group.id); pages != drawn.ofGroups.end()) {
+      for (const i32 page : pages->second) {
+        json.value(page);
+      }
+    }
+    json.closeList().name("ids").openList();
+    if (group.key.type != "CUSTOMER") {
+      for (const i32 customer : plan_.customersOf(group.id)) {
+        json.value(customers.emplace(customer, customers.size()).first->second);
+      }
+    }
+    json.closeList().close();
+  }
+  json.closeList().name("customers").openList();
+  std::vector<i32> inOrder(customers.size());
+  for (const auto& [customer, at] : customers) {
+    inOrder[at] = customer;
+  }
+  for (const i32 customer : inOrder) {
+    json.value(first.customer(customer).id.view());
+  }
+  json.closeList();
+}
+
+}  // namespace rvf::inspect

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "inspect/model/Inspection.h"
+#include "inspect/output/JsonLine.h"
+#include "inspect/output/ReportFolder.h"
+#include "inspect/output/ReportPlan.h"
+#include "inspect/output/SharedDrawings.h"
+
+namespace rvf::inspect {
+
+/// What the overview needs of the pages that are drawn.
+struct DrawnPages {
+  std::vector<std::string> entries;                    // as JSON, one a page
+  std::unordered_map<u64, std::vector<i32>> ofGroups;  // indexes of entries
+  std::unordered_map<u64, Box> boxes;                  // of groups, on the first page that has one
+};
+
+/// Writes the data files of chosen pages when an inspection comes to them: both drawings and every
+/// change. The pages of the files in memory are others afterwards.
+class ReportPages final : public InspectionListener {
+ public:
+  /// Draws the page that a context holds, as SVG.
+  using Drawer = std::function<std::string(const CompareContext& page)>;
+  static constexpr std::size_t kMostChanges = 2000;  // of one page; more are counted
+
+  ReportPages(CaptureFile& first, CaptureFile& second, const std::vector<PagePlace>& chosen,
+              const std::vector<ObjectChanges>& objects, ReportFolder& folder, Drawer drawer);
+
+  [[nodiscard]] const DrawnPages& drawn() const { return drawn_; }
+
+  void begin(const CaptureFile&, const CaptureFile&, const InspectionSettings&) override {}
+  void file(const Change&) override {}
+  void customer(const Change& change, i32 customer, const eString& id) override;
+  void verdict(const PageAddress& address, const PageVerdict& verdict) override;
+  void page(const PageResult& result) override;
+  void object(const ObjectChanges&) override {}
+  void damage(const Damage&) override {}
+  void end(const Summary&, const ChangeGroups&) override {}
+
+ private:
+  /// A page of one file while it is written.
+  struct Side;
+  struct Writing;
+
+  [[nodiscard]] bool isChosen(const PagePlace& place) const;
+  void write(Writing& page);
+  void draw(Writing& page, CaptureFile& file, i32 customer, Side& side);
+  void addChanges(Writing& page);
+  void addSharedChanges(Writing& page);
+  void addOne(Writing& page, const Change& change, u64 group, const std::string& secondList);
+
+  CaptureFile& first_;
+  CaptureFile& second_;
+  std::set<PagePlace> chosen_;
+  const std::vector<ObjectChanges>& objects_;
+  ReportFolder& folder_;
+  Drawer drawer_;
+  SharedDrawings shared_;
+  PageAddress verdictAddress_;
+  PageVerdict verdict_;
+  DrawnPages drawn_;
+};
+
+}  // namespace rvf::inspect

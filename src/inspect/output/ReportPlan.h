@@ -1,0 +1,44 @@
+#pragma once
+
+#include <compare>
+#include <set>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "inspect/model/ChangeGroups.h"
+
+namespace rvf::inspect {
+
+/// A pair of pages, or a page that only one file has: kNone on the other side. `customer` is an
+/// index of the first file.
+struct PagePlace {
+  i32 customer = kNone;
+  i32 first = kNone;
+  i32 second = kNone;
+  auto operator<=>(const PagePlace&) const = default;
+};
+
+/// Keeps where the changes of each group are, and chooses the pages that the report draws. Takes no
+/// more memory than its limits allow.
+class ReportPlan {
+ public:
+  static constexpr std::size_t kMostPlacesOfGroup = 200;
+  static constexpr std::size_t kMostPlaces = 100000;  // of all groups together
+
+  void add(u64 group, const PagePlace& place);
+
+  /// Up to `maxPages`, for groups in their order: one of each group, then a second and a third,
+  /// then all that are known of the largest.
+  [[nodiscard]] std::vector<PagePlace> choose(std::span<const ChangeGroup* const> groups,
+                                              std::size_t maxPages) const;
+
+  /// The customers of a group, as far as they were kept.
+  [[nodiscard]] std::vector<i32> customersOf(u64 group) const;
+
+ private:
+  std::unordered_map<u64, std::vector<PagePlace>> places_;
+  std::size_t count_ = 0;
+};
+
+}  // namespace rvf::inspect

@@ -1,0 +1,50 @@
+# Puts the style and the scripts of the report into its page, with the hashes that its policy allows
+# them by, and writes the page as a source of the program, cut where its data belong.
+#   cmake -DFOLDER=... -DSCRIPTS=a.js,b.js -DOUTPUT=... -P embed.cmake
+
+# The form that a policy wants: base64 of the 32 bytes.
+function(policy_hash text result)
+  string(SHA256 digits "${text}")
+  set(alphabet ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/)
+  set(encoded "")
+  foreach(at RANGE 0 60 6)
+    string(SUBSTRING "${digits}00" ${at} 6 part)
+    math(EXPR bits "0x${part}")
+    foreach(shift 18 12 6 0)
+      math(EXPR index "${bits} >> ${shift} & 63")
+      string(SUBSTRING ${alphabet} ${index} 1 letter)
+      string(APPEND encoded "${letter}")
+    endforeach()
+  endforeach()
+  # 32 bytes are 10 groups of three and two bytes more, which take three letters and a sign.
+  string(SUBSTRING "${encoded}" 0 43 encoded)
+  set(${result} "sha256-${encoded}=" PARENT_SCOPE)
+endfunction()
+
+file(READ "${FOLDER}/template.html" page)
+file(READ "${FOLDER}/style.css" style)
+set(script "")
+string(REPLACE "," ";" names "${SCRIPTS}")
+foreach(name IN LISTS names)
+  file(READ "${FOLDER}/${name}" text)
+  string(APPEND script "${text}")
+endforeach()
+policy_hash("${style}" style_hash)
+policy_hash("${script}" script_hash)
+foreach(name style style_hash script_hash script)
+  string(REPLACE "@${name}@" "${${name}}" page "${page}")
+endforeach()
+
+string(FIND "${page}" "@data@" cut)
+string(SUBSTRING "${page}" 0 ${cut} head)
+math(EXPR rest "${cut} + 6")
+string(SUBSTRING "${page}" ${rest} -1 tail)
+file(WRITE "${OUTPUT}" "#include \"inspect/output/ReportAssets.h\"
+
+namespace rvf::inspect {
+
+const std::string_view kReportHead = R\"rvfpage(${head})rvfpage\";
+const std::string_view kReportTail = R\"rvfpage(${tail})rvfpage\";
+
+}  // namespace rvf::inspect
+")

@@ -1,0 +1,93 @@
+"use strict";
+
+// Starts the report and goes from view to view. The address is the one place that says what is shown.
+
+const groupList = new GroupList();
+const pageView = new PageView();
+let listScroll = 0;
+
+/** @param {State} view */
+function isPageView(view) {
+  return view.page !== null || view.group !== "";
+}
+
+/**
+ * @param {State} next
+ * @param {"push" | "replace"} [how] whether the browser's way back leads to where we are
+ */
+function go(next, how = "push") {
+  const address = addressOf(next);
+  if (how === "push" && address !== location.hash) history.pushState(null, "", address);
+  else history.replaceState(null, "", address);
+  showState();
+}
+
+function showState() {
+  const wasPage = pageView.node.isConnected;
+  const isPage = isPageView(stateFromAddress());
+  const lastGroup = state.group || (pageView.data?.changes[state.change]?.group ?? "");
+  state = stateFromAddress();
+  if (isPage) {
+    if (!wasPage) {
+      listScroll = scrollY;
+      groupList.node.remove();
+      document.body.append(pageView.node);
+      scrollTo(0, 0);
+      pageView.title.focus({ preventScroll: true });
+    }
+    void pageView.show();
+    return;
+  }
+  document.title = "What changed";
+  if (wasPage) {
+    pageView.clear();
+    pageView.node.remove();
+  }
+  if (!groupList.node.isConnected) document.body.append(groupList.node);
+  groupList.show();
+  if (wasPage) {
+    scrollTo(0, listScroll);
+    groupList.draw();
+    groupList.focus(lastGroup);
+  }
+}
+
+/** @param {number} step */
+function stepChange(step) {
+  const count = pageView.data?.changes.length ?? 0;
+  if (count > 0)
+    go({ ...state, change: Math.min(Math.max(state.change + step, 0), count - 1) }, "replace");
+}
+
+/** The next page of the group, or of the report if no group was chosen. @param {number} step */
+function stepPage(step) {
+  const group = groupById.get(state.group);
+  const pages =
+    group && group.drawn.length > 0 ? group.drawn : report.pages.map((page) => page.page);
+  const at = pages.indexOf(state.page ?? -1);
+  const next = pages[Math.min(Math.max(at + step, 0), pages.length - 1)];
+  if (next !== undefined && next !== state.page) go({ ...state, page: next, change: 0 });
+}
+
+/** The next group that the filter lets through. @param {number} step */
+function stepGroup(step) {
+  const list = filteredGroups(state.filter);
+  const here = state.group || (pageView.data?.changes[state.change]?.group ?? "");
+  const at = list.findIndex((group) => group.id === here);
+  const next = list[Math.min(Math.max(at + step, 0), list.length - 1)];
+  if (next && next.id !== here) go(stateOfGroup(next));
+}
+
+document.body.append(makeTints());
+addEventListener("popstate", showState);
+addEventListener("hashchange", showState);
+addEventListener("keydown", press);
+document.addEventListener("click", (event) => {
+  const link = event.target instanceof Element ? event.target.closest("a[href^='#']") : null;
+  if (link && !event.ctrlKey && !event.metaKey && !event.shiftKey) {
+    event.preventDefault();
+    history.pushState(null, "", link.getAttribute("href"));
+    showState();
+  }
+});
+showState();
