@@ -13,7 +13,8 @@ namespace {
 bool sameInAllBytes(const DrawPart& left, const DrawPart& right) {
   const PayloadBlock& a = left.payload;
   const PayloadBlock& b = right.payload;
-  return std::memcmp(&left.fields, &right.fields, sizeof(PartFields)) == 0 &&
+  return sameBytes(std::as_bytes(std::span(&left.fields, 1)),
+                   std::as_bytes(std::span(&right.fields, 1))) &&
          sameBytes(std::span(a.data(), a.size()), std::span(b.data(), b.size()));
 }
 
@@ -148,7 +149,7 @@ void addTextPropWordsToKey(MatchKey& key, const DrawPart& part) {
       key.add(words.words[i]);
     }
   }
-  TextPropFields fields;
+  TextPropFields fields{};
   static_assert(sizeof(fields) <= sizeof(words.words));
   std::memcpy(&fields, words.words.data(), sizeof(fields));
   const i32 length = comparedLength(fields);

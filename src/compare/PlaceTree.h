@@ -35,9 +35,9 @@ class PlaceTree {
 
  private:
   struct Node {
-    std::size_t begin, end;  // items
-    std::size_t value = 0;   // that splits them
-    i32 leftHighest = 0;     // of the value
+    std::size_t begin = 0, end = 0;  // items
+    std::size_t value = 0;           // that splits them
+    i32 leftHighest = 0;             // of the value
     i32 rightLowest = 0;
     std::size_t left = 0, right = 0;  // nodes; 0: a leaf
     i32 lowestFree = kNone;           // not above the lowest index that is free
