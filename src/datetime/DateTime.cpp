@@ -78,7 +78,7 @@ void DateTime::setToLocalTime(const std::tm* local) {
 namespace {
 
 struct Moment {
-  std::chrono::year_month_day date;
+  std::chrono::year_month_day date{};
   i32 second = 0;  // of the day
 };
 

@@ -84,6 +84,7 @@ std::map<u64, GroupKey> readAccepted(const std::string& path) {
 
 void writeAccepted(const std::string& path, const std::map<u64, GroupKey>& groups) {
   std::vector<std::string> lines;
+  lines.reserve(groups.size());
   for (const auto& [id, key] : groups) {
     lines.push_back(lineOf(key));
   }

@@ -24,8 +24,8 @@ struct StringWriter final : pugi::xml_writer {
 }  // namespace
 
 JUnitReport::JUnitReport(Output& output) : output_(output) {
-  output_.line("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
-  output_.line("<testsuites name=\"rvfinspect\">");
+  output_.line(R"(<?xml version="1.0" encoding="UTF-8"?>)");
+  output_.line(R"(<testsuites name="rvfinspect">)");
 }
 
 void JUnitReport::beginSuite(const std::string& name) {

@@ -40,7 +40,7 @@ std::vector<PagePlace> ReportPlan::choose(std::span<const ChangeGroup* const> gr
   for (const ChangeGroup* group : groups) {
     take(group, kExamples, kMostPlacesOfGroup);
   }
-  std::ranges::sort(chosen);
+  std::sort(chosen.begin(), chosen.end());
   return chosen;
 }
 

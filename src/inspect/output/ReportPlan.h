@@ -1,8 +1,8 @@
 #pragma once
 
-#include <compare>
 #include <set>
 #include <span>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
@@ -16,7 +16,10 @@ struct PagePlace {
   i32 customer = kNone;
   i32 first = kNone;
   i32 second = kNone;
-  auto operator<=>(const PagePlace&) const = default;
+  bool operator==(const PagePlace&) const = default;
+  friend bool operator<(const PagePlace& a, const PagePlace& b) {
+    return std::tie(a.customer, a.first, a.second) < std::tie(b.customer, b.first, b.second);
+  }
 };
 
 /// Keeps where the changes of each group are, and chooses the pages that the report draws. Takes no

@@ -4,6 +4,7 @@
 #include <unicode/ucnv_err.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "messages/MessageReporter.h"
 
@@ -77,14 +78,14 @@ bool TextConverter::SetEncoding(i32 id) {
 }
 
 bool TextConverter::SetEncodingByName(const eString& name) {
-  const eString wanted = name;  // may be the name of the converter that is closed here
+  eString wanted = name;  // may be the name of the converter that is closed here
   CloseConverter();
   GetEncodingId(wanted, encodingId_);
   if (OpenConverter(wanted, converter_) != converter_result::kOpened) {
     CloseConverter();
     return false;
   }
-  converterName_ = wanted;
+  converterName_ = std::move(wanted);
   installCallback();
   return true;
 }
