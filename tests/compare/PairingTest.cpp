@@ -157,7 +157,8 @@ class RandomLists {
       std::vector<std::size_t> places = places_;
       if (places.empty()) places.push_back(kFirstField + random_() % (record.size() - kFirstField));
       for (const std::size_t at : places) {
-        changed[at] = static_cast<char>(changed[at] ^ (random_() % 2) * (random_() % 16));
+        const auto bits = static_cast<int>((random_() % 2) * (random_() % 16));
+        changed[at] = static_cast<char>(changed[at] ^ bits);
       }
       DrawPart& part = appendSlot(list);
       EXPECT_TRUE(readRecord(part, changed) || readRecord(part, record));

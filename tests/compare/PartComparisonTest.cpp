@@ -142,7 +142,7 @@ TEST(PartComparison, TextsWithMoreRecordsThanTheyKeep) {
       return part;
     };
     const DrawPart plain = read({.textFlags = 12});
-    for (const std::size_t count : {0, 1, 65535, 65536, 65537, 131072}) {
+    for (const std::size_t count : {0U, 1U, 65535U, 65536U, 65537U, 131072U}) {
       const std::vector<test::Run> runs(count);
       const std::vector<std::array<int, 6>> outlines(count);
       for (const TextFields& fields : {TextFields{.extensionRuns = runs}, {.outlines = outlines}}) {

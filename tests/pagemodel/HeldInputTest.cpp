@@ -45,7 +45,7 @@ TEST(HeldInput, PartsReadAsFromTheArchive) {
         changed[i] = static_cast<char>(changed[i] ^ 0x81);
         compare(changed);
       }
-      for (const std::size_t behind : {0, 255, 256, 257, 260, 4096}) {
+      for (const std::size_t behind : {0U, 255U, 256U, 257U, 260U, 4096U}) {
         compare(record + std::string(behind, '\1'));
       }
     }
