@@ -20,6 +20,11 @@ using namespace rvf::test;
 
 using Files = std::pair<CaptureFields, CaptureFields>;
 
+template <class T>
+std::vector<T> copies(int count, const T& value) {
+  return std::vector<T>(static_cast<std::size_t>(count), value);
+}
+
 std::u16string numbered(int n) {
   const std::string digits = std::to_string(n);
   return {digits.begin(), digits.end()};
@@ -36,7 +41,7 @@ Files reversed(int count, const std::function<Part(int)>& makePart) {
 
 /// References to one object, which has these children in each file.
 Files references(int count, const std::vector<Part>& first, const std::vector<Part>& second) {
-  const CaptureFields fields = captureOf({page(std::vector(count, staticRef()))});
+  const CaptureFields fields = captureOf({page(copies(count, staticRef()))});
   Files files{fields, fields};
   files.first.statics21 = {{.first = {.parts = first}}};
   files.second.statics21 = {{.first = {.parts = second}}};
@@ -44,15 +49,15 @@ Files references(int count, const std::vector<Part>& first, const std::vector<Pa
 }
 
 Files sharedObject(int count, const Part& lastInSecond) {
-  const std::vector<Part> children(count, line());
+  const std::vector<Part> children = copies<Part>(count, line());
   std::vector<Part> changed = children;
   changed.back() = lastInSecond;
   return references(count, children, changed);
 }
 
 Files letterhead(int pages, int parts) {
-  CaptureFields fields = captureOf(std::vector(pages, page({staticRef(), text()})));
-  fields.statics21 = {{.first = {.parts = std::vector(parts, line())}}};
+  CaptureFields fields = captureOf(copies(pages, page({staticRef(), text()})));
+  fields.statics21 = {{.first = {.parts = copies(parts, line())}}};
   return {fields, fields};
 }
 
@@ -65,7 +70,7 @@ Part nearText(int i) {
 const std::map<std::string, std::function<Files(int)>> kCases = {
     {"references-equal", [](int n) { return sharedObject(n, line()); }},
     {"references-last", [](int n) { return sharedObject(n, rect()); }},
-    {"references-one-side", [](int n) { return references(n, std::vector(n, line()), {}); }},
+    {"references-one-side", [](int n) { return references(n, copies(n, line()), {}); }},
     {"references-layers",
      [](int n) {
        return reversed(

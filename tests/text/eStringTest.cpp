@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/Sizes.h"
 #include "text/NativeText.h"
 
 namespace rvf {
@@ -51,7 +52,7 @@ TEST(eString, PartsAndSearches) {
   constexpr std::u16string_view kText = u"abca";
   const eString text(kText);
   for (i32 start = -2; start <= 6; ++start) {
-    const std::u16string_view tail = kText.substr(std::min<std::size_t>(std::max(start, 0), 4));
+    const std::u16string_view tail = kText.substr(asSize(std::clamp(start, 0, 4)));
     EXPECT_EQ(text.Mid(start).view(), tail);
     EXPECT_EQ(text.Find(u'a', start), start <= 0 ? 0 : start <= 3 ? 3 : -1);
     EXPECT_EQ(text.Find(0, start), -1);
