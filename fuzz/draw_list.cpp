@@ -36,12 +36,11 @@ void checkInput(FuzzInput input) {
   archive.Seek(0);
   readDrawList(used, archive);
   if ((flags & 2) == 0) resetList(used);
-  currentContext = &found;
-  readDrawList(used, archive);
+  readDrawList(used, archive, found);
   Loader again(lists.file);
   again.setWideStrings((flags & 1) != 0);
   again.Seek(static_cast<i32>(second));
-  readDrawList(fresh, again);
+  readDrawList(fresh, again, found);
 
   require(used.count == fresh.count, "a used list has the parts of a new one");
   examineParts(fresh);

@@ -11,15 +11,6 @@ namespace {
 constexpr i32 kSmallestPlacedList = kSmallestDrawList + 2 * static_cast<i32>(sizeof(i32));
 constexpr i32 kFirstVersionWithFourTables = 2;
 
-/// Sets currentContext while a page is being read.
-class CurrentContext {
- public:
-  explicit CurrentContext(const StaticLookup& context) { currentContext = &context; }
-  CurrentContext(const CurrentContext&) = delete;
-  CurrentContext& operator=(const CurrentContext&) = delete;
-  ~CurrentContext() { currentContext = nullptr; }
-};
-
 }  // namespace
 
 void CompareContext::FetchPage(i32 customerIndex, i32 position) {
@@ -33,7 +24,6 @@ void CompareContext::FetchPage(i32 customerIndex, i32 position) {
   if (position < 0) {
     return;
   }
-  const CurrentContext current(*this);
   // The pages of a file are similar in size: a block as large as the last page usually holds this
   // one whole.
   static_cast<void>(window().hold(position, bodyLength_));
@@ -88,7 +78,7 @@ void CompareContext::readBody(eArchive& archive) {
   if (archive.failed()) {
     return;
   }
-  readDrawList(pageList, archive);
+  readDrawList(pageList, archive, *this);
   if (!archive.failed()) {
     readPlacedLists(archive);
   }
@@ -99,7 +89,7 @@ void CompareContext::readPlacedLists(eArchive& archive) {
   for (i32 i = 0; i < count; ++i) {
     DrawList& list = placedListAt(i);
     resetList(list);
-    readDrawList(list, archive);
+    readDrawList(list, archive, *this);
     if (archive.failed()) {
       return;
     }

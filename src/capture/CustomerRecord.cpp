@@ -10,7 +10,9 @@ namespace {
 // Quirk that stays: text of the other byte order is recognised by the low byte of the id's first
 // character alone. So the names of a customer with an empty id are swapped too (the byte that is
 // tested is the terminator's), and an id that starts with U+3000 is taken for swapped.
-bool looksSwapped(const eString& id) { return (id.c_str()[0] & 0xFF) == 0; }
+CharacterOrder orderOf(const eString& id) {
+  return (id.c_str()[0] & 0xFF) == 0 ? CharacterOrder::kSwapped : CharacterOrder::kNative;
+}
 
 }  // namespace
 
@@ -19,8 +21,8 @@ void CustomerRecord::read(eArchive& archive, PageNames& names) {
   frame.BeginRecord();
   leadValue = readTaggedValue(frame, archive);
   archive.ReadString(id);
-  const bool swapBytes = looksSwapped(id);
-  if (swapBytes) {
+  const CharacterOrder order = orderOf(id);
+  if (order == CharacterOrder::kSwapped) {
     swapCharacterBytes(id);
     id.ReleaseBuffer(-1);
   }
@@ -28,7 +30,7 @@ void CustomerRecord::read(eArchive& archive, PageNames& names) {
   const i32 count = archive.checkedCount(pageCount, kSmallestPageRecord);
   pages.reserve(static_cast<std::size_t>(count));
   for (i32 i = 0; i < count && !archive.failed(); ++i) {
-    pages.emplace_back().read(archive, swapBytes, names);
+    pages.emplace_back().read(archive, order, names);
   }
   frame.EndRecord(archive);
 }

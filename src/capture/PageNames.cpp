@@ -38,8 +38,11 @@ struct StoredName {
   std::size_t totalSize;
 };
 
+enum class Width : u8 { kNarrow, kWide };
+
 /// Makes room for a name and writes its head. Returns where the characters go.
-std::byte* makeName(IndexMemory& memory, std::size_t length, bool isWide, std::byte*& start) {
+std::byte* makeName(IndexMemory& memory, std::size_t length, Width width, std::byte*& start) {
+  const bool isWide = width == Width::kWide;
   const bool isShort = length < kShortLengths;
   const std::size_t headSize = isShort ? kShortHead : kLongHead;
   start = static_cast<std::byte*>(
@@ -51,6 +54,7 @@ std::byte* makeName(IndexMemory& memory, std::size_t length, bool isWide, std::b
   }
   return start + headSize;
 }
+
 char16_t unitAt(const std::byte* units, std::size_t index) {
   char16_t unit = 0;
   std::memcpy(&unit, units + index * kWideCharacter, kWideCharacter);
@@ -108,7 +112,8 @@ PageName PageNames::keepWide(std::span<const std::byte> units) {
   }
   std::byte* start = nullptr;
   const bool isWide = allBits > kLastNarrow;
-  std::byte* const characters = makeName(memory_, length, isWide, start);
+  std::byte* const characters =
+      makeName(memory_, length, isWide ? Width::kWide : Width::kNarrow, start);
   if (isWide) {
     std::memcpy(characters, units.data(), length * kWideCharacter);
   } else {
@@ -126,17 +131,17 @@ PageName PageNames::keepNarrow(std::span<const std::byte> bytes) {
     return {};
   }
   std::byte* start = nullptr;
-  std::memcpy(makeName(memory_, length, false, start), bytes.data(), length);
+  std::memcpy(makeName(memory_, length, Width::kNarrow, start), bytes.data(), length);
   return PageName(start);
 }
 
-PageName PageNames::read(eArchive& archive, bool swapBytes) {
+PageName PageNames::read(eArchive& archive, CharacterOrder order) {
   // Nearly all names are short and lie whole in the buffer, so that they can be copied directly.
   const std::span<const std::byte> held = archive.held();
   const bool isMarked = held.size() > std::size(kWideMarker) &&
                         std::equal(std::begin(kWideMarker), std::end(kWideMarker), held.begin());
   const std::size_t front = (isMarked ? std::size(kWideMarker) : 0) + kCountByte;
-  const bool isUsual = !swapBytes && (isMarked || !archive.wideStrings());
+  const bool isUsual = order == CharacterOrder::kNative && (isMarked || !archive.wideStrings());
   if (isUsual && held.size() >= front) {
     const auto count = static_cast<std::size_t>(held[front - kCountByte]);
     const std::size_t size = isMarked ? count * kWideCharacter : count;
@@ -150,7 +155,7 @@ PageName PageNames::read(eArchive& archive, bool swapBytes) {
   if (archive.failed()) {
     return {};
   }
-  if (swapBytes) {
+  if (order == CharacterOrder::kSwapped) {
     swapCharacterBytes(scratch_);
   }
   return keep(scratch_.view());

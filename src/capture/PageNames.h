@@ -33,6 +33,9 @@ class PageName {
   const std::byte* stored_ = nullptr;  // null: empty
 };
 
+/// Whether the characters of a text are stored in this machine's byte order.
+enum class CharacterOrder : u8 { kNative, kSwapped };
+
 /// Makes the names of the pages of one file. They are packed one after another, with one byte per
 /// character where that is enough.
 class PageNames {
@@ -44,8 +47,8 @@ class PageNames {
 
   /// Keeps a copy of `text` up to its first zero character.
   PageName keep(std::u16string_view text);
-  /// Reads a name from a loading archive. `swapBytes`: its characters have the other byte order.
-  PageName read(eArchive& archive, bool swapBytes);
+  /// Reads a name from a loading archive.
+  PageName read(eArchive& archive, CharacterOrder order);
 
  private:
   [[nodiscard]] PageName keepNarrow(std::span<const std::byte> characters);

@@ -5,11 +5,11 @@
 
 namespace rvf {
 
-void PageRecord::read(eArchive& archive, bool swapBytes, PageNames& names) {
+void PageRecord::read(eArchive& archive, CharacterOrder order, PageNames& names) {
   eRecordFrame frame(index_tag::kBase);
   frame.BeginRecord();
   leadValue = archive.ReadI32();
-  name = names.read(archive, swapBytes);
+  name = names.read(archive, order);
   filePosition = archive.ReadI32();
   tailValue = readTaggedValue(frame, archive);
   frame.EndRecord(archive);

@@ -16,9 +16,8 @@ struct PageRecord {
   PageRecord(i32 leading, PageName pageName, i32 position, i32 trailing)
       : name(pageName), leadValue(leading), filePosition(position), tailValue(trailing) {}
 
-  /// Reads the record; the name is kept in `names`. `swapBytes`: the text of the customer arrived
-  /// with its bytes the other way round.
-  void read(eArchive& archive, bool swapBytes, PageNames& names);
+  /// Reads the record; the name, in the customer's `order`, is kept in `names`.
+  void read(eArchive& archive, CharacterOrder order, PageNames& names);
   /// Writes it in its newest form. Part of the interface; a run stores no index.
   void store(eArchive& archive) const;
 

@@ -6,6 +6,7 @@
 #include "pagemodel/PartOperations.h"
 #include "pagemodel/PartVersions.h"
 #include "pagemodel/PayloadText.h"
+#include "pagemodel/ReferenceParts.h"
 #include "storage/HyperlinkInfo.h"
 #include "storage/RecordFrame.h"
 
@@ -26,11 +27,15 @@ DrawPart& slotAt(DrawList& list, i32 index, i32 count) {
   return list.slots[position];
 }
 
-void readParts(DrawList& list, eArchive& archive, i32 count) {
+void readParts(DrawList& list, eArchive& archive, i32 count, const StaticLookup* statics) {
   for (i32 i = 0; i < count; ++i) {
-    readDrawPart(slotAt(list, i, count), archive);
+    DrawPart& part = slotAt(list, i, count);
+    readDrawPart(part, archive);
     if (archive.failed()) {
       return;
+    }
+    if (statics != nullptr && part.type == PartType::kStaticRef) {
+      setChildList(part, referencedList(part.fields.staticRef, *statics));
     }
     list.count = i + 1;
   }
@@ -130,24 +135,7 @@ void readWholePart(DrawPart& part, eArchive& archive) {
   }
 }
 
-}  // namespace
-
-void readDrawPart(DrawPart& part, eArchive& archive) {
-  if (HeldInput::hasEnough(archive)) {
-    HeldInput held(archive);
-    makeBlank(part);
-    readHeldPart(part, held);
-    if (!held.failed()) {
-      archive.advanceTo(held.next());
-      return;
-    }
-  }
-  readWholePart(part, archive);
-}
-
-void storeDrawList(eArchive& archive) { archive.WriteI32(kEndMark); }
-
-void readDrawList(DrawList& list, eArchive& archive) {
+void readList(DrawList& list, eArchive& archive, const StaticLookup* statics) {
   using namespace list_version;
   eRecordFrame frame(kBaseTag);
   frame.BeginRecord();
@@ -177,7 +165,7 @@ void readDrawList(DrawList& list, eArchive& archive) {
   if (archive.failed()) {
     return;
   }
-  readParts(list, archive, count);
+  readParts(list, archive, count, statics);
   if (archive.failed()) {
     return;
   }
@@ -187,5 +175,28 @@ void readDrawList(DrawList& list, eArchive& archive) {
   list.listExtra = v >= kListExtra ? archive.ReadU16() : u16{0};
   frame.EndRecord(archive);
 }
+
+}  // namespace
+
+void readDrawPart(DrawPart& part, eArchive& archive) {
+  if (HeldInput::hasEnough(archive)) {
+    HeldInput held(archive);
+    makeBlank(part);
+    readHeldPart(part, held);
+    if (!held.failed()) {
+      archive.advanceTo(held.next());
+      return;
+    }
+  }
+  readWholePart(part, archive);
+}
+
+void storeDrawList(eArchive& archive) { archive.WriteI32(kEndMark); }
+
+void readDrawList(DrawList& list, eArchive& archive, const StaticLookup& statics) {
+  readList(list, archive, &statics);
+}
+
+void readDrawList(DrawList& list, eArchive& archive) { readList(list, archive, nullptr); }
 
 }  // namespace rvf

@@ -95,7 +95,6 @@ void decodeStaticRef(DrawPart& part, Input& input, i32 v) {
   if (v < kWholeScale) {
     fields.height = wrappingProduct(fields.height, kOldScale);
   }
-  setChildList(part, currentContext == nullptr ? nullptr : referencedList(fields, *currentContext));
 }
 
 }  // namespace

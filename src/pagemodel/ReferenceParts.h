@@ -7,7 +7,8 @@
 
 namespace rvf {
 
-// STATICREF. Its payload is the pointer to the child list, where there is one.
+// STATICREF. Its payload is the pointer to the child list, where there is one. Reading the part
+// leaves it without: the reader of the list looks it up.
 
 struct DrawList;
 

@@ -143,7 +143,7 @@ TEST(PageNames, OfEveryLengthAndForm) {
           // Behind a byte that has filled the buffer.
           LoadedBytes file("v" + ByteWriter(wide).string(text).bytes + "w", wide, bufferSize);
           EXPECT_EQ(file.archive.ReadU8(), 'v');
-          const PageName name = names.read(file.archive, false);
+          const PageName name = names.read(file.archive, CharacterOrder::kNative);
           EXPECT_TRUE(name.text() == eString(text) && name == names.keep(text)) << length;
           EXPECT_EQ(name == names.keep(text + u"c"), false);
           EXPECT_EQ(file.archive.ReadU8(), 'w') << length;
