@@ -1,4 +1,4 @@
-// Writes the two files of samples/: the monthly job of a small insurer before and after a change.
+// Writes the two files in samples/: the monthly job of a small insurer before and after a change.
 //   make_samples [FOLDER]
 // They are kept with the sources, so this only needs to be run to change them.
 
@@ -14,13 +14,13 @@ namespace {
 using namespace rvf::test;
 
 constexpr int kPageWidth = 2480, kPageHeight = 3508;
-constexpr int kLeft = 250, kRight = 2230, kLineHeight = 56;  // in dots, 300 an inch, on A4
+constexpr int kLeft = 250, kRight = 2230, kLineHeight = 56;  // in dots at 300 per inch, on A4
 constexpr int kTextFont = 3, kHeadingFont = 4;
 constexpr unsigned kBlack = 0x000000, kHouseBlue = 0x8A4B08, kHouseGreen = 0x3C7A1E,
                    kPaleBlue = 0xF7EBDE;
 
 using Lines = std::vector<std::u16string>;
-/// A text with one run a line.
+/// A text with one run per line.
 Part paragraph(int x, int y, const Lines& lines, int fontId = kTextFont) {
   TextFields f{.text = u"", .runs = {}, .fontId = fontId, .rotation = 0, .colour = kBlack};
   for (const std::u16string& line : lines) {
@@ -128,7 +128,7 @@ PageFields statement(int totalWidth, unsigned boxColour) {
                 paragraph(kLeft, 1270, {u"Total"}), rule(1300, totalWidth)});
 }
 
-PageFields claimForm() {  // the marker names the stretch that is stapled as one set
+PageFields claimForm() {  // the markers enclose one stapled set
   return sheet(u"Claim form", {startEnd({.markerKind = 1}), heading(u"Report of a claim"),
                                box(860, 2600, kPaleBlue), startEnd({.markerKind = 2})});
 }
@@ -140,7 +140,7 @@ PageFields privacyNotice() {
        paragraph(kLeft, 900, {u"We keep what the law asks us to keep, and nothing else."})});
 }
 
-/// The monthly job before and after a change: a new closing in all letters, a premium, a line
+/// The monthly job before or after the change: a new closing in all letters, a premium, a line
 /// width, a colour, a line of advertising, and an additional page.
 CaptureFields job(bool changed) {
   const std::u16string regards = changed ? u"Kind regards" : u"With kind regards";

@@ -6,7 +6,7 @@
 
 int main(int argc, char** argv) {
   // If the reader of a pipe exits early, as head does, the program ends silently, whatever the
-  // parent process has set.
+  // parent process set.
   std::signal(SIGPIPE, SIG_DFL);
   try {
     return rvf::inspect::runInspect(argc, argv);

@@ -4,7 +4,7 @@
 
 namespace rvf {
 
-// The field widths of the files, in the short form that the record tables use.
+// The field widths of the files, under the short names that the record tables use.
 using i8 = std::int8_t;
 using i16 = std::int16_t;
 using i32 = std::int32_t;

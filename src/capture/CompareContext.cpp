@@ -24,8 +24,8 @@ void CompareContext::FetchPage(i32 customerIndex, i32 position) {
   if (position < 0) {
     return;
   }
-  // The pages of a file are similar in size: a block as large as the last page usually holds this
-  // one whole.
+  // The pages of a file are similar in size: a block as large as the last page usually holds all of
+  // this one.
   static_cast<void>(window().hold(position, bodyLength_));
   eArchive archive(*file, eArchive::Mode::kLoad, eArchive::kCaptureWindowSize);
   archive.setWideStrings(doubleByteText);
@@ -34,7 +34,8 @@ void CompareContext::FetchPage(i32 customerIndex, i32 position) {
   bodyLength_ = archive.failed() ? 0 : archive.GetPosition() - position;
   if (archive.failed()) {
     pageFailure_ = PageFailure{archive.failureOffset(), archive.newerRecord()};
-    // Two files with the same damage must not be called identical, whatever was left of the page.
+    // Two files with the same damage must not be reported as identical, whatever was left of the
+    // page.
     archive.markDamaged();
   }
 }
@@ -113,8 +114,8 @@ DrawList& CompareContext::placedListAt(i32 index) {
 }
 
 void CompareContext::ReadStaticTables(eArchive& archive, i32 fileVersion) {
-  forgetPage();  // its references lead into the tables
-  // In the order of the file, which is not that of the type numbers.
+  forgetPage();  // its references point into the tables
+  // In file order, which is not that of the type numbers.
   StaticTable* const tables[] = {&type21Statics_, &type24Statics_, &type23Statics_,
                                  &type175Statics_};
   for (StaticTable* table : tables) {

@@ -16,12 +16,12 @@ namespace rvf {
 
 /// Why a page could not be read completely.
 struct PageFailure {
-  i64 offset = 0;                    // in the file, of the place that was reached
-  std::optional<NewerRecord> newer;  // set: a record is too new; otherwise the page is damaged
+  i64 offset = 0;                    // in the file, of the place where reading stopped
+  std::optional<NewerRecord> newer;  // set if a record is too new; otherwise the page is damaged
 };
 
 /// The working state of one file: the page in memory, the static lists placed on it, and the tables
-/// of static objects that any page may refer to. Exactly one page is held at a time; its memory is
+/// of static objects that any page may refer to. Only one page is held at a time; its memory is
 /// reused for the next.
 class CompareContext final : public StaticLookup {
  public:
@@ -33,29 +33,29 @@ class CompareContext final : public StaticLookup {
   /// position means a page without a body. A page that is already in memory is not read again.
   ///
   /// A damaged body leaves what was read before the damage: possibly an empty page, never the
-  /// previous one. The failure is reported, once. A record that is too new has the same effect but
-  /// is not reported: see pageFailure.
+  /// previous one. The failure is reported once. A record that is too new has the same effect but
+  /// is not reported; see pageFailure.
   void FetchPage(i32 customerIndex, i32 position);
 
-  /// What is wrong with the page in memory; empty if it is sound.
+  /// What is wrong with the page in memory; empty if nothing is.
   [[nodiscard]] const std::optional<PageFailure>& pageFailure() const { return pageFailure_; }
-  /// The record of that page that is too new; null if there is none.
+  /// The record of the page in memory that is too new; null if there is none.
   [[nodiscard]] const NewerRecord* newerRecord() const {
     return pageFailure_ && pageFailure_->newer ? &*pageFailure_->newer : nullptr;
   }
 
   /// The size of the body of the page in memory; 0 if there is none or it is damaged.
   [[nodiscard]] i64 bodyLength() const { return bodyLength_; }
-  /// The bytes of the body of the page in memory; none for a page without a body, a damaged one,
-  /// and one whose bytes have left the file's window. Valid until the file is read again.
+  /// The bytes of the body of the page in memory; empty for a page without a body, a damaged one,
+  /// and one whose bytes are no longer in the file's window. Valid until the file is read again.
   [[nodiscard]] std::span<const std::byte> bodyBytes() const;
-  /// Whether the file has the same bytes at `position`. Also false if a single read cannot tell.
+  /// Whether the file has the same bytes at `position`. Also false if a single read cannot fetch
+  /// them.
   [[nodiscard]] bool hasBytesAt(i32 position, std::span<const std::byte> bytes);
-  /// Leaves no page in memory.
+  /// Drops the page in memory.
   void forgetPage();
 
-  /// Reads the tables of static objects, which follow the header. Files below version 2 have three
-  /// of them.
+  /// Reads the tables of static objects, which follow the header. Files below version 2 have three.
   void ReadStaticTables(eArchive& archive, i32 fileVersion);
 
   /// The number of objects in the table of a type; 0 for a type without one.
@@ -67,14 +67,14 @@ class CompareContext final : public StaticLookup {
   i32 cachedPagePosition = -1;  // of the page in memory
   i32 cachedCustomer = -1;      // of the last fetch
   FileObject* file = nullptr;   // not owned
-  bool doubleByteText = true;   // string mode of all archives on this file
+  bool doubleByteText = true;   // string mode of all archives for this file
   DrawList pageList;
 
-  i32 staticCount = 0;  // placed lists of the page in memory
+  i32 staticCount = 0;  // static lists placed on the page in memory
   std::vector<i32> staticPlacementX;
   std::vector<i32> staticPlacementY;
 
-  /// The placed list of an index below staticCount.
+  /// The placed list at `index`, which must be below staticCount.
   [[nodiscard]] const DrawList& staticList(i32 index) const {
     return *placedLists_[static_cast<std::size_t>(index)];
   }
@@ -90,8 +90,8 @@ class CompareContext final : public StaticLookup {
   [[nodiscard]] const StaticTable* tableOf(i32 objectType) const;
 
   std::optional<PageFailure> pageFailure_;
-  i64 bodyLength_ = 0;  // bytes of the body that was read last, 0 for a damaged one
-  std::vector<std::unique_ptr<DrawList>> placedLists_;  // those from staticCount on wait for use
+  i64 bodyLength_ = 0;  // size of the last body read; 0 if it was damaged
+  std::vector<std::unique_ptr<DrawList>> placedLists_;  // those from staticCount on are unused
   StaticTable type21Statics_;
   StaticTable type24Statics_;
   StaticTable type23Statics_;

@@ -8,8 +8,9 @@ namespace rvf {
 namespace {
 
 // Quirk that stays: text of the other byte order is recognised by the low byte of the id's first
-// character alone. So the names of a customer with an empty id are swapped too (the byte that is
-// tested is the terminator's), and an id that starts with U+3000 is taken for swapped.
+// character alone. The names of a customer with an empty id are therefore swapped too (the byte
+// tested is the terminator's), and an id that starts with U+3000 is taken as swapped. Existing
+// results depend on this.
 CharacterOrder orderOf(const eString& id) {
   return (id.c_str()[0] & 0xFF) == 0 ? CharacterOrder::kSwapped : CharacterOrder::kNative;
 }

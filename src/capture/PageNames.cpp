@@ -9,7 +9,7 @@ namespace {
 
 // The layout of a name in memory: its length and form, then the characters. A text has only one
 // form, so equal names have equal bytes.
-//   one byte    2 * length + isWide, for lengths below 127; otherwise 255, and behind it
+// one byte    2 * length + isWide, for lengths below 127; otherwise 255, followed by
 //   four bytes  the same value
 
 constexpr std::size_t kShortHead = 1;
@@ -40,7 +40,7 @@ struct StoredName {
 
 enum class Width : u8 { kNarrow, kWide };
 
-/// Makes room for a name and writes its head. Returns where the characters go.
+/// Allocates a name and writes its head. Returns where the characters go.
 std::byte* makeName(IndexMemory& memory, std::size_t length, Width width, std::byte*& start) {
   const bool isWide = width == Width::kWide;
   const bool isShort = length < kShortLengths;
@@ -136,7 +136,7 @@ PageName PageNames::keepNarrow(std::span<const std::byte> bytes) {
 }
 
 PageName PageNames::read(eArchive& archive, CharacterOrder order) {
-  // Nearly all names are short and lie whole in the buffer, so that they can be copied directly.
+  // Nearly all names are short and entirely in the buffer, so they can be copied directly.
   const std::span<const std::byte> held = archive.held();
   const bool isMarked = held.size() > std::size(kWideMarker) &&
                         std::equal(std::begin(kWideMarker), std::end(kWideMarker), held.begin());

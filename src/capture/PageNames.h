@@ -11,11 +11,11 @@
 
 namespace rvf {
 
-/// The memory of an index, which may have millions of pages: allocated from ever larger blocks and
+/// The memory of an index, which may have millions of pages: taken from ever larger blocks and
 /// freed all at once.
 using IndexMemory = std::pmr::monotonic_buffer_resource;
 
-/// The name of a page, one pointer wide. Its text lies in the IndexMemory of its file and lives as
+/// The name of a page, one pointer wide. Its text is in the IndexMemory of its file and lives as
 /// long as that.
 class PageName {
  public:
@@ -36,8 +36,8 @@ class PageName {
 /// Whether the characters of a text are stored in this machine's byte order.
 enum class CharacterOrder : u8 { kNative, kSwapped };
 
-/// Makes the names of the pages of one file. They are packed one after another, with one byte per
-/// character where that is enough.
+/// Makes the page names of one file. They are packed one after another, with one byte per character
+/// where possible.
 class PageNames {
  public:
   /// `memory` must outlive this and the names.
@@ -45,7 +45,7 @@ class PageNames {
   PageNames(const PageNames&) = delete;
   PageNames& operator=(const PageNames&) = delete;
 
-  /// Keeps a copy of `text` up to its first zero character.
+  /// Stores a copy of `text` up to its first zero character.
   PageName keep(std::u16string_view text);
   /// Reads a name from a loading archive.
   PageName read(eArchive& archive, CharacterOrder order);
@@ -55,7 +55,7 @@ class PageNames {
   [[nodiscard]] PageName keepWide(std::span<const std::byte> characters);
 
   IndexMemory& memory_;
-  eString scratch_;  // of a name that is not read at once
+  eString scratch_;  // for names that cannot be copied from the buffer
 };
 
 /// Exchanges the two bytes of every character.

@@ -4,10 +4,10 @@ namespace rvf {
 
 namespace {
 
-// Frozen. There is no byte-order mark: a file of the other order matches none of them.
+// Frozen. There is no byte-order mark: a file of the other byte order matches none of them.
 namespace magic_number {
-constexpr i32 kNarrow = 12345679;   // the leading word is the index offset; one byte a character
-constexpr i32 kWide = 97654321;     // the same; two bytes a character
+constexpr i32 kNarrow = 12345679;   // the leading word is the index offset; one byte per character
+constexpr i32 kWide = 97654321;     // the same; two bytes per character
 constexpr i32 kTrailer = 87654321;  // the trailer has the index offset, followed by kNarrow
 }  // namespace magic_number
 

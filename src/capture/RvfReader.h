@@ -14,7 +14,7 @@
 
 namespace rvf {
 
-/// A date of the index. It is kept and never compared.
+/// A date of the index. It is kept but never compared.
 struct StoredDate {
   static constexpr i32 kNeverSet = 2;
   f64 value = 0;
@@ -26,16 +26,16 @@ enum class LoadState : i32 {
   kLoaded,
   kNotCapture,          // no magic number of a page-capture file
   kUnsupportedVersion,  // of the file as a whole
-  kBadTrailer,          // the trailer that should hold the place of the index is none
+  kBadTrailer,          // there is no trailer where one should give the index offset
   kNoPages,
-  kDamaged,       // header, static tables or index end too early or contradict themselves
+  kDamaged,       // header, static tables or index are truncated or contradict themselves
   kRecordTooNew,  // among the static tables
   kTooLarge,      // more bytes than can be addressed
 };
 
 struct LoadResult {
   LoadState state = LoadState::kNotCapture;
-  i64 offset = 0;                    // in the file, of the place that was reached
+  i64 offset = 0;                    // in the file, of the place where reading stopped
   std::optional<NewerRecord> newer;  // with kRecordTooNew
 };
 
@@ -54,38 +54,38 @@ struct DamageRecord {
 };
 
 /// One page-capture file in memory: its header, the tables of static objects (in the context) and
-/// the whole index of customers and pages, but not the pages, which are fetched one at a time.
+/// the whole index of customers and pages, but not the pages themselves, which are fetched one at a
+/// time.
 class RvfReader {
  public:
-  /// The context is not owned. `dbcsMode` says how text is stored in files too old to say so
-  /// themselves.
+  /// The context is not owned. `dbcsMode` says how text is stored in files too old to specify it.
   RvfReader(CompareContext& context, bool dbcsMode) : context_(context), dbcsMode_(dbcsMode) {}
   RvfReader(const RvfReader&) = delete;
   RvfReader& operator=(const RvfReader&) = delete;
 
-  /// Reads the file, which must be open and at its start and stays the caller's, and replaces what
-  /// was loaded before. `valid` says whether it was accepted, and loadResult why it was not; a
+  /// Reads the file and replaces what was loaded before. The file must be open and at its start,
+  /// and it stays the caller's. `valid` says whether it was accepted, loadResult why not; a
   /// rejection as such is not reported.
   void load(FileObject& file);
   [[nodiscard]] bool valid() const { return loadResult_.state == LoadState::kLoaded; }
   [[nodiscard]] const LoadResult& loadResult() const { return loadResult_; }
 
   /// Reads the page given by currentCustomer and currentPage into the context, whose pageFailure
-  /// says what is wrong with it. Damage is recorded in damage().
+  /// says what is wrong with it, if anything. Damage is recorded in damage().
   void loadCurrentPage();
   [[nodiscard]] const DamageRecord& damage() const { return damage_; }
 
   [[nodiscard]] CompareContext& context() { return context_; }
 
-  /// Where the file holds other things than pages: offsets in the file; ends are one past the last
+  /// The parts of the file other than pages, as offsets in the file; ends are one past the last
   /// byte.
   i64 tablesEnd = 0;
   i32 indexPosition = 0;
   i64 indexEnd = 0;
-  bool hasTrailer = false;  // which holds the place of the index
+  bool hasTrailer = false;  // which gives the index offset
 
  private:
-  IndexMemory indexMemory_;  // in front of what it outlives
+  IndexMemory indexMemory_;  // declared before what it must outlive
 
  public:
   eString fileLabel;  // kept, never compared
@@ -93,7 +93,7 @@ class RvfReader {
   StoredDate secondDate;
   i32 customerCount = 0;
   i32 pageCount = 0;          // of all customers
-  i32 firstPagePosition = 0;  // of the first page that has a nonzero one
+  i32 firstPagePosition = 0;  // that of the first page where it is not 0
   i32 currentCustomer = 0;
   i32 currentPage = 0;
   PageNames pageNames{indexMemory_};  // of the pages of all customers

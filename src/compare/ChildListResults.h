@@ -10,13 +10,13 @@
 
 namespace rvf {
 
-/// Remembers the results of comparing child lists. The same lists, in the static tables of the
-/// files, are referred to again and again, so each pair is compared only once. They must not change
+/// Caches the results of comparing child lists. Pages refer to the same lists in the static tables
+/// of the files again and again, so each pair is compared only once. The lists must not change
 /// during the lifetime of this object.
 ///
-/// Equality is only asked for if two references name the same entry of the tables, so there are at
-/// most two such results per entry, one for each order. The other results are discarded when there
-/// are too many.
+/// Equality is tested only for references to the same entry of the tables, so there are at most two
+/// such results per entry, one for each order. The other results are discarded when there are too
+/// many.
 class ChildListResults {
  public:
   explicit ChildListResults(const Tolerances& tolerances) : tolerances_(tolerances) {}
@@ -50,7 +50,7 @@ class ChildListResults {
 
   Tolerances tolerances_;
   std::unordered_map<Pair, bool, PairHash> equal_;
-  std::unordered_map<Pair, DiffFlags, PairHash> bits_;  // left-over lists have no second one
+  std::unordered_map<Pair, DiffFlags, PairHash> bits_;  // left-over lists have no second list
 };
 
 }  // namespace rvf

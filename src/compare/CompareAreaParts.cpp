@@ -9,7 +9,8 @@ namespace rvf {
 // CLICKAREA: any two are equal, so only parts of other types are ever classified.
 DiffFlags classifyClickAreas(const DrawPart&, const DrawPart&, const Tolerances&) { return 0; }
 
-// HYPERLINKAREA: two areas are equal only if both have a url.
+// HYPERLINKAREA. Quirk that stays: two areas without a url are never equal, not even if all their
+// fields are. Existing results depend on this.
 bool equalHyperlinkAreas(const DrawPart& left, const DrawPart& right) {
   const HyperlinkAreaFields& a = left.fields.hyperlinkArea;
   const HyperlinkAreaFields& b = right.fields.hyperlinkArea;
@@ -22,7 +23,7 @@ bool equalHyperlinkAreas(const DrawPart& left, const DrawPart& right) {
 
 namespace {
 
-// Texts count up to their first zero character.
+// Texts are compared up to their first zero character.
 bool sameText(const std::u16string& a, const std::u16string& b) {
   return std::u16string_view(a.c_str()) == std::u16string_view(b.c_str());
 }

@@ -7,13 +7,13 @@
 
 namespace rvf {
 
-// The comparison of CLICKAREA, HYPERLINKAREA and SIGNATUREFIELD. The rows of PartComparison.cpp say
+// The comparison of CLICKAREA, HYPERLINKAREA and SIGNATUREFIELD. The rows in PartComparison.cpp say
 // which types `left` may have.
 
 [[nodiscard]] bool equalHyperlinkAreas(const DrawPart& left, const DrawPart& right);
 [[nodiscard]] bool equalSignatureFields(const DrawPart& left, const DrawPart& right);
 
-/// For parts that are not equal.
+/// Requires that the parts are not equal.
 [[nodiscard]] DiffFlags classifyClickAreas(const DrawPart& left, const DrawPart& right,
                                            const Tolerances& tolerances);
 [[nodiscard]] DiffFlags classifySignatureFields(const DrawPart& left, const DrawPart& right,

@@ -17,7 +17,7 @@ bool equalImages(const DrawPart& left, const DrawPart& right) {
          imageInfo(left) == imageInfo(right) && sameBytes(imageBytes(left), imageBytes(right));
 }
 
-// No tolerance applies, not to the placement either.
+// No tolerance applies, not even to the position.
 DiffFlags classifyImages(const DrawPart&, const DrawPart&, const Tolerances&) {
   return diff::kImages;
 }
@@ -39,7 +39,8 @@ void addImageToKey(MatchKey& key, const DrawPart& part, const Tolerances&) {
   key.addBytes(bytes.data(), bytes.size());
 }
 
-// The bytes of a resource do not count.
+// Quirk that stays: the bytes of a resource are not compared, only their number. Existing results
+// depend on this.
 bool equalResources(const DrawPart& left, const DrawPart& right) {
   // byteCount, x, y, both scales, and resourceExtra with resourceFlag and resourceKind.
   constexpr u8 kWords = 0b0101'1110;

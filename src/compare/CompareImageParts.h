@@ -8,7 +8,7 @@
 
 namespace rvf {
 
-// The comparison of IMAGE and RESOURCE. The rows of PartComparison.cpp say which types `left` may
+// The comparison of IMAGE and RESOURCE. The rows in PartComparison.cpp say which types `left` may
 // have.
 
 /// Whether an image can equal another one: what it owns is compared by identity.
@@ -16,7 +16,7 @@ namespace rvf {
 [[nodiscard]] bool equalImages(const DrawPart& left, const DrawPart& right);
 [[nodiscard]] bool equalResources(const DrawPart& left, const DrawPart& right);
 
-/// For parts that are not equal.
+/// Requires that the parts are not equal.
 [[nodiscard]] DiffFlags classifyImages(const DrawPart& left, const DrawPart& right,
                                        const Tolerances& tolerances);
 

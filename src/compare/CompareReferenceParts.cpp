@@ -7,7 +7,7 @@
 
 namespace rvf {
 
-// All fields of a reference count.
+// All fields of a reference are compared.
 bool equalStaticRefs(const DrawPart& left, const DrawPart& right) {
   constexpr std::size_t kAllFields = sizeof(StaticRefFields);
   return std::memcmp(&left.fields.staticRef, &right.fields.staticRef, kAllFields) == 0;
@@ -43,7 +43,7 @@ bool sameLayer(const StaticRefFields& a, const StaticRefFields& b) {
 
 }  // namespace
 
-// The children do not count: a group is classified by its own record, whatever its children.
+// A group is classified by its own record, whatever its children are.
 DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
                              const Tolerances& tolerances) {
   const StaticRefFields& a = left.fields.staticRef;
@@ -60,9 +60,9 @@ DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
   return bits;
 }
 
-// A reference without a layer matches those of every layer. So each is filed twice: with all
-// references to its object, and with those of its layer (or without one). A search looks either at
-// all references to the object, or at those of the layer and those without one.
+// A reference without a layer matches references of any layer. So each is filed twice: with all
+// references to its object, and with those of the same layer (or of none). A search looks either at
+// all references to the object, or at those of the layer and those of none.
 void addStaticRefToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const StaticRefFields& fields = part.fields.staticRef;
   key.addAll(fields.objectType, fields.width, fields.height, fields.refA, fields.refB,

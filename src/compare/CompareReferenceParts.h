@@ -8,15 +8,15 @@
 
 namespace rvf {
 
-// The comparison of STATICREF. The rows of PartComparison.cpp say which types `left` may have.
+// The comparison of STATICREF. The rows in PartComparison.cpp say which types `left` may have.
 
-/// The records alone, without the child lists.
+/// Compares only the records, not the child lists.
 [[nodiscard]] bool equalStaticRefs(const DrawPart& left, const DrawPart& right);
 /// For two references with child lists: whether the lists are equal. `childLists` may be null.
 [[nodiscard]] bool equalChildren(const DrawPart& left, const DrawPart& right,
                                  ChildListResults* childLists);
 
-/// For parts that are not equal.
+/// Requires that the parts are not equal.
 [[nodiscard]] DiffFlags classifyStaticRefs(const DrawPart& left, const DrawPart& right,
                                            const Tolerances& tolerances);
 

@@ -9,7 +9,8 @@ namespace rvf {
 
 namespace {
 
-// A quick test that finds most equal texts. False means unknown, since some bytes do not count.
+// A quick test that finds most equal texts. False means unknown, since some of the bytes are
+// irrelevant.
 bool sameInAllBytes(const DrawPart& left, const DrawPart& right) {
   const PayloadBlock& a = left.payload;
   const PayloadBlock& b = right.payload;
@@ -83,7 +84,8 @@ void addTextToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
              fields.tint, fields.runCount, fields.textLength);
   key.addBytes(characters.data(), characters.size_bytes());
   if (tolerances.positionTolerance < 0) {
-    key.addBytes(runs.data(), runs.size_bytes());  // nothing is within it, but equal runs match
+    // Nothing is within tolerance, but equal runs match.
+    key.addBytes(runs.data(), runs.size_bytes());
     return;
   }
   for (const TextRun& run : runs) {
@@ -99,8 +101,8 @@ namespace {
 constexpr u8 kTextPropWords = 0b0111'1111;
 constexpr i32 kKindWithLengthC = 1;
 
-// The bytes at the place where a TEXTPROP has its characters. Of the other types only TEXT can get
-// here with any: the rest have a set pointer among the compared words.
+// The bytes at the place where a TEXTPROP has its characters. Of the other types, only TEXT can
+// have any here: the rest have a set pointer among the compared words.
 std::span<const std::byte> payloadBytes(const DrawPart& part) {
   if (part.type != PartType::kTextProp && part.type != PartType::kText) {
     return {};
@@ -109,7 +111,7 @@ std::span<const std::byte> payloadBytes(const DrawPart& part) {
 }
 
 // Quirk that stays: the lengths count characters of two bytes, but only that many bytes are
-// compared.
+// compared. Existing results depend on this.
 i32 comparedLength(const TextPropFields& fields) {
   const u32 lengthC = fields.propKind == kKindWithLengthC ? fields.lengthC : 0U;
   return static_cast<i32>(static_cast<u32>(fields.lengthA) + static_cast<u32>(fields.lengthB) +
@@ -133,7 +135,8 @@ bool equalTextProps(const DrawPart& left, const DrawPart& right) {
 }
 
 // Quirk that stays: the type test is the reverse of all others. Two TEXTPROP parts that differ give
-// just Content; a part of another type that is read as one gives Text.
+// only Content; a part of another type that is read as one gives Text. Existing results depend on
+// this.
 DiffFlags classifyTextProps(const DrawPart& left, const DrawPart&, const Tolerances&) {
   return left.type == PartType::kTextProp ? diff::kContent : diff::kText;
 }

@@ -9,7 +9,7 @@ namespace rvf {
 
 namespace {
 
-/// Whether any pair of points at a common index is out of tolerance.
+/// Whether any two points at the same index are out of tolerance.
 bool anyPointMoved(std::span<const Point> left, std::span<const Point> right, i32 tolerance) {
   const std::size_t common = std::min(left.size(), right.size());
   for (std::size_t i = 0; i < common; ++i) {
@@ -26,8 +26,8 @@ Tolerances usableTolerances(const Tolerances& tolerances) {
   return anyIsNegative ? Tolerances() : tolerances;
 }
 
-/// The bits of the fill and the outline of a RECT or POLY. A fill or an outline that the first
-/// part does not draw does not count.
+/// The bits for the fill and the outline of a RECT or POLY. A fill or outline that the first part
+/// does not draw is ignored.
 template <class Shape>
 DiffFlags fillAndOutlineBits(const Shape& a, const Shape& b) {
   const bool fillDiffers =
@@ -92,7 +92,7 @@ void addLineToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
 
 // RECT
 
-// All fields of a rectangle count.
+// All fields of a rectangle are compared.
 bool equalRects(const DrawPart& left, const DrawPart& right) {
   return std::memcmp(&left.fields.rect, &right.fields.rect, sizeof(RectFields)) == 0;
 }
@@ -101,7 +101,7 @@ namespace {
 
 // Quirk that stays: the coordinates are compared as one byte string, and the result (-1, 0 or 1) is
 // tested as if it were a distance. So without a tolerance every change counts, and with one no
-// change does, however large.
+// change does, however large. Existing results depend on this.
 bool rectangleMoved(const RectFields& a, const RectFields& b, i32 tolerance) {
   constexpr std::size_t kCoordinates = 4 * sizeof(i32);
   static_assert(offsetof(RectFields, noFill) == kCoordinates);
@@ -131,7 +131,7 @@ void addRectToKey(MatchKey& key, const DrawPart& part, const Tolerances& toleran
   key.addAll(fields.shapeCode, fields.shapeFlag);
   addFillAndOutlineToKey(key, fields);
   key.addWidth(fields.lineWidth, usable);
-  // With a tolerance the position of a rectangle does not count at all.
+  // With a tolerance, the position of a rectangle is ignored.
   if (usable.positionTolerance <= 0) {
     key.addAll(fields.left, fields.top, fields.right, fields.bottom);
   }
@@ -173,9 +173,9 @@ DiffFlags classifyPolys(const DrawPart& left, const DrawPart& right, const Toler
   return bits | widthBits(a.lineWidth, b.lineWidth, tolerances);
 }
 
-// The number of points may differ by one, and then the last point of the longer one does not count.
-// So a polygon of n points is filed both with all its points and without the last. A search looks
-// for polygons of n points, of n + 1 points without their last, and of n - 1 points.
+// The number of points may differ by one, in which case the last point of the longer polygon is
+// ignored. So a polygon of n points is filed both with all its points and without the last. A
+// search looks for polygons of n points, of n + 1 points without their last, and of n - 1 points.
 void addPolyToKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances) {
   const PolyFields& fields = part.fields.poly;
   const PolyStyle& style = polyStyle(part);
@@ -276,7 +276,7 @@ void addLineSetToKey(MatchKey& key, const DrawPart& part, const Tolerances& tole
 
 // The empty types
 
-// The second, third and sixth word, which a 1LINE itself leaves at 0.
+// The second, third and sixth words, which are 0 in a 1LINE itself.
 bool equal1Lines(const DrawPart& left, const DrawPart& right) {
   constexpr u8 kWords = 0b0010'0110;
   return sameWords(left, right, kWords);

@@ -8,7 +8,7 @@
 namespace rvf {
 
 // The comparison of LINE, RECT, POLY, JUST1LINE and LINESET, and the empty 1LINE and RECOMPOSE. The
-// rows of PartComparison.cpp say which types `left` may have.
+// rows in PartComparison.cpp say which types `left` may have.
 
 [[nodiscard]] bool equalLines(const DrawPart& left, const DrawPart& right);
 [[nodiscard]] bool equalRects(const DrawPart& left, const DrawPart& right);
@@ -18,7 +18,7 @@ namespace rvf {
 [[nodiscard]] bool equal1Lines(const DrawPart& left, const DrawPart& right);
 [[nodiscard]] bool equalRecomposes(const DrawPart& left, const DrawPart& right);
 
-/// For parts that are not equal.
+/// Requires that the parts are not equal.
 [[nodiscard]] DiffFlags classifyLines(const DrawPart& left, const DrawPart& right,
                                       const Tolerances& tolerances);
 [[nodiscard]] DiffFlags classifyRects(const DrawPart& left, const DrawPart& right,

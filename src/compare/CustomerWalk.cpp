@@ -46,7 +46,7 @@ class CustomerWalk {
   }
 
  private:
-  // No page that loading may have left in memory survives into the walk.
+  // The walk starts without a page in memory, whatever loading may have left there.
   static void forgetLoadedPage(RvfReader& reader) {
     constexpr i32 kNoPage = -1;
     reader.context().cachedPagePosition = kNoPage;
@@ -88,7 +88,7 @@ class CustomerWalk {
     const auto index = static_cast<std::size_t>(p);
     PageRecord& a = first_.customers[static_cast<std::size_t>(c)].pages[index];
     const PageRecord& b = second_.customers[static_cast<std::size_t>(c)].pages[index];
-    // A different page name is not a difference; it is only recorded.
+    // A different page name is recorded, but it is not a difference.
     if (a.name != b.name) {
       a.unpaired = true;
       eString text;
@@ -147,7 +147,8 @@ class CustomerWalk {
     const DrawList& listA = a.staticList(index);
     const DrawList& listB = b.staticList(index);
     DiffFlags bits = compareLists(listA, listB);
-    // The position tolerance does not apply here, even though it does inside the list.
+    // Quirk that stays: the position tolerance does not apply to the list, although it does to the
+    // parts in it. Existing results depend on this.
     const i32 yA = wrappingSum(listA.originY, a.staticPlacementY[i]);
     const i32 yB = wrappingSum(listB.originY, b.staticPlacementY[i]);
     const i32 xA = wrappingSum(listA.originX, a.staticPlacementX[i]);
@@ -158,7 +159,7 @@ class CustomerWalk {
     return bits;
   }
 
-  // Afterwards the first customer holds the pages of both, for readers of the records.
+  // Afterwards, the first customer holds the pages of both, for whoever reads the records.
   void markUnpairedPages(CustomerRecord& a, const CustomerRecord& b, std::size_t common) {
     for (std::size_t p = common; p < a.pages.size(); ++p) {
       a.pages[p].unpaired = true;

@@ -13,7 +13,7 @@ namespace rvf {
 class WalkObserver {
  public:
   virtual ~WalkObserver() = default;
-  /// After every compared pair of pages and every finished customer.
+  /// Called after every pair of pages and every customer.
   virtual void pagesCompared(i32 customersDone, i32 customerCount, i64 pagesCompared,
                              i32 differingPages) = 0;
 };
@@ -21,13 +21,13 @@ class WalkObserver {
 /// Where the results of a walk go.
 struct WalkOutput {
   FileObject& differenceFile;  // open for writing, empty
-  eString firstPath;           // as the options name the files
+  eString firstPath;           // as given in the options
   eString secondPath;
   WalkObserver* observer = nullptr;  // not owned
-  bool usesShortCut = true;          // pages of equal bytes are decoded once; changes no result
+  bool usesShortCut = true;          // decodes pages of equal bytes only once; changes no result
 };
 
-/// What a walk does if the customer counts differ: end before anything is compared, or compare only
+/// What a walk does if the customer counts differ: end before comparing anything, or compare only
 /// as many customers as both files have.
 enum class CountMismatch { kEndsWalk, kLimitsWalk };
 
@@ -37,10 +37,10 @@ enum class CountMismatch { kEndsWalk, kLimitsWalk };
 /// both.
 ///
 /// Different resolutions and, with kEndsWalk, different customer counts end the walk before
-/// anything is written. Customers with different ids at one index end it there, since everything
-/// behind them would be paired wrongly. So does a page with a record that is too new: the page is
-/// left in its context, whose newerRecord describes the record, and the rest of the difference file
-/// is not written.
+/// anything is written. Customers with different ids at the same index end it there, since
+/// everything after them would be paired wrongly. So does a page with a record that is too new: the
+/// page is left in its context, whose newerRecord describes the record, and the rest of the
+/// difference file is not written.
 [[nodiscard]] DiffFlags walkCustomers(RvfReader& first, RvfReader& second, CountMismatch onMismatch,
                                       const Tolerances& tolerances, const WalkOutput& output);
 

@@ -8,9 +8,10 @@
 
 namespace rvf {
 
-/// Writes the difference file in one forward pass: a header, for each customer its head, one value
-/// a compared page and its bits, and a trailer. Nothing is patched later, so the file can be read
-/// while it grows; without its trailer it is incomplete. The layout is in docs/difference-file.md.
+/// Writes the difference file in one forward pass: a header; for each customer its head, one value
+/// per compared page, and its bits; and a trailer. Nothing is patched later, so the file can be
+/// read while it grows; without its trailer it is incomplete. The layout is in
+/// docs/difference-file.md.
 class DifferenceFileWriter {
  public:
   /// `file` is open for writing and stays the caller's. Lost bytes are reported, once.

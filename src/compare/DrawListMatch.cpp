@@ -14,7 +14,7 @@ namespace rvf {
 namespace {
 
 // The bits for an item that was found at another index, or at its own within tolerance, and for a
-// group that has nothing to be matched with.
+// group without a counterpart.
 constexpr DiffFlags kFoundElsewhere = diff::kContent | diff::kDrawOrder;
 
 /// One call of matchLists.
@@ -44,7 +44,7 @@ class DrawListMatcher {
 
  private:
   static constexpr i32 kNotFound = MatchCandidates::kNotFound;
-  // In bytes: a bit for each of 8,192 items, more than almost every page has.
+  // In bytes: one bit for each of 8,192 items, more than almost any page has.
   static constexpr std::size_t kUsualSize = 1024;
 
   [[nodiscard]] bool isConsumed(i32 index) const {
@@ -106,7 +106,7 @@ class DrawListMatcher {
     }
   }
 
-  // The item at the same index stays free and comes up again with those of the longer list.
+  // The item at the same index stays free and comes up again among those of the longer list.
   void accountForShorter(i32 i) {
     const DiffFlags reasons =
         classifyParts(shorter_[i], longer_[i], childLists_.tolerances(), &childLists_);
@@ -128,7 +128,7 @@ class DrawListMatcher {
     add(Pairing::kNone, j, reasons, PairedBy::kLeftOver);
   }
 
-  /// `i` and `j` are indexes of the shorter and of the longer list.
+  /// `i` and `j` are indexes into the shorter and the longer list.
   void add(i32 i, i32 j, DiffFlags reasons, PairedBy by) {
     bits_ |= reasons;
     if (observer_ != nullptr) {
@@ -143,9 +143,9 @@ class DrawListMatcher {
   const DrawList& longer_;
   ChildListResults& childLists_;
   PairingObserver* const observer_;
-  std::array<std::byte, kUsualSize> usualMemory_{};  // so that most pages take none from the heap
+  std::array<std::byte, kUsualSize> usualMemory_{};  // so that most pages need none from the heap
   std::pmr::monotonic_buffer_resource memory_{usualMemory_.data(), usualMemory_.size()};
-  std::pmr::vector<bool> consumed_;  // items of the longer list that have found their partner
+  std::pmr::vector<bool> consumed_;  // items of the longer list that have a partner
   MatchCandidates candidates_;
   DiffFlags bits_ = 0;
 };
@@ -204,7 +204,8 @@ DiffFlags leftOverChildBits(const DrawList* list) {
   }
   DiffFlags bits = 0;
   for (const DrawPart& part : list->parts()) {
-    // Quirk that stays: a click area ends the accounting, and the bits found before it are dropped.
+    // Quirk that stays: a click area ends the accounting, and the bits found so far are dropped.
+    // Existing results depend on this.
     if (endsLeftOverChildren(part)) {
       return 0;
     }

@@ -14,7 +14,7 @@ namespace {
 bool equalsItsCopy(const DrawPart& part, const CompareContext& second,
                    ChildListResults& childLists) {
   switch (part.type) {
-    // Compared by plain fields and arrays, so that there is nothing to look at.
+    // These compare only plain fields and arrays, which are known to be equal.
     case PartType::kText:
     case PartType::kLine:
     case PartType::kRect:

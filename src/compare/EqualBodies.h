@@ -6,12 +6,12 @@
 
 namespace rvf {
 
-/// The short cut of the walk: whether the page in `first` equals the page whose body is at
-/// `position` of the second file, without decoding the latter.
+/// The walk's short cut: whether the page in `first` equals the page whose body is at `position` of
+/// the second file, without decoding the latter.
 ///
 /// If both files store text in the same form, equal bytes decode to equal parts, so the second page
-/// would be a copy of the first. This does not make the pages equal: some parts do not even equal a
-/// copy of themselves, and references refer to objects of their own file. False means unknown.
+/// would be a copy of the first. That does not make the pages equal: some parts do not even equal
+/// their own copy, and references refer to objects of their own file. False means unknown.
 [[nodiscard]] bool equalByBytes(const CompareContext& first, CompareContext& second, i32 position,
                                 ChildListResults& childLists);
 

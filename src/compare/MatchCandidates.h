@@ -14,14 +14,14 @@
 namespace rvf {
 
 /// Finds, for one part after another, the first free item of a list that classifies as the same.
-/// The answers are those of a search through the whole list; all of them together take nearly
+/// The results are those of a search through the whole list; all searches together take nearly
 /// linear time.
 ///
-/// If parts were inserted or removed, the answer is one of the first free items, which are tried
-/// first. A few searches continue through the list; if there are more, an index is built.
+/// Where parts were inserted or removed, the result is one of the first free items, so these are
+/// tried first. A few searches go on through the list; after that, an index is built.
 class MatchCandidates {
  public:
-  /// All arguments must outlive the candidates. The parts must not change, and items that are taken
+  /// All arguments must outlive this object. The parts must not change, and items once taken must
   /// stay taken.
   MatchCandidates(const DrawList& list, const std::pmr::vector<bool>& isTaken,
                   ChildListResults& childLists)
@@ -44,9 +44,9 @@ class MatchCandidates {
   const DrawList& list_;
   const std::pmr::vector<bool>& isTaken_;
   ChildListResults& childLists_;
-  std::array<i32, kFirstItems> firstItems_{};  // free when they were last looked at
+  std::array<i32, kFirstItems> firstItems_{};  // free at the last search
   std::ptrdiff_t firstCount_ = 0;
-  i32 firstEnd_ = 0;  // every free item in front of this one is among them
+  i32 firstEnd_ = 0;  // every free item before this index is among them
   i32 farSearches_ = 0;
   std::optional<MatchIndex> index_;
 };

@@ -11,7 +11,7 @@ namespace rvf {
 
 namespace {
 
-// How many items of a shelf a search looks at one by one before it builds a tree.
+// How many items of a shelf a search tries one by one before it builds a tree.
 constexpr int kPlainLooks = 8;
 
 }  // namespace
@@ -139,7 +139,7 @@ std::size_t MatchIndex::firstFreeEntry(std::size_t position) {
     nextFree_[free] = std::max(nextFree_[free], free + 1);
     free = nextFree_[free];
   }
-  // From now on, all links that were followed lead straight to the end.
+  // Path compression: all links that were followed now point straight to the end.
   while (position < free) {
     const std::size_t next = std::max(nextFree_[position], position + 1);
     nextFree_[position] = free;

@@ -12,16 +12,16 @@
 
 namespace rvf {
 
-/// An index of a list for many searches: answers MatchCandidates::firstFree without looking at
-/// items that cannot match.
+/// An index of a list for many searches: answers MatchCandidates::firstFree without trying items
+/// that cannot match.
 ///
-/// Items are filed by the hash of their match key; those that match any part have a shelf of their
-/// own. Taken items are skipped by links that are shortened with use. A shelf on which a search
-/// meets many similar items that are too far away gets a tree of their positions.
+/// Items are filed by the hash of their match key; those that match any part have their own shelf.
+/// Taken items are skipped through links that are shortened with use. A shelf with many similar
+/// items that are too far away gets a tree of their positions.
 class MatchIndex {
  public:
-  /// All arguments must outlive the index. The parts must not change, and items that are taken stay
-  /// taken.
+  /// All arguments must outlive the index. The parts must not change, and items once taken must
+  /// stay taken.
   MatchIndex(const DrawList& list, const std::pmr::vector<bool>& isTaken,
              ChildListResults& childLists);
 
@@ -32,7 +32,7 @@ class MatchIndex {
  private:
   struct Entry {
     u64 hash;
-    std::size_t shape;  // the number of values, twice, and whether the first is a width
+    std::size_t shape;  // twice the number of values, plus 1 if the first is a width
     i32 index;
     std::size_t firstValue;
   };
@@ -43,11 +43,11 @@ class MatchIndex {
   [[nodiscard]] static std::size_t shapeOf(const MatchKey& key);
 
   [[nodiscard]] i32 firstUniversal();
-  /// Looks up the key that is in key_. Returns the lowest index below `limit`, or `limit`.
+  /// Looks up key_. Returns the lowest index below `limit`, or `limit`.
   [[nodiscard]] i32 searchShelf(const DrawPart& part, i32 limit);
   [[nodiscard]] PlaceTree& treeOf(std::size_t shelf);
   [[nodiscard]] bool isOnShelf(std::size_t position, std::size_t shelf) const;
-  /// The first entry at or behind `position` whose item is free.
+  /// The first entry at or after `position` whose item is free.
   [[nodiscard]] std::size_t firstFreeEntry(std::size_t position);
 
   const DrawList& list_;
@@ -55,9 +55,9 @@ class MatchIndex {
   ChildListResults& childLists_;
   std::vector<Entry> entries_;              // by hash and shape, then by index
   std::vector<i32> values_;                 // of all entries
-  std::vector<std::size_t> nextFree_;       // of each entry: itself while its item is free
+  std::vector<std::size_t> nextFree_;       // for each entry: itself while its item is free
   std::map<std::size_t, PlaceTree> trees_;  // by the first entry of their shelf
-  std::vector<i32> universal_;              // items that every part matches, by index
+  std::vector<i32> universal_;              // items that any part matches, by index
   std::size_t firstUniversal_ = 0;          // all before it are taken
   bool hasWordItems_ = false;
   MatchKey key_;

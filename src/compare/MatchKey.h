@@ -14,20 +14,20 @@ namespace rvf {
 /// that are looked up to find a match for them.
 enum class KeyUse { kFiled, kSearched };
 
-/// What parts of one type must share to classify as the same: a hash of all that has to be equal,
-/// and the values that have to lie within the tolerances. If two parts match, one of the keys
+/// What parts of one type must share to classify as the same: a hash of everything that has to be
+/// equal, and the values that have to be within tolerance. If two parts match, one of the keys
 /// looked up for the first has the same hash as one of the keys under which the second is filed,
 /// and values within tolerance. The reverse also holds, except for chance collisions of hashes.
 class MatchKey : public SeededHash {
  public:
   MatchKey() = default;
-  /// Starts the key of this number, counted from 0, and discards the previous one.
+  /// Starts key `number`, counted from 0, and discards the previous one.
   void start(PartType type, KeyUse use, i32 number);
 
   [[nodiscard]] KeyUse use() const { return use_; }
   [[nodiscard]] i32 number() const { return number_; }
 
-  /// Marks the key as void: there is no key of this number, or nothing can match the part.
+  /// Marks the key as void: the part has no key of this number, or nothing can match it.
   void exclude() { isExcluded_ = true; }
   [[nodiscard]] bool isExcluded() const { return isExcluded_; }
 
@@ -39,7 +39,7 @@ class MatchKey : public SeededHash {
     addPosition(y, tolerances);
   }
 
-  /// The width, if there is one, and the positions that have to lie within tolerance.
+  /// The width, if there is one, and the positions that have to be within tolerance.
   [[nodiscard]] std::span<const i32> values() const { return values_; }
   [[nodiscard]] bool hasWidth() const { return hasWidth_; }
 

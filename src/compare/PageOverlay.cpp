@@ -13,7 +13,7 @@ namespace rvf {
 
 namespace {
 
-/// A static list with its place on a page.
+/// A static list with its position on a page.
 struct PlacedList {
   PlacedList(const CompareContext& page, i32 index)
       : list(page.staticList(index)),
@@ -30,7 +30,7 @@ struct PlacedList {
 
 i32 wrappingDifference(i32 a, i32 b) { return wrappingSum(a, wrappingProduct(b, -1)); }
 
-// Quirk that stays: a position with a 0 in it never counts as moved.
+// Quirk that stays: a position with a 0 in it never counts as moved. Displays depend on this.
 bool hasMoved(const PlacedList& a, const PlacedList& b) {
   const bool anyIsZero = a.x() == 0 || a.y() == 0 || b.x() == 0 || b.y() == 0;
   return !anyIsZero && (a.x() != b.x() || a.y() != b.y());
@@ -85,8 +85,9 @@ class OverlayCollector final : public PairingObserver {
     const DrawList* b;
   };
 
-  // The slot is that of the shorter list's item, which is `a`'s where the two are equally long.
+  // The slot is that of the shorter list's item, which is `a`'s if the two are equally long.
   // Quirk that stays: without copies there is no slot here, although a left-over item gets one.
+  // Displays depend on this.
   void addDiffering(i32 first) {
     if (!buildOverlay_) {
       return;
@@ -110,13 +111,14 @@ class OverlayCollector final : public PairingObserver {
     }
     if (part.type == PartType::kStaticRef) {
       // Quirk that stays: the children of the other side's groups are copied too, without an
-      // offset.
+      // offset. Displays depend on this.
       const i32 dx = isCopied ? offsetX_ : 0;
       const i32 dy = isCopied ? offsetY_ : 0;
       static_cast<void>(spillChildList(overlay_, childList(part), dx, dy, buildOverlay_));
     } else if (isCopied) {
       shiftPart(slot, offsetX_, offsetY_);
-      // Quirk that stays: a left-over image that is copied loses its Images bit.
+      // Quirk that stays: a left-over image that is copied loses its Images bit. Displays depend on
+      // this.
       reasons = diff::kContent;
     }
   }
@@ -155,8 +157,8 @@ class PageOverlayBuilder {
   }
 
  private:
-  // The second view does not contribute to the result: the matcher is not symmetric, and the bits
-  // are those of the first file against the second.
+  // The second view does not contribute to the result: the matcher is not symmetric, and the result
+  // is that of the first file against the second.
   void comparePageLists() {
     const DrawList& a = first_.pageList;
     const DrawList& b = second_.pageList;
@@ -184,7 +186,7 @@ class PageOverlayBuilder {
     static_cast<void>(addDifferences(overlay_.second, b, a));
   }
 
-  // The view is placed where the other file's list is, so its parts are moved by the difference.
+  // The view is placed at the other file's list, so its parts are moved by the difference.
   DiffFlags addDifferences(PageOverlayLists& view, const PlacedList& own,
                            const PlacedList& other) const {
     DrawList& list = appendStatic(view, other);
@@ -206,7 +208,7 @@ class PageOverlayBuilder {
     addWhole(overlay_.second, place);
   }
 
-  // The copied parts have the origin in their positions, so the copied list has none.
+  // The positions of the copied parts include the origin, so the copied list has none.
   void addWhole(PageOverlayLists& view, const PlacedList& place) {
     bits_ |= diff::kContent;
     constexpr bool kShift = true;

@@ -19,7 +19,7 @@ using ClassifyOperation = DiffFlags (*)(const DrawPart& left, const DrawPart& ri
                                         const Tolerances& tolerances);
 using KeyOperation = void (*)(MatchKey& key, const DrawPart& part, const Tolerances& tolerances);
 
-/// Whether parts of another type than the row's are compared with it.
+/// Whether parts of a type other than the row's are compared with it.
 enum class LeftType { kSame, kAny };
 
 /// How parts are compared with a right part of this type. A new type is a row here.

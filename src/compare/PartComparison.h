@@ -8,27 +8,27 @@
 
 namespace rvf {
 
-/// Whether two parts are the same in all fields that count. No tolerance applies.
+/// Whether two parts have the same relevant fields. No tolerance applies.
 ///
-/// Neither this nor classifyParts is symmetric: the type of `right` decides what is compared, and
-/// where the type of `left` does not count, its fields are read through the layout of `right`'s
-/// type. Parts of some types never equal anything but themselves, so that a page that holds one
-/// never equals another page. `childLists`, which may be null, remembers the results for the
-/// children of groups.
+/// Neither this nor classifyParts is symmetric: the type of `right` determines what is compared,
+/// and where the type of `left` does not matter, its fields are read through the layout of
+/// `right`'s type. Parts of some types equal nothing but themselves, so a page that holds one never
+/// equals another page. `childLists`, which may be null, caches the results for the children of
+/// groups.
 [[nodiscard]] bool partsEqual(const DrawPart& left, const DrawPart& right,
                               ChildListResults* childLists = nullptr);
 
 /// Whether a part equals another one with the same fields and the same plain bytes. Objects that
-/// its type owns besides these are not looked at.
+/// its type owns besides these are ignored.
 [[nodiscard]] bool equalsOwnFields(const DrawPart& part);
 
-/// In what way two parts differ. 0: no difference counts. For some types of `right` that is every
-/// part, however different.
+/// How two parts differ. 0 means that they classify as the same; for some types of `right`, every
+/// part does, however different.
 [[nodiscard]] DiffFlags classifyParts(const DrawPart& left, const DrawPart& right,
                                       const Tolerances& tolerances,
                                       ChildListResults* childLists = nullptr);
 
-/// Which parts `left` can have classifyParts(left, right) == 0 with a right part of a type.
+/// Which parts `left` can have classifyParts(left, right) == 0, for a given type of `right`.
 enum class MatchRule {
   kAnyPart,  // every part
   kByWords,  // those of any type with the same words key
@@ -41,7 +41,7 @@ enum class MatchRule {
 /// Makes one of them.
 void makeMatchKey(MatchKey& key, const DrawPart& part, const Tolerances& tolerances, KeyUse use,
                   i32 number);
-/// Makes the key of any part for the search among kByWords types.
+/// Makes the key of any part for the search among parts of kByWords types.
 void makeWordsKey(MatchKey& key, const DrawPart& part);
 
 }  // namespace rvf

@@ -10,7 +10,7 @@ namespace rvf {
 namespace {
 
 constexpr std::size_t kLeafSize = 8;
-// A split that leaves nearly all items together is not worth a node.
+// A split that leaves nearly all items on one side is not worth a node.
 constexpr std::size_t kLeastShare = 256;
 
 }  // namespace
@@ -63,8 +63,8 @@ void PlaceTree::splitNode(std::size_t node, const Split& split) {
   nodes_[node].lowestFree = std::min(nodes_[leftNode].lowestFree, nodes_[rightNode].lowestFree);
 }
 
-// The best value splits the items evenly and few of them lie so near to the border that a search
-// has to look on both sides.
+// The best value splits the items evenly and leaves few of them so close to the border that a
+// search has to look on both sides.
 PlaceTree::Split PlaceTree::bestSplit(std::size_t begin, std::size_t end) {
   Split best;
   for (std::size_t v = 0; v < tolerances_.size(); ++v) {

@@ -11,7 +11,7 @@
 namespace rvf {
 
 /// A tree of items with the same number of values each. It finds the first free item whose values
-/// all lie within tolerance of given ones.
+/// are all within tolerance of given ones.
 ///
 /// A node splits its items in two by one of the values and knows the lowest free index among them.
 /// If two or three values vary, a search visits a small part of the nodes, whatever the items are.
@@ -22,25 +22,25 @@ class PlaceTree {
     i32 index;
   };
 
-  /// `tolerances` has one for each value, none negative. The values and `isTaken` must outlive the
-  /// tree; items that are taken stay taken.
+  /// `tolerances` has one entry per value, none negative. The values and `isTaken` must outlive the
+  /// tree; items once taken must stay taken.
   PlaceTree(std::vector<Item> items, std::vector<i32> tolerances,
             const std::pmr::vector<bool>& isTaken);
 
   static constexpr i32 kNone = 2147483647;
-  /// The lowest free index below `limit` with near values that `matches` accepts; `limit` if there
-  /// is none.
+  /// The lowest index below `limit` of a free item that has near values and is accepted by
+  /// `matches`; `limit` if there is none.
   [[nodiscard]] i32 firstNear(const i32* values, i32 limit,
                               const std::function<bool(i32)>& matches);
 
  private:
   struct Node {
     std::size_t begin = 0, end = 0;  // items
-    std::size_t value = 0;           // that splits them
+    std::size_t value = 0;           // the one that splits them
     i32 leftHighest = 0;             // of the value
     i32 rightLowest = 0;
     std::size_t left = 0, right = 0;  // nodes; 0: a leaf
-    i32 lowestFree = kNone;           // not above the lowest index that is free
+    i32 lowestFree = kNone;           // a lower bound of the lowest free index
     bool isUniform = false;           // a leaf whose items have the same values
   };
   struct Split {

@@ -23,7 +23,7 @@ class SeededHash {
   void addAll(const Values&... values) {
     (add(values), ...);
   }
-  /// The length counts too.
+  /// The size is part of the hash.
   void addBytes(const void* bytes, std::size_t size);
 
   [[nodiscard]] u64 value() const { return hash_; }

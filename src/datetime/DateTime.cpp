@@ -67,8 +67,9 @@ void DateTime::setToLocalTime(const std::tm* local) {
       EncodeDateTime(local->tm_year + kFirstYear, local->tm_mon + 1, local->tm_mday, local->tm_hour,
                      local->tm_min, std::min(local->tm_sec, kSecondsPerMinute - 1), dayNumber);
   status = isRead ? kValid : kUnreadable;
-  // Quirk that stays: the date that means "no date" counts as a failed reading, even if the clock
-  // really shows it.
+  // Quirk that stays: the date that means "no date" is treated as a failed reading, even if the
+  // clock really shows it: GetDate returns it for unusable values, so nothing could tell the two
+  // apart.
   if (dateText() == "1000-01-01") {
     status = kUnreadable;
     dayNumber = 0;

@@ -9,7 +9,7 @@ namespace rvf {
 /// The numbers of all messages of the program. Their texts are in the catalogue file, so the
 /// numbers are frozen. The comments give the arguments.
 enum class MessageNumber : i32 {
-  kInformation = 1000,          // none; never given, but the level filter knows it
+  kInformation = 1000,          // none; never reported, but the level filter tests for it
   kOptionNotUnderstood = 1019,  // the option or control-file line
   kOverrideNotApplied = 1502,   // the number that the override names
   kSinkWriteFailed = 1806,      // file name, system text
@@ -28,16 +28,16 @@ enum class MessageNumber : i32 {
   kArchiveDamaged = 9042,       // "Exception in eArchive class."
   kConverterNotOpened = 9045,   // a text that names the encoding
   kTooManyNameValues = 9048,    // a text that names the limit
-  kFallback = 9999,             // what the catalogue answers for a number that it lacks
+  kFallback = 9999,             // the catalogue's answer for an unknown number
 };
 
-/// The types of one message's arguments, a letter for each: t text, i integer.
+/// The types of one message's arguments, one letter each: t text, i integer.
 struct MessageForm {
   MessageNumber number;
   std::string_view arguments;
 };
 
-/// All messages that code may report. A call with other types of arguments does not compile.
+/// All messages that code may report. A call with arguments of other types does not compile.
 constexpr MessageForm kMessageForms[] = {
     {MessageNumber::kInformation, ""},          {MessageNumber::kOptionNotUnderstood, "t"},
     {MessageNumber::kOverrideNotApplied, "i"},  {MessageNumber::kSinkWriteFailed, "tt"},

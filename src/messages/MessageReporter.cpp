@@ -95,7 +95,7 @@ i32 MessageReporter::take(MessageNumber number, std::span<const MessageArgument>
     return 1;
   }
   // Quirk that stays: a call with a number among its arguments is filtered before the number is
-  // formatted and again as a call with texts, so that its occurrence counts twice. The counts in
+  // formatted and again as a call with texts, so each occurrence is counted twice. The counts in
   // existing reports include this.
   const bool hasNumber = !std::ranges::all_of(arguments, &MessageArgument::isText);
   if (hasNumber && !backEnd_->passesFilter(number) && reportSink != nullptr) {

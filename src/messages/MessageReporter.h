@@ -26,10 +26,10 @@ constexpr char16_t kError = u'E';
 constexpr char16_t kSevere = u'S';
 }  // namespace severity
 
-/// The name of a severity letter, for people; empty for any other character.
+/// The display name of a severity letter; empty for any other character.
 [[nodiscard]] std::u16string_view severityName(char16_t letter);
 
-/// A second scale of severities, for displays, which starts at "no change".
+/// A second severity scale, for displays, which starts at "no change".
 namespace severity_display {
 constexpr i32 kNoChange = 1;
 constexpr i32 kInformation = 2;
@@ -50,7 +50,7 @@ constexpr i32 kError = 8;
 constexpr i32 kSevere = 12;
 }  // namespace severity_level
 
-/// The number of argument texts in an entry, and the most that a call may have.
+/// The number of argument texts in an entry, and the most arguments that a call may have.
 constexpr int kArgumentSlots = 8;
 constexpr int kMostCallArguments = 6;
 
@@ -62,7 +62,7 @@ struct MessageEntry {
   eString secondText;
   std::array<i32, kArgumentSlots> argumentPositions{};
   std::array<eString, kArgumentSlots> arguments;
-  i32 location = 0;  // input record position, valid with hasLocation
+  i32 location = 0;  // position of the input record; valid if hasLocation
   bool hasLocation = false;
   eString locationName;
 };
@@ -79,12 +79,12 @@ struct MessageOverride {
 /// What has been written so far, by severity.
 struct MessageTally {
   i32 highestSeverity = 0;  // only rises
-  i32 exitOverride = 0;     // the exit value of the last severe message that has one
-  i32 sectionSeverity = 0;  // a second high-water mark, for a caller that clears it
-  i32 stopLevel = 3;        // which severities raise stopFlag: 0 W E S, 1 E S, 2 S, 3 none
+  i32 exitOverride = 0;     // exit value of the last severe message that has one
+  i32 sectionSeverity = 0;  // a second high-water mark, which callers may clear
+  i32 stopLevel = 3;        // severities that raise stopFlag: 0 W E S, 1 E S, 2 S, 3 none
   bool stopFlag = false;
   i32 severeCount = 0;
-  i32 errorCount = 0;  // severe messages count here too
+  i32 errorCount = 0;  // includes severe messages
   i32 warningCount = 0;
 
   /// The severity that decides the exit status: exitOverride if there is one, otherwise
@@ -94,14 +94,14 @@ struct MessageTally {
   }
 };
 
-/// While nonzero, every call returns 0 at once. Set during steps whose failures do not count, such
+/// While nonzero, every call returns 0 at once. Set during steps whose failures do not matter, such
 /// as a measuring pass.
 inline i32 muteAllMessages = 0;
 /// While nonzero, only the first occurrence of each message is written.
 inline i32 onlyFirstOccurrence = 0;
 
-/// One argument of a call: a text or a number. Texts are borrowed for the call; a null text counts
-/// as absent.
+/// One argument of a call: a text or a number. Texts are borrowed for the call; a null text means
+/// that the argument is absent.
 class MessageArgument {
  public:
   explicit MessageArgument(const char16_t* text) : value_(text) {}
@@ -114,23 +114,23 @@ class MessageArgument {
   [[nodiscard]] bool isAbsent() const {
     return isText() && std::get<const char16_t*>(value_) == nullptr;
   }
-  /// The argument as the line shows it.
+  /// The argument as it appears in the line.
   [[nodiscard]] eString asText() const;
 
  private:
   std::variant<const char16_t*, i32, f64> value_;
 };
 
-/// The part of the reporter that needs the catalogue: it finds the texts, builds and writes the
-/// lines, and tallies them. The lower layers know only the reporter.
+/// The part of the reporter that needs the catalogue: it looks up the texts, builds and writes the
+/// lines, and tallies them. The lower layers see only the reporter.
 class MessageBackEnd {
  public:
   virtual ~MessageBackEnd() = default;
-  /// Whether the catalogue is loaded. Until then every call is held.
+  /// Whether the catalogue is loaded. Until then all calls are held.
   [[nodiscard]] virtual bool isLoaded() const = 0;
   /// Counts the occurrence and returns whether the message should be written.
   [[nodiscard]] virtual bool passesFilter(MessageNumber number) = 0;
-  /// Builds, emits and tallies one message of `argumentCount` arguments, absent ones included.
+  /// Builds, emits and tallies one message with `argumentCount` arguments, absent ones included.
   virtual void write(MessageEntry& entry, int argumentCount) = 0;
   /// Loads the catalogue if needed and writes the pending entries in the order of their calls.
   virtual bool flush(std::deque<MessageEntry>& pending) = 0;
@@ -138,7 +138,7 @@ class MessageBackEnd {
 
 namespace detail {
 
-/// The letter of an argument in the list of forms: t text, i integer, f floating.
+/// The letter of an argument in a message form: t text, i integer, f floating.
 template <class T>
 constexpr char argumentLetter() {
   if constexpr (std::floating_point<T>) {
@@ -154,8 +154,8 @@ constexpr char kCallForm[] = {argumentLetter<std::decay_t<Arguments>>()..., 0};
 
 }  // namespace detail
 
-/// A message number whose call is known to have the arguments that kMessageForms requires. The
-/// conversion happens, and fails, at compile time.
+/// A message number in a call whose arguments match kMessageForms. The conversion is checked at
+/// compile time.
 template <class... Arguments>
 class CheckedNumber {
  public:
@@ -188,14 +188,14 @@ class MessageListener {
 /// takePending.
 class MessageReporter {
  public:
-  /// Reports a message with the arguments that kMessageForms states. Returns 1 when the call was
-  /// taken (held, written or dropped by the filter), 0 when muted.
+  /// Reports a message with the arguments that kMessageForms states. Returns 1 if the call was
+  /// accepted (held, written or dropped by the filter), 0 if muted.
   template <class... Arguments>
   i32 Report(std::type_identity_t<CheckedNumber<Arguments...>> number,
              const Arguments&... arguments) {
     return reportUnchecked(number.number(), arguments...);
   }
-  /// The same for a number that is only known at run time: up to six arguments of any type.
+  /// The same for a number known only at run time: up to six arguments of any type.
   template <class... Arguments>
   i32 reportUnchecked(MessageNumber number, const Arguments&... arguments) {
     static_assert(sizeof...(arguments) <= kMostCallArguments);
@@ -213,7 +213,7 @@ class MessageReporter {
 
   /// Sends all further lines to `sink`, which stays the caller's.
   void AttachReportSink(TextSink* sink);
-  /// To be called when the report is closed: further calls are held and never written.
+  /// Must be called when the report is closed: later calls are held and never written.
   void detachReportSink() { reportSink = nullptr; }
 
   /// `backEnd` stays the caller's; null detaches it.
@@ -223,13 +223,13 @@ class MessageReporter {
   void attachListener(MessageListener* listener) { listener_ = listener; }
 
   /// Removes the held messages and returns them as numbers and arguments, for a program that
-  /// presents them in its own way, without a catalogue.
+  /// presents them in its own way without a catalogue.
   [[nodiscard]] std::deque<MessageEntry> takePending() { return std::exchange(pending_, {}); }
 
-  /// Back to the state of a new process: nothing attached, held, tallied or muted.
+  /// Restores the state of a new process: nothing attached, held, tallied or muted.
   void reset();
 
-  /// The position that the following messages carry.
+  /// The position attached to all later messages.
   void setLocation(i32 location, const eString& name);
   void clearLocation() { hasLocation_ = false; }
 
@@ -237,17 +237,17 @@ class MessageReporter {
   [[nodiscard]] i32 callCount() const { return callCount_; }
   [[nodiscard]] i32 messageCount() const { return messageCount_; }
 
-  // What the back end reads and keeps up to date.
+  // State that the back end reads and updates.
   MessageTally tally;
   std::vector<MessageEntry> storedMessages;  // finished lines while directOutput is off
   std::vector<MessageOverride> overrides;
-  i32 levelFilter = 0;  // 1 drops I but for kInformation; 2 and up also W
+  i32 levelFilter = 0;  // 1 drops I except kInformation; 2 and up also W
   bool reportingDisabled = false;
-  bool directOutput = true;        // a finished line goes straight to the sink
-  bool heldOutput = true;          // until a sink is attached
-  bool timePrefix = false;         // puts the time of day in front of each line; no option sets it
-  bool structuredForm = false;     // no option sets it
-  TextSink* reportSink = nullptr;  // not owned
+  bool directOutput = true;            // a finished line goes straight to the sink
+  bool heldOutput = true;              // until a sink is attached
+  bool timePrefix = false;             // prefixes each line with the time of day; no option sets it
+  bool structuredForm = false;         // no option sets it
+  TextSink* reportSink = nullptr;      // not owned
   TextSink* structuredSink = nullptr;  // not owned
 
  private:
@@ -268,7 +268,7 @@ class MessageReporter {
 
 extern MessageReporter messageReporter;
 
-/// messageReporter.Report, for short.
+/// Shorthand for messageReporter.Report.
 template <class... Arguments>
 i32 Report(std::type_identity_t<CheckedNumber<Arguments...>> number,
            const Arguments&... arguments) {

@@ -25,7 +25,7 @@ ProcessEndHandler setProcessEndHandler(ProcessEndHandler handler) {
 
 void endProcess() {
   currentHandler();
-  leaveAtOnce();  // a handler that returned has not ended anything
+  leaveAtOnce();  // in case the handler returns after all
 }
 
 }  // namespace rvf

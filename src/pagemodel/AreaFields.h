@@ -28,7 +28,7 @@ struct HyperlinkAreaFields {
 };
 
 struct SignatureFieldFields {
-  PointerWord rect;  // SignatureInfo in the payload holds all that is named here
+  PointerWord rect;  // the named data is the SignatureInfo in the payload
   u8 fieldFlagA;
   u8 fieldFlagB;
   u8 unused[2];

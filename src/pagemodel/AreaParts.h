@@ -23,11 +23,11 @@ struct SignatureInfo {
   NameValues attributes;
 };
 
-/// All characters of the url; empty where there is none.
+/// All characters of the url; empty if there is none.
 [[nodiscard]] std::u16string_view storedUrl(const DrawPart& part);
-/// The url up to its first zero character: what comparisons look at.
+/// The url up to its first zero character, as comparisons see it.
 [[nodiscard]] std::u16string_view hyperlinkUrl(const DrawPart& part);
-/// Null for a part of a version without one.
+/// Null for a part of a version that stores none.
 [[nodiscard]] const SignatureInfo* signatureInfo(const DrawPart& part);
 
 void readClickArea(DrawPart& part, eArchive& archive, i32 v);

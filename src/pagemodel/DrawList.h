@@ -17,9 +17,9 @@ constexpr u8 kBorrowedOwned = 64;  // borrowed, but owned all the same
 constexpr u8 kDefaultByteA = 255;
 
 /// An ordered list of draw parts: a page, a static object, an overlay. Slots and their payload
-/// blocks are reused from page to page, so that memory stops growing after the largest page.
+/// blocks are reused from page to page, so memory stops growing after the largest page.
 struct DrawList {
-  std::vector<DrawPart> slots;  // all allocated parts; those from `count` on are not in use
+  std::vector<DrawPart> slots;  // all allocated parts; those from `count` on are unused
   i32 count = 0;
   u32 listState = 0;
   i32 originX = 0;  // offset of the list on the page
@@ -32,7 +32,7 @@ struct DrawList {
   u8 listMark = 0;
   u8 listFlags = 0;  // list_flag::*
   u16 listExtra = 0;
-  u32 ownerTag = 0;  // given to parts by appendList
+  u32 ownerTag = 0;  // copied to parts by appendList
   u8 byteA = kDefaultByteA;
   u8 byteB = 0;
 
@@ -51,14 +51,14 @@ struct DrawList {
 /// The next free slot, blank except for the payload block, which it keeps.
 DrawPart& appendSlot(DrawList& list);
 
-/// Frees all parts. A list of borrowed parts only forgets them.
+/// Frees all parts. A list of borrowed parts only drops them.
 void clearParts(DrawList& list);
 
-/// Prepares a list for another page and keeps its parts for reuse. A list of borrowed parts gives
-/// them up.
+/// Prepares a list for another page and keeps its parts for reuse. A list of borrowed parts drops
+/// them.
 void resetList(DrawList& list);
 
-/// Copies all parts of `source` behind those of `target`, moved by the source's origin if `shift`.
+/// Appends copies of all parts of `source` to `target`, moved by the source's origin if `shift`.
 void appendList(DrawList& target, const DrawList& source, bool shift);
 
 }  // namespace rvf

@@ -41,8 +41,8 @@ void readParts(DrawList& list, eArchive& archive, i32 count, const StaticLookup*
   }
 }
 
-// The link that follows the fields of an image. Other types have no place for one, so a link that a
-// damaged record gives them is read and dropped.
+// The link that follows the fields of an image. Other types cannot hold one, so a link found in a
+// damaged record of theirs is read and dropped.
 void readPartLink(DrawPart& part, eArchive& archive, i32 v) {
   auto link = std::make_unique<HyperlinkInfo>();
   if (v < part_version::kTaggedLinks) {
@@ -55,7 +55,7 @@ void readPartLink(DrawPart& part, eArchive& archive, i32 v) {
   }
 }
 
-// Before kPlainTail a part has sections: 127 holds the link flag, the others are reserved and
+// Before kPlainTail, a part has sections: 127 holds the link flag, the others are reserved and
 // empty.
 void readSectionedTail(DrawPart& part, eArchive& archive, eRecordFrame& frame) {
   constexpr i32 kReservedBefore[] = {122, 123, 124, 125, 126};

@@ -18,7 +18,7 @@ void readDrawList(DrawList& list, eArchive& archive, const StaticLookup& statics
 /// deep.
 void readDrawList(DrawList& list, eArchive& archive);
 
-/// Parts are never stored: what a list leaves in an archive is the end mark.
+/// Parts are never stored: only the end mark is written.
 void storeDrawList(eArchive& archive);
 
 /// Reads one part into a slot and reuses its payload block. Fields that the record does not have

@@ -18,7 +18,7 @@
 namespace rvf {
 
 /// The number of words in the frozen 32-bit layout of a part's fields. A ninth word, the child list
-/// of a static reference, is never compared as a word and lies in the payload.
+/// of a static reference, is never compared as a word and is kept in the payload.
 constexpr std::size_t kFieldWords = 8;
 
 /// The fields of a part by its type. The layout is frozen, because comparisons read the fields of
@@ -54,8 +54,8 @@ static_assert(sizeof(PartFields) == kFieldWords * sizeof(u32));
 constexpr u8 kNoPool = 7;
 
 /// One drawable or marking item of a page. Positions and sizes are signed 32-bit integers in the
-/// engine's page units. Arrays of parts are contiguous and a part fills one cache line, which is
-/// why its variable data lies in one payload block and its fields in the frozen words.
+/// engine's page units. Parts are stored contiguously and each fills one cache line, which is why
+/// its variable data is in one payload block and its fields are in the frozen words.
 struct DrawPart {
   DrawPart() = default;
   DrawPart(DrawPart&& other) noexcept { swap(other); }
@@ -70,7 +70,7 @@ struct DrawPart {
   PartFields fields;
   PayloadBlock payload;
   u32 ownerTag = 0;  // set by appendList and copyPart, not by reading
-  i32 extraId = 0;   // takes part in no comparison
+  i32 extraId = 0;   // never compared
   PartType type = PartType::kUnknown;
   u8 poolKind = 0;
 };
@@ -80,7 +80,7 @@ static_assert(sizeof(void*) != 8 || sizeof(DrawPart) == 64);
 /// A part's fields as words of the frozen layout, for reading them through another type's layout.
 struct PartWords {
   std::array<u32, kFieldWords> words;
-  u8 setPointers;  // bit n: word n is a pointer that is set, and so equals no integer
+  u8 setPointers;  // bit n: word n is a set pointer, which equals no integer
 
   [[nodiscard]] bool isSetPointer(std::size_t word) const { return (setPointers >> word & 1) != 0; }
 };

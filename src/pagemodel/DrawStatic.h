@@ -7,16 +7,16 @@
 
 namespace rvf {
 
-/// A drawable object that was composed once and that many pages refer to.
+/// A drawable object that was composed once and is referred to by many pages.
 struct DrawStatic {
   DrawList firstList;
-  DrawList secondList;  // empty, but present, in an object without one
+  DrawList secondList;  // present but empty in an object without one
   i32 hasSecond = 0;
   i32 valueA = 0;
   i32 valueB = 0;
   i32 valueC = 0;
   i32 valueD = 0;
-  i32 loadLists = 1;  // 0 asks the reader to stop in front of the lists
+  i32 loadLists = 1;  // 0: the reader stops before the lists
   i32 valueE = 0;
   i32 valueF = 0;
   i32 indexA = -1;
@@ -27,11 +27,11 @@ struct DrawStatic {
 /// Bytes that the shortest record has on disk.
 constexpr i32 kSmallestStatic = 40;
 
-/// Reads one record; a storing archive gets the end mark alone. Any failure, including a version
-/// above the limit, sets the archive's `failed`.
+/// Reads one record; on a storing archive, only writes the end mark. Any failure, including a
+/// version above the limit, sets the archive's `failed`.
 void readDrawStatic(DrawStatic& object, eArchive& archive);
 
-/// An object leaves in an archive what a list does.
+/// Objects are never stored: only the end mark is written, as for a list.
 void storeDrawStatic(eArchive& archive);
 
 }  // namespace rvf

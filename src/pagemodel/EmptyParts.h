@@ -8,7 +8,7 @@ namespace rvf {
 
 // The types whose records consist only of their frame.
 
-/// Turns a part, whose owned objects are released, into an empty one of type UNKNOWN.
+/// Turns a part whose owned objects are released into an empty one of type UNKNOWN.
 void makeUnknown(DrawPart& part);
 
 /// UNKNOWN and 1LINE: a part without a reference into a text pool.

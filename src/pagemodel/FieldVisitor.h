@@ -24,14 +24,14 @@ class FieldVisitor {
   virtual ~FieldVisitor() = default;
 
   virtual void number(std::string_view name, i64 value) = 0;
-  /// By default shown as the eight bytes of the value.
+  /// By default, passed on as the eight bytes of the value.
   virtual void floating(std::string_view name, f64 value);
-  /// A packed colour: four bytes that mean something only to the engine.
+  /// A packed colour: four bytes that only the engine interprets.
   virtual void colour(std::string_view name, u32 packed) = 0;
   /// All characters that are stored, zero characters included.
   virtual void text(std::string_view name, std::u16string_view value) = 0;
   virtual void bytes(std::string_view name, std::span<const std::byte> value) = 0;
-  /// `index`: of an element, or kSingle.
+  /// `index` is that of an element, or kSingle.
   virtual void enter(std::string_view name, i32 index) = 0;
   virtual void leave() = 0;
 

@@ -10,7 +10,7 @@ namespace rvf {
 struct ImageFields {
   i32 pixelWidth;
   i32 pixelHeight;
-  PointerWord data;  // dataLength bytes behind the info
+  PointerWord data;  // dataLength bytes after the info
   i32 dataLength;
   i32 imageKind;
   PointerWord info;  // ImageInfo at the start of the payload
@@ -23,7 +23,7 @@ struct ResourceFields {
   i32 y;
   i16 scaleX;
   i16 scaleY;
-  PointerWord hyperlink;  // behind the bytes; never set by reading
+  PointerWord hyperlink;  // after the bytes; never set by reading
   u16 resourceExtra;
   u8 resourceFlag;
   u8 resourceKind;
@@ -45,7 +45,7 @@ struct ImportPageFields {
 
 struct BcocaBarcodeFields {
   PointerWord origin;  // BarcodeOrigin at the start of the payload
-  PointerWord text;    // the characters behind it
+  PointerWord text;    // the characters after it
   u8 barcodeKind;
   u8 barcodeFlag;
   u16 barcodeCode;

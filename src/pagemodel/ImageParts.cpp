@@ -78,7 +78,7 @@ void readImageFlags(ImageInfoFields& info, eArchive& archive, i32 v) {
   info.flagD = info.flagC;
 }
 
-// Old files number image kinds differently and combine in one number what later versions store as
+// Old files number image kinds differently and combine into one number what later versions store as
 // two values.
 void mapOldImageKind(ImageHead& head) {
   constexpr i32 kHighestOldKind = 10;
@@ -133,8 +133,8 @@ void readImageTail(ImageInfo& info, eArchive& archive, i32 v) {
   }
   if (v >= kImageValueD) {
     info.valueD = archive.ReadI32();
-    // Quirk that stays: this colour is consumed and dropped. Filling colourD with it would make
-    // images differ that have always been equal.
+    // Quirk that stays: this colour is read and dropped. Storing it in colourD would make images
+    // differ that are equal in existing results.
     static_cast<void>(readColourValue(archive, KindWord::kStored));
   }
   info.byteE = v >= kImportFlag ? archive.ReadU8() : u8{0};
@@ -146,7 +146,7 @@ void readImageTail(ImageInfo& info, eArchive& archive, i32 v) {
   }
 }
 
-/// Sizes the payload and makes an ImageInfo at its start; the bytes behind it stay as they are.
+/// Sizes the payload and makes an ImageInfo at its start; the bytes after it are left as they are.
 ImageInfo& makeImageInfo(DrawPart& part, i64 dataLength) {
   part.payload.resize(static_cast<i64>(sizeof(ImageInfo)) + dataLength);
   auto* info = new (part.payload.data()) ImageInfo();
@@ -275,7 +275,7 @@ namespace {
 
 using ResourceLink = std::unique_ptr<HyperlinkInfo>;
 
-// The link lies behind the bytes and their terminator.
+// The link follows the bytes and their terminator.
 std::size_t linkOffset(const DrawPart& part) {
   const std::size_t end = resourceBytes(part).size() + 1;
   return (end + alignof(ResourceLink) - 1) / alignof(ResourceLink) * alignof(ResourceLink);

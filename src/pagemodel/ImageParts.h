@@ -15,9 +15,9 @@ namespace rvf {
 
 // IMAGE, RESOURCE, IMPORTPAGE and BCOCABARCODE.
 //
-// Payloads: the ImageInfo of an IMAGE and then its bytes; the bytes of a RESOURCE with a zero
-// behind them, and then its link, if it was given one; the clip rectangle of an IMPORTPAGE; the
-// origin of a BCOCABARCODE and then its characters.
+// Payloads: the ImageInfo of an IMAGE and then its bytes; the bytes of a RESOURCE, a terminating
+// zero, and its link, if it was given one; the clip rectangle of an IMPORTPAGE; the origin of a
+// BCOCABARCODE and then its characters.
 
 namespace image_kind {
 constexpr i32 kWithoutBytes = 11;  // by absolute value
@@ -48,8 +48,9 @@ struct ImageInfoFields {
   bool operator==(const ImageInfoFields&) const = default;
 };
 
-/// What an image carries beside its pixels. Two of them are equal if all fields are the same and
-/// neither owns any object: owned objects are compared by identity.
+/// What an image carries besides its pixels. Quirk that stays: two of them are equal only if all
+/// fields are the same and neither owns any object, because owned objects are compared by identity.
+/// Existing results depend on this.
 struct ImageInfo : ImageInfoFields {
   /// Copies everything except what the image owns.
   void setFields(const ImageInfoFields& fields) { ImageInfoFields::operator=(fields); }
@@ -73,10 +74,10 @@ static_assert(sizeof(BarcodeOrigin) == 16);
 
 [[nodiscard]] ImageInfo& imageInfo(DrawPart& part);
 [[nodiscard]] const ImageInfo& imageInfo(const DrawPart& part);
-/// The bytes of an image; none for a kind that stores none.
+/// The bytes of an image; empty for a kind that stores none.
 [[nodiscard]] std::span<const std::byte> imageBytes(const DrawPart& part);
 [[nodiscard]] std::span<const std::byte> resourceBytes(const DrawPart& part);
-/// Null without a link. No record holds one: it is added to a part after reading.
+/// Null if there is no link. Records never hold one: it is added to a part after reading.
 [[nodiscard]] const HyperlinkInfo* resourceHyperlink(const DrawPart& part);
 void setResourceHyperlink(DrawPart& part, std::unique_ptr<HyperlinkInfo> link);
 [[nodiscard]] std::span<const i32> importClip(const DrawPart& part);
@@ -86,7 +87,7 @@ void setResourceHyperlink(DrawPart& part, std::unique_ptr<HyperlinkInfo> link);
 
 void readImage(DrawPart& part, eArchive& archive, i32 v);
 void visitImage(const DrawPart& part, FieldVisitor& visitor);
-/// The copy has bytes, names, link and values of its own.
+/// The copy has its own bytes, names, link and values.
 void copyImage(DrawPart& target, const DrawPart& source);
 void shiftImage(DrawPart& part, i32 dx, i32 dy);
 void releaseImage(DrawPart& part);
@@ -95,7 +96,7 @@ void releaseImageNames(DrawPart& part);
 
 void readResource(DrawPart& part, eArchive& archive, i32 v);
 void visitResource(const DrawPart& part, FieldVisitor& visitor);
-/// The copy has a link of its own.
+/// The copy has its own link.
 void copyResource(DrawPart& target, const DrawPart& source);
 void shiftResource(DrawPart& part, i32 dx, i32 dy);
 void releaseResource(DrawPart& part);

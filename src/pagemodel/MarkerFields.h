@@ -31,7 +31,7 @@ struct StateMarkerFields {
 };
 
 struct TaggedObjectFields {
-  PointerWord tagText;  // TaggedTexts at the start of the payload, the texts behind it
+  PointerWord tagText;  // TaggedTexts at the start of the payload, then the texts
   PointerWord altText;
   PointerWord actualText;
   u16 tagId;

@@ -37,10 +37,11 @@ std::unique_ptr<HyperlinkInfo> readLink(eArchive& archive, i32 v) {
   return link;
 }
 
-// The count has 32 bits on disk and 16 in the part: surplus entries are skipped.
+// The count has 32 bits on disk and 16 in the part: surplus entries are skipped. Quirk that stays:
+// the warning gives a fixed number of ignored entries, as existing reports show it.
 void readMarkerNameValues(MarkerInfo& info, eArchive& archive) {
   constexpr i32 kMostEntries = 65535;
-  constexpr i32 kIgnoredEntries = 0x7FFF0000;  // what the warning has always said
+  constexpr i32 kIgnoredEntries = 0x7FFF0000;
   const i32 stored = archive.checkedCount(archive.ReadI32(), kSmallestNameValue);
   if (stored > kMostEntries) {
     eString warning;
@@ -180,7 +181,7 @@ u16 foldedTagId(u16 id, u8 band) {
 
 namespace {
 
-/// A text of `length` characters behind `before` bytes of a payload.
+/// A text of `length` characters after the first `before` bytes of a payload.
 std::u16string_view textAt(const DrawPart& part, std::size_t before, i32 length) {
   if (length == 0) {
     return {};
@@ -188,7 +189,7 @@ std::u16string_view textAt(const DrawPart& part, std::size_t before, i32 length)
   return {part.payload.at<char16_t>(before), static_cast<std::size_t>(length)};
 }
 
-/// The head in front of the texts; an empty one if the part has no payload.
+/// The head that precedes the texts; an empty one if the part has no payload.
 TaggedTexts taggedTexts(const DrawPart& part) {
   const bool isThere = part.fields.taggedObject.language == kSetPointer;
   return isThere ? *part.payload.at<TaggedTexts>(0) : TaggedTexts{u"", 0, 0, 0};
@@ -198,7 +199,7 @@ KeyTexts keyTexts(const DrawPart& part) {
   return part.payload.size() == 0 ? KeyTexts{} : *part.payload.at<KeyTexts>(0);
 }
 
-/// The bytes of a text and its terminator.
+/// The size in bytes of a text and its terminator.
 std::size_t textSize(i32 length) {
   return length == 0 ? 0 : (static_cast<std::size_t>(length) + 1) * sizeof(char16_t);
 }

@@ -19,7 +19,7 @@ namespace rvf {
 // BOOKMARK, LOCSEARCHKEY and SUBSCRIBE.
 //
 // Payloads: a MarkerInfo; TaggedTexts and then the texts; the title of a BOOKMARK; KeyTexts and
-// then both texts of a LOCSEARCHKEY; the SubscribeEntries. All texts are zero-terminated and lie
+// then both texts of a LOCSEARCHKEY; the SubscribeEntries. All texts are zero-terminated and stored
 // one after another; null texts take no room. A zero character inside a text is part of it.
 
 struct MarkerInfo {
@@ -52,16 +52,16 @@ struct KeyTexts {
 /// The language tag of an index; indexes outside the table count as 0, "default".
 [[nodiscard]] const char16_t* languageTag(i32 index);
 
-/// The band that the ids of tagged objects are folded into: 0 below 10000, 1 from there to 39999, 2
-/// above. Nothing in this system sets any value but 0.
+/// The band into which the ids of tagged objects are folded: 0 below 10000, 1 from there to 39999,
+/// 2 above. Always 0 in this system.
 inline u8 tagBand = 0;
 [[nodiscard]] u16 foldedTagId(u16 id, u8 band);
 
-// What a part owned is empty after releasePart.
+// Empty after releasePart.
 [[nodiscard]] const MarkerInfo& markerInfo(const DrawPart& part);
 [[nodiscard]] const SubscribeEntries& subscribeEntries(const DrawPart& part);
 
-// Texts with their whole length; empty where there is none.
+// Texts in their full length; empty if there is none.
 [[nodiscard]] std::u16string_view tagText(const DrawPart& part);
 [[nodiscard]] std::u16string_view altText(const DrawPart& part);
 [[nodiscard]] std::u16string_view actualText(const DrawPart& part);

@@ -27,9 +27,9 @@ struct PartOperations {
   PartType type;
   ReadOperation read;
   VisitOperation visit;
-  CopyOperation copy;        // null: copyPart does not take over its fields
-  ShiftOperation shift;      // null: it has no place
-  ReleaseOperation release;  // null: all that it holds lies in the payload as plain bytes
+  CopyOperation copy;        // null: copyPart does not copy its fields
+  ShiftOperation shift;      // null: it has no position
+  ReleaseOperation release;  // null: everything it holds is plain bytes in the payload
   u8 pointerWords;           // bit n: word n of its fields is a pointer
 };
 

@@ -14,8 +14,7 @@ constexpr i32 kKeepHyperlink = 5;
 /// reads nothing.
 void readPayload(DrawPart& part, eArchive& archive, i32 version);
 
-/// The same from bytes in memory, for the types that fill most pages. For all others the input
-/// fails.
+/// The same from bytes in memory, for the most frequent types. For all others the input fails.
 void readHeldPayload(DrawPart& part, HeldInput& held, i32 version);
 
 /// Makes `target` a deep copy of `source`; does nothing if they are the same. A source of a type
@@ -26,7 +25,7 @@ void copyPart(DrawPart& target, const DrawPart& source);
 /// Moves a part by an offset. Types without a position do not move.
 void shiftPart(DrawPart& part, i32 dx, i32 dy);
 
-/// Frees what the type owns outside its payload block, which stays. With kKeepHyperlink an image
+/// Frees what the type owns outside its payload block, which stays. With kKeepHyperlink, an image
 /// keeps its link.
 void releasePart(DrawPart& part, i32 keep);
 

@@ -67,7 +67,7 @@ constexpr std::size_t kPartTypeCount = 45;
   return partIndex(type) < kPartTypeCount;
 }
 
-/// Whether a table with a row for every type has each row under the code of its `type`.
+/// Whether a table with one row per type has each row at the code of its `type`.
 template <class Row>
 [[nodiscard]] constexpr bool rowsStandUnderTheirCodes(
     const std::array<Row, kPartTypeCount>& table) {
@@ -79,7 +79,7 @@ template <class Row>
   return true;
 }
 
-/// Names for people, by code.
+/// Display names, by code.
 constexpr std::array<std::u16string_view, kPartTypeCount> kPartTypeNames = {
     u"UNKNOWN",
     u"TEXT",

@@ -4,20 +4,20 @@
 
 namespace rvf {
 
-/// The versions of a draw part and what each introduced. Fields are gated by the signed value, so
-/// that a negative version is older than all of them; sections, the end mark and the limit depend
-/// on the absolute value.
+/// The versions of a draw part and what each introduced. Fields are gated by the signed value, so a
+/// negative version is older than all of them; sections, the end mark and the limit depend on the
+/// absolute value.
 namespace part_version {
 
 constexpr i32 kImageFlagB = 101;
 constexpr i32 kImageFlagsCD = 102;
-constexpr i32 kImageKindValue = 103;  // until here image kinds were numbered otherwise
+constexpr i32 kImageKindValue = 103;  // older files number image kinds differently
 constexpr i32 kReferenceB = 104;      // refB of a static reference
 constexpr i32 kByteType = 105;        // the type is one byte
 constexpr i32 kCompactFields = 106;   // counts, flags and codes lose their upper bytes
 constexpr i32 kTint = 108;            // tints; kind words of image colours
 constexpr i32 kOverprint = 109;
-constexpr i32 kResource = 110;          // before, a resource stored nothing
+constexpr i32 kResource = 110;          // older resources store nothing
 constexpr i32 kWideRunPositions = 111;  // run positions have 32 bits again
 constexpr i32 kShapeCodeC = 113;
 constexpr i32 kPolyExtra = 114;
@@ -32,15 +32,15 @@ constexpr i32 kImageValueC = 123;
 constexpr i32 kImageByteFlags = 124;
 constexpr i32 kImageColourC = 126;
 constexpr i32 kImageValueE = 128;
-constexpr i32 kWholeScale = 129;  // before, heights and scales were stored in hundreds
+constexpr i32 kWholeScale = 129;  // older heights and scales are stored in hundreds
 constexpr i32 kLanguage = 131;
 constexpr i32 kPlainTail = 132;       // link flag without sections, no end mark
-constexpr i32 kNarrowOldLinks = 133;  // old link records have one byte a character
-constexpr i32 kRunClass = 134;        // stored in 32 bits, in this version alone
+constexpr i32 kNarrowOldLinks = 133;  // old link records have one byte per character
+constexpr i32 kRunClass = 134;        // stored in 32 bits, only in this version
 constexpr i32 kByteRunClass = 135;
 constexpr i32 kNameValues = 136;
 constexpr i32 kHyperlinkFlag = 137;
-constexpr i32 kTaggedLinks = 138;  // link records have a tag of their own
+constexpr i32 kTaggedLinks = 138;  // link records have their own tag
 constexpr i32 kByteHyperlinkFlag = 139;
 constexpr i32 kLinkCode = 141;
 constexpr i32 kImageValueD = 142;
@@ -61,7 +61,7 @@ constexpr i32 kGradientTints = 155;
 constexpr i32 kLinkValues = 156;
 constexpr i32 kResourceExtra = 157;  // and scales in 16 bits
 
-/// Sections count from the base tag; nothing newer than the highest is read.
+/// Sections are numbered from the base tag; nothing newer than the highest is read.
 constexpr i32 kBaseTag = 120;
 constexpr i32 kHighest = 157;
 

@@ -9,12 +9,12 @@
 
 namespace rvf {
 
-/// The one heap block of a part's variable data. It stays with its slot from page to page and only
-/// grows, so that reading allocates nothing after the largest page.
+/// The one heap block for a part's variable data. It stays with its slot from page to page and only
+/// grows, so reading allocates nothing after the largest page.
 ///
-/// The block only knows bytes: the part's type determines what they are (the layouts are in the
-/// headers of the families). Objects in it that own memory are constructed and destroyed by the
-/// type's operations.
+/// The block holds untyped bytes, whose layout depends on the part's type and is described in the
+/// header of its family. Objects in it that own memory are constructed and destroyed by the type's
+/// operations.
 class PayloadBlock {
  public:
   PayloadBlock() = default;
@@ -36,8 +36,8 @@ class PayloadBlock {
   [[nodiscard]] u32 size() const { return size_; }
   [[nodiscard]] u32 capacity() const { return capacity_; }
 
-  /// Sets the number of bytes in use and keeps those that were in use. The block may move, so it
-  /// must not hold an object that owns memory. Throws std::bad_alloc.
+  /// Sets the number of bytes in use and keeps the existing ones. The block may move, so it must
+  /// not hold an object that owns memory. Throws std::bad_alloc.
   void resize(i64 size) {
     if (size > capacity_) {
       grow(size);
@@ -47,7 +47,7 @@ class PayloadBlock {
   void clear() { size_ = 0; }
   void assign(const PayloadBlock& other);
 
-  /// The block's bytes from `offset` on as `T`s.
+  /// The block's bytes from `offset` on, as objects of type `T`.
   template <class T>
   [[nodiscard]] T* at(std::size_t offset) {
     return reinterpret_cast<T*>(block_.get() + offset);

@@ -8,7 +8,7 @@
 
 namespace rvf {
 
-/// Bytes that one character of a part's text has in this file.
+/// Bytes per character of part texts in this file.
 template <class Input>
 [[nodiscard]] i32 characterSize(const Input& input) {
   return input.wideStrings() ? 2 : 1;
@@ -17,8 +17,8 @@ template <class Input>
 /// Zero-extends each byte to 16 bits, from front to back.
 void widen(const u8* bytes, i32 count, char16_t* target);
 
-/// Reads `count` characters of one byte into `target`. The bytes are read into the second half of
-/// the target, so that widening from the front never overwrites a byte that is still to be widened.
+/// Reads `count` characters of one byte each into `target`. The bytes are read into its second
+/// half, so that widening from the front never overwrites a byte that has yet to be widened.
 template <class Input>
 void readNarrowText(Input& input, i32 count, char16_t* target) {
   auto* bytes = reinterpret_cast<u8*>(target) + count;
@@ -38,8 +38,8 @@ void readPartText(Input& input, i32 count, char16_t* target) {
 }
 
 /// Appends a text of `count` characters and its terminator to the block. A count of 0 or less
-/// appends nothing; one that does not fit into the file is damage. Returns the number of characters
-/// appended.
+/// appends nothing; one that exceeds the rest of the file is damage. Returns the number of
+/// characters appended.
 [[nodiscard]] i32 appendPartText(eArchive& archive, i32 count, PayloadBlock& block);
 /// The same for characters that have two bytes in every file.
 [[nodiscard]] i32 appendWideText(eArchive& archive, i32 count, PayloadBlock& block);

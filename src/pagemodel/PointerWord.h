@@ -5,7 +5,7 @@
 namespace rvf {
 
 /// Takes the place of a pointer in the frozen 32-bit layout of a part's fields. What it would point
-/// to lies in the part's payload; the word only says whether it exists.
+/// to is in the part's payload; the word only says whether it exists.
 using PointerWord = u32;
 constexpr PointerWord kNullPointer = 0;
 constexpr PointerWord kSetPointer = 1;

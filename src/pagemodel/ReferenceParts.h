@@ -7,13 +7,13 @@
 
 namespace rvf {
 
-// STATICREF. Its payload is the pointer to the child list, where there is one. Reading the part
-// leaves it without: the reader of the list looks it up.
+// STATICREF. Its payload is the pointer to the child list, if there is one. Reading the part does
+// not set it: the reader of the list looks it up.
 
 struct DrawList;
 
-/// The list of the static object that the part refers to, which stays the file's; null when the
-/// reference found none.
+/// The list of the static object that the part refers to. It belongs to the file; null if the
+/// object does not exist.
 [[nodiscard]] const DrawList* childList(const DrawPart& part);
 /// The list that a reference refers to in a file's tables; null if there is no such object.
 [[nodiscard]] const DrawList* referencedList(const StaticRefFields& fields,

@@ -8,14 +8,14 @@
 
 namespace rvf {
 
-// Members that several types of parts have, shown to a FieldVisitor.
+// Visits members that several types of parts have.
 
-/// Whether the record of a name value has a number.
+/// Whether the record of a name value holds a number.
 enum class NumberField { kStored, kAbsent };
 
-/// Null shows nothing.
+/// Visits nothing for null.
 void visitHyperlink(const HyperlinkInfo* link, FieldVisitor& visitor);
-/// As elements of `name`. Null shows nothing.
+/// As elements of `name`. Visits nothing for null.
 void visitNameValues(std::string_view name, const NameValues* values, NumberField number,
                      FieldVisitor& visitor);
 

@@ -4,7 +4,7 @@
 
 namespace rvf {
 
-/// Moves anything that has a place.
+/// Moves anything that has a position.
 template <class Place>
 void shiftPlace(Place& place, i32 dx, i32 dy) {
   place.x = wrappingSum(place.x, dx);

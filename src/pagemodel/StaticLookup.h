@@ -6,11 +6,11 @@ namespace rvf {
 
 struct DrawStatic;
 
-/// The static objects of a file, in which a static reference finds the one that it names.
+/// Looks up the static objects of a file by what a static reference names.
 class StaticLookup {
  public:
   virtual ~StaticLookup() = default;
-  /// Null for an object that the file does not have. The object stays the file's.
+  /// Null if the file has no such object. The object belongs to the file.
   [[nodiscard]] virtual const DrawStatic* FindStatic(i32 objectType, i32 index) const = 0;
 };
 

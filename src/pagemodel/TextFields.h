@@ -9,7 +9,7 @@ namespace rvf {
 
 struct TextFields {
   PointerWord runs;  // TextRun[runCapacity] at the start of the payload
-  PointerWord text;  // the characters, behind the extension area
+  PointerWord text;  // the characters, after the extension area
   u16 runCount;
   u16 runCapacity;
   u16 textLength;
@@ -27,7 +27,7 @@ struct TextPropFields {
   i32 propKind;
   i32 propValue;
   i32 propExtra;  // kinds 3 and 4 only
-  i32 lengthA;    // characters; those of all four lengths lie back to back in the payload
+  i32 lengthA;    // in characters; all four texts are back to back in the payload
   i32 lengthB;
   u16 lengthC;
   u16 lengthD;

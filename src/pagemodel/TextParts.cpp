@@ -97,7 +97,7 @@ void readRun(TextRun& run, Input& input, i32 v) {
   run.runExtra = v >= kRunExtra ? input.ReadU16() : u16{0};
 }
 
-// Makes room in front of the characters, which are the end of the block.
+// Makes room before the characters, which are at the end of the block.
 std::byte* insertBeforeCharacters(DrawPart& part, std::size_t size) {
   const std::size_t textBytes = textCharacters(part).size_bytes();
   const std::size_t start = part.payload.size() - textBytes;
@@ -107,8 +107,8 @@ std::byte* insertBeforeCharacters(DrawPart& part, std::size_t size) {
   return room;
 }
 
-// All 32 bits of a count decide whether there are records, but only the low 16 are kept, and only
-// that many records; the rest is skipped. So an area can consist of its head alone.
+// All 32 bits of a count determine whether there are records, but only the low 16 are kept, and
+// only that many records; the rest is skipped. An area can therefore consist of its head alone.
 
 void readExtensionRuns(DrawPart& part, eArchive& archive, i32 v) {
   const i32 stored = archive.checkedCount(archive.ReadI32(), kSmallestExtensionRun);

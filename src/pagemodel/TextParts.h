@@ -13,18 +13,19 @@ namespace rvf {
 // TEXT and TEXTPROP.
 //
 // The payload of a TEXT part is one block: runCapacity runs, the extension area, the characters.
-// The extension area, behind the last of the runCapacity runs, holds the extension runs (marker
-// 0xFEFE, u16 count, that many runs) if textFlags has kExtensionRuns, and then the outline records
-// (u16 count, that many of six i32) if it has kOutlineRecords. On disk the counts have 32 bits, and
-// the flags depend on all of them: a multiple of 65536 gives a set flag and a stored count of 0.
+// The extension area, which follows the last of the runCapacity runs, holds the extension runs
+// (marker 0xFEFE, u16 count, that many runs) if textFlags has kExtensionRuns, and then the outline
+// records (u16 count, that many of six i32) if it has kOutlineRecords. On disk the counts have 32
+// bits, and the flags depend on all of them: a multiple of 65536 sets the flag and leaves a stored
+// count of 0.
 
 namespace text_flag {
 constexpr u8 kExtensionRuns = 4;
 constexpr u8 kOutlineRecords = 8;
 }  // namespace text_flag
 
-/// A run of characters and its position. Runs are compared as 16 bytes, so every byte of them has a
-/// defined value.
+/// A run of characters and its position. Runs are compared as 16 bytes each, so all of them have
+/// defined values.
 struct TextRun {
   i32 y;
   i32 x;
@@ -45,7 +46,7 @@ using OutlineRecord = std::array<i32, 6>;
   return {part.payload.at<TextRun>(0), part.fields.text.runCount};
 }
 
-// The characters are at the end of the block, so they can be located without parsing what precedes
+// The characters are at the end of the block, so they can be found without parsing what precedes
 // them.
 [[nodiscard]] inline std::span<char16_t> textCharacters(DrawPart& part) {
   const TextFields& fields = part.fields.text;
@@ -61,7 +62,7 @@ using OutlineRecord = std::array<i32, 6>;
 
 [[nodiscard]] std::span<TextRun> extensionRuns(DrawPart& part);
 [[nodiscard]] std::span<const TextRun> extensionRuns(const DrawPart& part);
-/// Copies, since the records are unaligned in the payload.
+/// Returns copies, since the records are unaligned in the payload.
 [[nodiscard]] std::vector<OutlineRecord> outlineRecords(const DrawPart& part);
 
 void readText(DrawPart& part, eArchive& archive, i32 v);

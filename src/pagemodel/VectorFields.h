@@ -22,8 +22,8 @@ struct LineFields {
 
 struct RectFields {
   i32 left, top, right, bottom;
-  u8 noFill;     // 0: the fill colour counts
-  u8 noOutline;  // 0: the line colour counts
+  u8 noFill;     // 0: the fill colour is used
+  u8 noOutline;  // 0: the line colour is used
   u8 shapeCode;
   u8 shapeFlag;
   u16 lineWidth;
@@ -36,7 +36,7 @@ struct RectFields {
 struct PolyFields {
   u16 pointCount;
   u16 polyExtra;
-  PointerWord points;  // Point[pointCount] behind the style
+  PointerWord points;  // Point[pointCount] after the style
   i32 lineWidth;
   u8 polyCode;
   u8 unused[3];

@@ -19,7 +19,7 @@ namespace {
 constexpr i32 kPointSize = sizeof(Point);
 constexpr i32 kStopSize = 16;  // tint, colour and position, or two floating values
 
-// On disk a point is as it is in memory.
+// A point has the same form on disk and in memory.
 template <class Input>
 void readPoints(std::span<Point> points, Input& input) {
   input.ReadWhole(points.data(), static_cast<i32>(points.size_bytes()));

@@ -29,13 +29,13 @@ void reportUnusable(const eString& path, const eString& reason) {
   Report(MessageNumber::kFileUnusable, path.isEmpty() ? u"(no name)" : path, reason);
 }
 
-/// The fields behind such a record cannot be found, so reading on would compare garbage.
+/// Whatever follows such a record cannot be located, so reading on would compare garbage.
 [[noreturn]] void endOnNewerRecord(const NewerRecord& record) {
   Report(MessageNumber::kRecordTooNew, record.label, record.version, record.highest);
   endProcess();
 }
 
-/// Opens a file of the comparison. Null, and reported, when that fails.
+/// Opens a file of the comparison. A failure is reported and gives null.
 std::unique_ptr<eDiskFile> openFile(const eString& path, i32 flags, FailureLog& failures) {
   auto file = std::make_unique<eDiskFile>();
   if (file->Open(path, flags | open_flags::kUnbuffered, FileContent::kBinary)) {
@@ -63,7 +63,7 @@ CompareRun::~CompareRun() {
   try {
     closeRun(exit_status::kFailed);
   } catch (...) {
-    // Without memory the closing report is lost; main reports what ended the run.
+    // Out of memory: the closing report is lost, and main reports what ended the run.
   }
 }
 
@@ -98,7 +98,7 @@ bool CompareRun::openRun() {
   return differenceFile_ != nullptr;
 }
 
-// The message file itself is the problem, so the console gets the line.
+// The message file itself is the problem, so the line goes to the console.
 bool CompareRun::openReport(const eString& objection) {
   const eString& path = options_.messageFile;
   eString line;
@@ -140,7 +140,7 @@ void CompareRun::closeRun(i32 status) {
   closeReport(status);
 }
 
-// The sink stays attached until its last byte is written, so that a message about it is still
+// The sink stays attached until its last byte is written, so that messages about it are still
 // counted.
 void CompareRun::closeReport(i32 status) {
   if (reportSink_ == nullptr) {

@@ -20,7 +20,7 @@ namespace rvf {
 
 namespace {
 
-/// Connects one run to the reporter, with a back end for its messages and a listener for its
+/// Connects a run to the reporter, with a back end for its messages and a listener for its
 /// failures. The destructor prints messages that are still held, even if the run ends with an
 /// exception.
 class MessageSession {
@@ -46,7 +46,7 @@ class MessageSession {
   }
 
   void printHeldMessages() {
-    // Without held messages the catalogue is not needed, and it does not matter if it is missing.
+    // Without held messages the catalogue is not needed, so it may be missing.
     if (!messageReporter.pending().empty()) {
       output_.printHeldMessages();
     }
@@ -87,7 +87,7 @@ i32 takeSteps(CompareRun& run, MessageSession& session, std::span<const eString>
   }
   run.greet();
   const i32 status = run.compareFiles();
-  // The messages precede the closing report. Failures while closing still count.
+  // The messages precede the closing report. Failures while closing still affect the status.
   messageReporter.FlushMessages();
   run.closeRun(status);
   session.printHeldMessages();
@@ -118,7 +118,7 @@ i32 runCompare(std::span<const eString> arguments) {
   MessageSession session;
   CompareRun run(session.failures());
   const i32 exitStatus = takeSteps(run, session, arguments);
-  run.closeRun(exit_status::kFailed);  // does nothing if the run came to its end
+  run.closeRun(exit_status::kFailed);  // does nothing after a normal end
   session.printHeldMessages();
   if (exitStatus == exit_status::kFailed) {
     explainFailure(run.options(), session.failures());

@@ -7,9 +7,9 @@
 
 namespace rvf {
 
-/// One whole run: options, comparison, report. `arguments` starts with the program's name. Returns
-/// the exit status (ExitStatus.h). There is one run in a process: options, messages and tally are
-/// process-wide.
+/// A complete run: options, comparison, report. `arguments` starts with the program's name. Returns
+/// the exit status (ExitStatus.h). Only one run is possible per process: messages and their tally
+/// are process-wide.
 [[nodiscard]] i32 runCompare(std::span<const eString> arguments);
 
 }  // namespace rvf

@@ -5,8 +5,8 @@
 namespace rvf {
 
 i32 formExitStatus(i32 status, bool simple) {
-  // Parts that were merely found elsewhere in their list draw the same page, so a script that wants
-  // a plain answer gets "identical". The mask is deliberately this narrow.
+  // Parts that were merely found elsewhere in their list draw the same page, so scripts that want a
+  // plain answer get "identical". The mask is deliberately this narrow.
   constexpr DiffFlags kSameForScripts = diff::kDrawOrder | diff::kContent;
   if (!simple || status <= 0) {
     return status;

@@ -9,11 +9,11 @@ class RvfReader;
 struct DamagedPage;
 struct NewerRecord;
 
-// What is wrong with an input, in a few words to follow its name.
+// What is wrong with an input, in a few words that follow its name.
 
 [[nodiscard]] eString explainTooLarge(i64 fileLength);
 
-/// Why a reader did not accept its file of `fileLength` bytes.
+/// Why `reader` did not accept its file of `fileLength` bytes.
 [[nodiscard]] eString explainRejection(const RvfReader& reader, i64 fileLength);
 
 [[nodiscard]] eString explainNewerRecord(const NewerRecord& record);

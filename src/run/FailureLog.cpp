@@ -9,11 +9,11 @@ namespace rvf {
 
 namespace {
 
-/// Which arguments of a message are its file name and its reason, and what failed.
+/// Which arguments of a message are the file name and the reason, and what failed.
 struct FailureForm {
   MessageNumber number;
   int path;
-  int reason;  // kNone: `what` says it all
+  int reason;  // kNone: `what` is enough
   const char16_t* what;
 };
 

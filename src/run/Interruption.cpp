@@ -16,11 +16,11 @@ constexpr int kSignals[] = {SIGINT, SIGTERM};
 constexpr const char* kNotice =
     "rvfcompare: interrupted: the difference file and the message file are incomplete\n";
 
-// Does only what a signal handler may do: no allocation, no streams.
+// Restricted to what a signal handler may do: no allocation, no streams.
 void tellInterruption(int signalNumber) {
   eraseProgressLineFromHandler();
   [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kNotice, std::strlen(kNotice));
-  // The handler was removed when it was called, so this ends the process when the handler returns.
+  // The handler was uninstalled when it was called, so this ends the process once it returns.
   raise(signalNumber);
 }
 

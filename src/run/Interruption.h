@@ -2,9 +2,9 @@
 
 namespace rvf {
 
-/// While this lives, an interrupted run (Ctrl-C, or a request to terminate) clears the progress
-/// line and says on standard error that its outputs are incomplete. The process still ends by that
-/// signal, and a signal that was ignored before stays ignored.
+/// During its lifetime, an interrupted run (Ctrl-C, or a request to terminate) clears the progress
+/// line and says on standard error that its outputs are incomplete. The process is still ended by
+/// the signal, and signals that were ignored before stay ignored.
 class InterruptionNotice {
  public:
   InterruptionNotice();

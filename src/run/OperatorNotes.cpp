@@ -144,7 +144,7 @@ void printResult(const ComparisonCounts& counts) {
   print("rvfcompare: " + resultLine(counts) + "\n");
 }
 
-// Must not allocate: there may be no memory left.
+// Must not allocate: there may be no memory.
 void reportFatalError(const char* reason) {
   eraseProgressLine();
   std::fprintf(stderr, "rvfcompare: %s\n", reason);

@@ -10,8 +10,8 @@ namespace rvf {
 
 class FailureLog;
 
-// Output for the operator besides the numbered messages, on standard error except for the answers
-// to --help and --version. Nothing here can fail: write errors are ignored.
+// Output for the operator other than the numbered messages, on standard error except for the
+// answers to --help and --version. Nothing here can fail: write errors are ignored.
 
 /// The counts of a finished comparison.
 struct ComparisonCounts {
@@ -19,7 +19,7 @@ struct ComparisonCounts {
   i32 customersDone = 0;
   i64 pagesCompared = 0;
   i64 differingPages = 0;
-  i64 unpairedPages = 0;  // of both files, including those that the walk did not reach
+  i64 unpairedPages = 0;  // in both files, including those that the walk did not reach
 };
 
 /// One line without a line end: "3 of 120 pages differ, 2 pages have no partner".
@@ -31,7 +31,7 @@ struct ComparisonCounts {
 /// The answer to `--help` or `--version`, if that is the only argument; otherwise empty.
 [[nodiscard]] std::string answerToQuestion(std::span<const eString> arguments);
 
-/// Warns of options that are accepted but not taken as written.
+/// Warns about options that are accepted but not taken as written.
 void printWarnings(const RunOptions& options);
 
 /// Prints each option that was not understood and why, then the usage text; nothing if there is
@@ -41,7 +41,7 @@ void printBadOptions(const RunOptions& options);
 void printFailures(const FailureLog& failures);
 void printResult(const ComparisonCounts& counts);
 
-/// Reports a failure for which there is no message.
+/// Reports a failure that has no message number.
 void reportFatalError(const char* reason);
 
 }  // namespace rvf

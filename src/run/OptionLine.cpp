@@ -14,7 +14,7 @@ namespace {
 
 bool isComment(const eString& text) { return text.c_str()[0] == u'%' || text.c_str()[0] == u'*'; }
 
-/// The edit distance: characters to insert, remove, replace or swap with their neighbour.
+/// The edit distance in characters inserted, removed, replaced, or swapped with their neighbour.
 std::size_t editDistance(std::u16string_view a, std::u16string_view b) {
   std::vector<std::size_t> twoBefore, before(b.size() + 1), row(b.size() + 1);
   std::iota(before.begin(), before.end(), std::size_t{0});
@@ -35,7 +35,7 @@ std::size_t editDistance(std::u16string_view a, std::u16string_view b) {
 
 /// The option with the most similar name; null if none is similar.
 const OptionRow* nearestOption(std::u16string_view name) {
-  constexpr std::size_t kLongestName = 64;  // a longer one is no misspelling
+  constexpr std::size_t kLongestName = 64;  // anything longer is no misspelling
   if (name.size() > kLongestName) {
     return nullptr;
   }
@@ -81,7 +81,7 @@ OptionLine splitOptionLine(const eString& line) {
   if (pieces.isIgnored || !pieces.startsAsOption) {
     return pieces;
   }
-  // A "=" directly after the dash is part of the name.
+  // A "=" immediately after the dash is part of the name.
   const i32 equals = text.Find(u'=', 2);
   pieces.name = equals < 0 ? text.Mid(1) : text.Mid(1, equals - 1);
   pieces.name.MakeUpper();

@@ -19,7 +19,7 @@ struct OptionLine {
 
 [[nodiscard]] bool startsAsOption(const eString& text);
 
-/// Why a line is not understood and how it should read, for people. For a mistyped name, the
+/// Why a line is not understood and how it should read, for the operator. For a mistyped name, the
 /// nearest valid one is suggested.
 [[nodiscard]] eString explainBadOption(const eString& line);
 

@@ -24,17 +24,17 @@ namespace fs = std::filesystem;
 struct FileIdentity {
   dev_t device{};
   ino_t number{};
-  std::string newName;  // of a file that does not exist yet; the numbers are those of its folder
+  std::string newName;  // for a file that does not exist yet; the numbers are its folder's
 
   bool operator==(const FileIdentity&) const = default;
 };
 
-/// A path and what the system finds there.
+/// A path and what it refers to.
 struct Place {
   explicit Place(const eString& path);
 
-  std::optional<FileIdentity> file;  // none: a device, or nothing can be opened there
-  int failure = 0;                   // the error number if the system could not tell
+  std::optional<FileIdentity> file;  // empty: a device, or nothing can be opened there
+  int failure = 0;                   // the error number if this could not be determined
 };
 
 /// Where opening a path for writing would create the file: the end of a chain of dangling links.
@@ -47,8 +47,7 @@ fs::path followDanglingLinks(fs::path path) {
   return path;
 }
 
-/// Errors that mean that this process cannot reach the path, so that the run cannot open it,
-/// either.
+/// Errors that mean that this process cannot reach the path, so the run cannot open it either.
 bool leadsNowhere(int errorNumber) {
   constexpr int kErrors[] = {ENOENT, ENOTDIR, EACCES, ELOOP, ENAMETOOLONG};
   return std::ranges::find(kErrors, errorNumber) != std::end(kErrors);
@@ -80,8 +79,8 @@ struct GuardedFile {
   const char16_t* objection;
 };
 
-/// Everything that the run reads. The catalogue is only looked for when the messages are written,
-/// so an output must not create a file of its name before that.
+/// Everything that the run reads. The catalogue is looked for only when the messages are written,
+/// so no output may create a file of that name before then.
 std::vector<GuardedFile> guardedFiles(const RunOptions& options) {
   constexpr const char16_t* kInput = u"It is also an input of this run";
   constexpr const char16_t* kControlFile = u"It is also a control file of this run";

@@ -30,7 +30,7 @@ std::size_t terminalWidth() {
 }
 
 void draw(std::string line) {
-  // The last column stays free: a character in it would move some terminals to the next line.
+  // The last column stays free: a character there makes some terminals go to the next line.
   line.resize(std::min(line.size(), terminalWidth() - 1));
   const std::size_t width = line.size();
   const auto shown = static_cast<std::size_t>(shownWidth);

@@ -9,18 +9,18 @@
 
 namespace rvf {
 
-/// How far the comparison is.
+/// How far the comparison has got.
 struct ProgressState {
   i32 customersDone = 0;
   i32 customerCount = 0;
   i64 pagesCompared = 0;
-  i64 pageTotal = 0;  // pages that there are to compare, at most
+  i64 pageTotal = 0;  // pages to compare, at most
   i32 differingPages = 0;
   std::chrono::duration<f64> elapsed{};
 };
 
-/// The progress line: ASCII, without a line end. The time left is shown once enough pages are done
-/// for an estimate.
+/// The progress line: ASCII, without a line end. The time left is shown once enough pages have been
+/// compared for an estimate.
 [[nodiscard]] std::string progressLine(const ProgressState& state);
 
 /// Updates one line on standard error a few times a second while the comparison runs, and erases it
@@ -35,7 +35,7 @@ class Progress final : public WalkObserver {
   void pagesCompared(i32 customersDone, i32 customerCount, i64 pagesCompared,
                      i32 differingPages) override;
 
-  /// The state that was reported last.
+  /// The last state reported.
   [[nodiscard]] const ProgressState& last() const { return last_; }
 
  private:
@@ -49,7 +49,8 @@ class Progress final : public WalkObserver {
 /// A progress display if standard error is a terminal, otherwise null.
 [[nodiscard]] std::unique_ptr<Progress> makeProgress(i64 pageTotal);
 
-/// Removes the line if one is shown, before anything else is printed on standard error.
+/// Erases the line if one is shown. Must be called before anything else is printed on standard
+/// error.
 void eraseProgressLine();
 /// The same for a signal handler.
 void eraseProgressLineFromHandler();

@@ -12,7 +12,7 @@ namespace rvf {
 
 bool RunOptions::parseCommandLine(std::span<const eString> arguments, ControlFiles treatment) {
   for (std::size_t index = 1; index < arguments.size();) {
-    // The shell has split a value that contains blanks: its words are joined with one blank each.
+    // The shell splits a value that contains blanks: its words are joined again with single blanks.
     eString text = arguments[index++];
     for (; index < arguments.size() && !startsAsOption(arguments[index]); ++index) {
       text.AppendChar(u' ');
@@ -55,7 +55,7 @@ void RunOptions::addControlFile(const eString& path) {
 
 bool RunOptions::readControlFiles() {
   bool ok = true;
-  // A control file may add others, but not itself, since it is already listed.
+  // A control file may add others, but not itself, since it is listed already.
   for (std::size_t index = 0; index < controlFiles.size() && !controlFileFailure; ++index) {
     const eString path = controlFiles[index];
     ok = readControlFile(path);
@@ -115,8 +115,8 @@ eString printableCopy(const eString& line) {
       copy.AppendChar(c);
       continue;
     }
-    // Quirk that stays: every number takes the room of two digits. A longer one is cut to two, and
-    // a single digit leaves a gap, which ends the text.
+    // Quirk that stays: every number takes two digits. A longer one is cut to two, and a single
+    // digit leaves a gap, which ends the text. Existing reports show this.
     eString digits;
     digits.Format(u"%x", c);
     copy.Append(digits.Left(kDigitPlaces));

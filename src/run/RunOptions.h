@@ -16,10 +16,10 @@ constexpr const char16_t* kDefaultControlFileEncoding = u"ISO88591";
 /// Whether the control files that the command line names are read.
 enum class ControlFiles { kRead, kIgnored };
 
-/// The settings of one run, with their defaults. They come from the command line and then from the
+/// The settings of a run, with their defaults. They come from the command line and then from the
 /// control files that it names, all in the same syntax: an option line is a comment, or a dash or
 /// slash, a name and possibly "=value" (OptionTable.h). If a name is given several times, the last
-/// one counts.
+/// one wins.
 struct RunOptions {
   /// Why a control file could not be used, for the operator.
   struct ControlFileFailure {
@@ -34,8 +34,8 @@ struct RunOptions {
     eString text;
   };
 
-  std::vector<Note> badOptions;       // all that were not understood, and why
-  std::vector<Note> warnings;         // accepted, but not as they are written
+  std::vector<Note> badOptions;       // not understood, with the reason
+  std::vector<Note> warnings;         // accepted, but not as written
   bool badArgument = false;           // an argument was not understood
   std::vector<eString> controlFiles;  // in the order of reading, each path once
   bool badControlLine = false;        // a line of a control file was not understood
@@ -47,20 +47,20 @@ struct RunOptions {
   eString secondFile{u"RVF2.rvf"};
   eString differenceFile{u"Differenced.dat"};
   Tolerances tolerances;
-  bool simpleReturn = false;  // the exit status tells only whether the files differ
-  bool dbcsMode = false;      // text of two bytes a character in files too old to tell it
+  bool simpleReturn = false;  // the exit status only says whether the files differ
+  bool dbcsMode = false;      // two-byte text in files too old to specify it
   eString controlFileEncoding{kDefaultControlFileEncoding};
 
   /// Applies the arguments after the first one, which names the program. Words that begin with
   /// neither "-" nor "/" belong to the preceding option. Reports each option that is not understood
-  /// (kOptionNotUnderstood) and returns false if there was one; otherwise returns the result of
+  /// (kOptionNotUnderstood) and returns false if there is any; otherwise returns the result of
   /// readControlFiles, or true if control files are ignored.
   [[nodiscard]] bool parseCommandLine(std::span<const eString> arguments, ControlFiles treatment);
 
   /// Applies one option line. Returns false and changes nothing if it is not understood.
   [[nodiscard]] bool parseOption(const eString& line);
 
-  /// Appends a control file, unless its path is listed already.
+  /// Appends a control file unless its path is already listed.
   void addControlFile(const eString& path);
 
   /// Reads all control files, including those that a control file adds. They may be anything that
@@ -74,7 +74,7 @@ struct RunOptions {
   [[nodiscard]] bool readControlFile(const eString& path);
   void noteBadControlLine(const eString& line);
 
-  eString place_;  // of the line that is being parsed, as in Note
+  eString place_;  // of the line being parsed, as in Note
 };
 
 /// A line of a control file in a form that a message can show: characters from 32 to 127 as they

@@ -12,7 +12,7 @@ namespace {
 constexpr const char16_t* kRule =
     u" *******************************************************************************";
 
-// The product number that the banner shows.
+// The product number in the banner.
 constexpr const char16_t* kBannerNumber = u"178236";
 
 struct DifferenceLine {

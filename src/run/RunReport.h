@@ -19,7 +19,7 @@ void writeBanner(TextSink* sink, const char16_t* label);
 /// The tolerances of the run.
 void writeOptionsSummary(TextSink& sink, const Tolerances& tolerances);
 
-/// The status, the full DiffFlags or -1, and what it means in words.
+/// The status (the full DiffFlags, or -1) and its meaning in words.
 void writeClosingReport(TextSink& sink, i32 status);
 
 }  // namespace rvf

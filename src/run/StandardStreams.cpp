@@ -10,7 +10,7 @@ namespace rvf {
 void prepareStandardStreams() {
   for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
     if (fcntl(descriptor, F_GETFD) < 0) {
-      // The system uses the lowest free number, which is this one.
+      // The system assigns the lowest free number, which is this one.
       [[maybe_unused]] const int opened = open("/dev/null", O_RDWR);
     }
   }

@@ -13,12 +13,12 @@ namespace rvf {
 
 namespace {
 
-// The forms of a string's count. 0xFFFE is not a count: after 0xFF it is the wide marker.
+// The forms of a string's count. 0xFFFE is never a count: after 0xFF it is the marker of wide text.
 constexpr u8 kLongerLength = 0xFF;
 constexpr u16 kWideMarker = 0xFFFE;
 constexpr u16 kLongestLength = 0xFFFF;
-constexpr i32 kShortForms = 255;     // counts below have one byte
-constexpr i32 kMiddleForms = 65534;  // counts below have three bytes, from here on seven
+constexpr i32 kShortForms = 255;     // counts below this have one byte
+constexpr i32 kMiddleForms = 65534;  // counts below this have three bytes, others seven
 constexpr i64 kMarkerFound = -1;
 
 }  // namespace
@@ -45,8 +45,8 @@ void eArchive::attach(FileObject& file, i32 bufferSize) {
   stream_ = file.stream();
   file_ = &file;
   if (isLoading()) {
-    // Nothing of the window is in view at first: the first access fills it, unless a Seek finds its
-    // target there.
+    // The view starts empty: the first access fills the window, unless a Seek finds its target in
+    // it.
     window_ = &file.readWindow(bufferSize);
     bufferStart_ = window_->start();
     bufferEnd_ = bufferStart_;
@@ -89,7 +89,7 @@ void eArchive::lookIntoWindow(std::byte* cursor) {
   cursor_ = cursor;
 }
 
-// False if nothing could be read. From then on, loads return the bytes at the front of the window.
+// False if nothing could be read. From then on, loads return the bytes at the start of the window.
 bool eArchive::readOn(i64 tail) {
   takePlace();
   bool hasError = false;
@@ -117,7 +117,7 @@ void eArchive::Fill(i32 needed) {
   }
 }
 
-// What was read before the first failure is valid, so that is the offset to report.
+// Everything before the first failure is valid, so the offset of that failure is the one to report.
 void eArchive::failAt(i64 offset) {
   if (!failed_) {
     failed_ = true;
@@ -216,7 +216,7 @@ void eArchive::Flush() {
   if (file_ != nullptr && !failed_) {
     writePhysical(static_cast<i32>(cursor_ - bufferStart()));
   }
-  // Without a file the bytes are dropped, so that a store always has room.
+  // Without a file the bytes are dropped, so a store always has room.
   cursor_ = bufferStart();
 }
 
@@ -355,7 +355,8 @@ void eArchive::readMarkedString(eString& target, i64 storedCount) {
     ReadWhole(target.getBufferSetLength(count), byteCount);
     return;
   }
-  // In a narrow file a text ends at its first zero character, and a short read leaves the old text.
+  // In a narrow file, a text ends at its first zero character, and a short read leaves the old
+  // text.
   eString text;
   if (ReadWhole(text.getBufferSetLength(count), byteCount)) {
     const auto length = static_cast<i32>(text.text().size());

@@ -27,23 +27,23 @@ struct NewerRecord {
 /// little-endian integers, raw bytes, strings, versioned records (RecordFrame.h). An archive lives
 /// for one pass over a file object, which it either owns or is outlived by.
 ///
-/// Any failure sets `failed`, which is never cleared, and no exception leaves an archive. A failed
-/// archive drops what is stored, but loads go on and return stale bytes from the buffer. Readers
+/// Any failure sets `failed`, which is never cleared; an archive throws no exceptions. A failed
+/// archive drops what is stored, but loads continue and return stale bytes from the buffer. Readers
 /// therefore test `failed` before each item and pass every count through checkedCount before they
 /// allocate anything for it.
 class eArchive {
  public:
   enum class Mode : u32 { kStore = 0, kLoad = 1 };
 
-  /// The buffer for the files of a run, and the one for measuring and assembling sections.
+  /// The buffers for the files of a run, and for measuring and assembling sections.
   static constexpr i32 kFileBufferSize = 65536;
   /// The window of the capture files, large enough to hold most pages whole.
   static constexpr i32 kCaptureWindowSize = 262144;
   static constexpr i32 kSectionBufferSize = 4096;
 
-  /// Starts at the file's current position. Archives loading from one file share its window, so
-  /// only one of them may be in use at a time; a storing archive has a buffer of its own. With
-  /// `flushEachWrite` the stream is flushed after every physical write.
+  /// Starts at the file's current position. Archives that load from the same file share its window,
+  /// so only one of them may be in use at a time; a storing archive has its own buffer. With
+  /// `flushEachWrite`, the stream is flushed after every physical write.
   eArchive(FileObject& file, Mode mode, i32 bufferSize, bool flushEachWrite = false);
   /// Opens the file and owns it: an existing file for loading, an empty one for storing. Reports
   /// kArchiveOpenFailed and sets `failed` if it cannot be opened. Part of the interface; a run
@@ -51,12 +51,12 @@ class eArchive {
   eArchive(const eString& path, Mode mode, i32 bufferSize, bool flushEachWrite = false);
   eArchive(const eArchive&) = delete;
   eArchive& operator=(const eArchive&) = delete;
-  /// Closes an archive that is still attached to its file.
+  /// Closes the archive if it is still attached to its file.
   virtual ~eArchive();
 
   [[nodiscard]] bool isLoading() const { return mode_ == Mode::kLoad; }
   [[nodiscard]] bool failed() const { return failed_; }
-  /// The offset in the file of the first failure; -1 without one.
+  /// The file offset of the first failure; -1 if there was none.
   [[nodiscard]] i64 failureOffset() const { return failureOffset_; }
   /// Set only if the archive failed because of a record that is too new.
   [[nodiscard]] const std::optional<NewerRecord>& newerRecord() const { return newerRecord_; }
@@ -84,13 +84,13 @@ class eArchive {
 
   /// Returns the number of bytes read. The caller must test for a short count.
   [[nodiscard]] i32 ReadRaw(void* destination, i32 count);
-  /// ReadRaw for bytes that must be present: a short read sets `failed`.
+  /// Like ReadRaw, but a short read sets `failed`.
   bool ReadWhole(void* destination, i32 count);
   /// Skips `count` bytes; sets `failed` if there are fewer.
   void skip(i32 count);
   void WriteRaw(const void* source, i64 count);
 
-  /// A string is a count and the characters, preceded by the marker FF FE FF if they have two bytes
+  /// A string is a count and its characters, preceded by the marker FF FE FF if they have two bytes
   /// each. The bytes of an unmarked string in a file of wide text end up packed into the front of
   /// the characters: unusable as text, but compared as they are.
   void ReadString(eString& target);
@@ -104,7 +104,8 @@ class eArchive {
   [[nodiscard]] i64 loadPosition() const { return window_->endOffset(); }
   /// When storing, the offset just past the bytes that have left the buffer. Part of the interface.
   [[nodiscard]] i64 storeCount64() const { return storeCount_; }
-  /// Writes the buffer out. Reports kArchiveWriteFailed and sets `failed` when bytes are lost.
+  /// Writes the buffer to the file. If bytes are lost, reports kArchiveWriteFailed and sets
+  /// `failed`.
   virtual void Flush();
   /// Flushes and detaches from the file, which stays open unless the archive owns it. Reports
   /// kArchiveCloseFailed if closing an owned file loses bytes.
@@ -112,14 +113,14 @@ class eArchive {
   /// Discards the buffer and detaches from the file: for an output that is given up.
   void abandon();
 
-  /// The bytes that are in memory, from the next one to load on.
+  /// The bytes in memory, starting with the next one to load.
   [[nodiscard]] std::span<const std::byte> held() const {
     return {cursor_, static_cast<std::size_t>(unread())};
   }
   /// Skips held bytes, up to `next`.
   void advanceTo(const std::byte* next) { cursor_ += next - cursor_; }
 
-  /// Bytes from the position to the end that the file had when the archive was made.
+  /// Bytes from the position to the end of the file as it was when the archive was made.
   [[nodiscard]] i64 bytesLeft() {
     takePlace();
     return window_->fileLength() - window_->endOffset() + unread();
@@ -133,9 +134,9 @@ class eArchive {
   void markDamaged();
   /// Sets `failed` and nothing else.
   void markFailed() { failAt(currentOffset()); }
-  /// For a record that is newer than this program, whose end therefore cannot be found. Sets
-  /// `failed` and newerRecord and reports nothing, now or later; the caller decides what to do with
-  /// such a file.
+  /// For a record that is newer than this program, so that its end cannot be found. Sets `failed`
+  /// and newerRecord and reports nothing, now or later; the caller decides what to do with the
+  /// file.
   void markTooNew(const NewerRecord& record);
 
  protected:
@@ -144,7 +145,7 @@ class eArchive {
 
   [[nodiscard]] std::byte* bufferStart() { return bufferStart_; }
 
-  i64 storeCount_ = 0;           // bytes physically written, set afresh by Seek
+  i64 storeCount_ = 0;           // bytes physically written, reset by Seek
   std::byte* cursor_ = nullptr;  // the next byte to load or store
 
  private:
@@ -191,7 +192,7 @@ class eArchive {
   Mode mode_;
   eString name_;
   std::unique_ptr<eDiskFile> ownFile_;  // of an archive that opened it
-  std::FILE* stream_ = nullptr;         // the file object's, used directly where there is one
+  std::FILE* stream_ = nullptr;         // the file object's, used directly if there is one
   FileObject* file_ = nullptr;          // not owned
   bool flushEachWrite_ = false;
   ReadWindow* window_ = nullptr;         // loading: the file's
@@ -202,13 +203,13 @@ class eArchive {
   bool failed_ = false;
   i64 failureOffset_ = -1;
   std::optional<NewerRecord> newerRecord_;
-  bool damageReported_ = false;  // or never to be
-  bool hasPlace_ = false;        // loading: the window is where this archive stands
-  bool isExhausted_ = false;     // the file has ended or refused a read: no further one is tried
+  bool damageReported_ = false;  // or must never be
+  bool hasPlace_ = false;        // loading: the window is at this archive's position
+  bool isExhausted_ = false;     // the file has ended or refused a read: no more are tried
   std::vector<u8> scratch_;
 };
 
-/// Counts what is stored into it, to find the length of a section before it is written. It has no
+/// Counts the bytes stored into it, to find the length of a section before it is written. It has no
 /// file.
 class eCountingArchive final : public eArchive {
  public:

@@ -53,8 +53,8 @@ OpenedStream openStream(const std::string& path, const std::string& mode) {
   return {stream, stream == nullptr ? errno : 0};
 }
 
-/// An ordinary open for writing would block until there is a reader; this one fails with ENXIO
-/// without one.
+/// An ordinary open for writing would block until there is a reader; this one fails with ENXIO if
+/// there is none.
 OpenedStream openFifoForWriting(const std::string& path, const std::string& mode) {
   const int descriptor = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) {
@@ -136,7 +136,7 @@ bool eDiskFile::Open(const eString& path, i32 flags, FileContent content) {
   const bool exists = stat(nativePath.c_str(), &status) == 0;
   OpenedStream opened;
   if (!exists && errno != ENOENT) {
-    // Nobody knows what this is, so opening it might wait forever.
+    // The kind of file is unknown, so opening it might block forever.
     opened.error = errno;
   } else if (exists && S_ISDIR(status.st_mode)) {
     opened.error = EISDIR;
@@ -231,8 +231,8 @@ std::FILE* eDiskFile::releaseStream() {
   return std::exchange(stream_, nullptr);
 }
 
-// The stream is released before anything is reported, so that a report that runs out of memory
-// cannot leave it to be closed twice.
+// The stream is released before anything is reported: if the report ran out of memory, it would
+// otherwise be closed twice.
 void eDiskFile::closeStream() {
   std::FILE* const stream = releaseStream();
   errno = 0;

@@ -12,7 +12,7 @@ namespace rvf {
 /// Bytes of the longest file that can be addressed: offsets on disk are signed 32-bit values.
 constexpr i64 kLongestFile = 2147483647;
 
-/// Where an offset of Seek counts from.
+/// What an offset passed to Seek is relative to.
 enum class SeekOrigin : i32 { kStart = 0, kCurrent = 1, kEnd = 2 };
 
 /// How a file is opened.
@@ -21,10 +21,10 @@ constexpr i32 kRead = 0;
 constexpr i32 kWrite = 1;
 constexpr i32 kReadWrite = 2;
 constexpr i32 kAccessMask = 0xF;
-constexpr i32 kCreate = 0x1000;  // creates or empties, whatever the access says
-constexpr i32 kAppend = 0x2000;  // with kCreate: keeps the content and writes behind it
+constexpr i32 kCreate = 0x1000;  // creates or empties, whatever the access
+constexpr i32 kAppend = 0x2000;  // with kCreate: keeps the content and appends to it
 /// Every read and write goes straight to the system, so that a failing write is reported where it
-/// happens: for archives, which have a buffer of their own, and for the message file.
+/// happens: for archives, which have their own buffer, and for the message file.
 constexpr i32 kUnbuffered = 0x10000;
 /// The file is only read from front to end, so that it may be a pipe or a device.
 constexpr i32 kSequential = 0x20000;
@@ -50,20 +50,20 @@ class FileObject {
   virtual i32 GetPos(i64& position) = 0;
   virtual i32 SetPos(i64 position) = 0;
   virtual void SetLength(i32 size) = 0;
-  /// Returns whether the file is open now. A failure is not reported, since only the caller knows
+  /// Returns whether the file was opened. A failure is not reported, since only the caller knows
   /// what it means; `failure` gives the reason.
   [[nodiscard]] virtual bool Open(const eString& path, i32 flags, FileContent content) = 0;
-  /// The result depends on the kind of file (see there); errorState says whether it failed.
+  /// The result depends on the kind of file (see the classes); errorState says whether it failed.
   virtual i32 Write(const void* source, i32 count) = 0;
   /// Returns the new position, or -1.
   virtual i32 Seek(i32 offset, SeekOrigin origin) = 0;
-  /// Returns the bytes read: fewer than asked for at the end of the file, or on an error.
+  /// Returns the number of bytes read: fewer than requested at the end of the file or on an error.
   virtual i32 Read(void* destination, i32 count) = 0;
   virtual void Close() = 0;
-  /// The stdio stream under the file, for an archive that works on it directly; null without one.
+  /// The underlying stdio stream, for an archive that uses it directly; null if there is none.
   [[nodiscard]] virtual std::FILE* stream() const { return nullptr; }
 
-  /// The window that all archives loading from this file share; it reads `size` bytes at a time.
+  /// The window shared by all archives that load from this file; it reads `size` bytes at a time.
   /// Only one archive may load at a time.
   [[nodiscard]] ReadWindow& readWindow(i32 size) {
     if (window_ == nullptr || window_->size() != size) {
@@ -83,7 +83,7 @@ class FileObject {
   [[nodiscard]] bool isOpen() const { return isOpen_; }
   [[nodiscard]] bool errorState() const { return errorState_; }
   [[nodiscard]] bool atEnd() const { return atEnd_; }
-  /// Why the last Open or Write failed, in words; empty if it did not.
+  /// Why the last Open or Write failed, as text; empty if it did not.
   [[nodiscard]] const eString& failure() const { return failure_; }
 
  protected:

@@ -9,14 +9,14 @@
 
 namespace rvf {
 
-/// A fast view of the bytes that a loading archive has in memory, for records that fit into them:
-/// it has the loads of eArchive, but none of them tests for the end of the bytes. Instead, the last
-/// kMargin bytes are reserved for overruns, and a decoder must test `failed` before it has loaded
-/// that many: checkedCount and ReadWhole do so themselves, and a loop does so for each of its
-/// items.
+/// A fast view of the bytes that a loading archive has in memory, for records that lie entirely
+/// within them. It has the loads of eArchive, but they do not test for the end of the bytes.
+/// Instead, the last kMargin bytes are reserved for overruns, and a decoder must test `failed`
+/// before it has loaded that many: checkedCount and ReadWhole do so themselves, and loops must do
+/// so for each item.
 ///
-/// A failure does not mean that the file is damaged. The decoded fields are void, and the record
-/// must be read again from the archive, which has not moved.
+/// A failure does not mean that the file is damaged. The decoded fields are invalid, and the record
+/// must be read again from the archive, whose position is unchanged.
 class HeldInput {
  public:
   static constexpr std::ptrdiff_t kMargin = 256;
@@ -35,9 +35,9 @@ class HeldInput {
 
   [[nodiscard]] bool failed() const { return next_ > safeEnd_; }
   [[nodiscard]] bool wideStrings() const { return wideStrings_; }
-  /// Where the next load begins: the archive must be advanced to it after a success.
+  /// Where the next load begins. After a success, the archive must be advanced to this point.
   [[nodiscard]] const std::byte* next() const { return next_; }
-  /// Fails for good. At least one value has been loaded.
+  /// Fails permanently. Requires that at least one value has been loaded.
   void giveUp() { safeEnd_ = next_ - 1; }
 
   [[nodiscard]] u8 ReadU8() { return load<u8>(); }
@@ -52,7 +52,7 @@ class HeldInput {
       giveUp();
       return false;
     }
-    if (count > 0) {  // without, the destination can be null
+    if (count > 0) {  // otherwise the destination may be null
       std::memcpy(destination, next_, static_cast<std::size_t>(count));
       next_ += count;
     }

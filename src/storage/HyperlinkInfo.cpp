@@ -16,7 +16,7 @@ constexpr i32 kHighest = 102;  // a newer record cannot be skipped
 
 namespace {
 
-/// From this draw-part version on the old form has one byte a character.
+/// From this draw-part version on, the old form has one byte per character.
 constexpr i32 kNarrowOldForm = 133;
 
 }  // namespace
@@ -56,7 +56,7 @@ void HyperlinkInfo::reserveText(i32 minimumLength) {
 }
 
 void HyperlinkInfo::loadFixedFields(eArchive& archive) {
-  // A capacity read from the file must never be taken for that of an older text.
+  // A capacity read from the file must never be mistaken for that of the previous text.
   text.reset();
   firstLabel.Empty();
   secondLabel.Empty();
@@ -133,8 +133,8 @@ void HyperlinkInfo::readOldForm(eArchive& archive, i32 version) {
   if (text == nullptr) {
     return;
   }
-  // Quirk that stays: the bytes are one zero-terminated text whatever their size. So two-byte text
-  // ends at its first zero byte, as the files that hold it have always been read.
+  // Quirk that stays: the bytes are read as one zero-terminated text whatever the character size,
+  // so two-byte text ends at its first zero byte. Existing results depend on this.
   const auto end = std::find(bytes.begin(), bytes.begin() + textLength, u8{0});
   const auto found = static_cast<i32>(end - bytes.begin());
   const i32 copied = std::min<i32>(found, storedCapacity);

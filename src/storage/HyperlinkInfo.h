@@ -8,7 +8,7 @@
 
 namespace rvf {
 
-/// Link information that a draw part carries beside its own fields.
+/// Link information that a draw part carries in addition to its own fields.
 class HyperlinkInfo {
  public:
   HyperlinkInfo() = default;
@@ -21,8 +21,8 @@ class HyperlinkInfo {
   void read(eArchive& archive);
   /// Writes the tagged form.
   void store(eArchive& archive) const;
-  /// Reads the untagged form of draw parts below version 138, whose `version` determines how many
-  /// bytes the text has. Does nothing on a storing archive.
+  /// Reads the untagged form of draw parts below version 138. The part's `version` determines how
+  /// many bytes the text has. Does nothing on a storing archive.
   void readOldForm(eArchive& archive, i32 version);
   /// Makes room for textLength characters, or for `minimumLength` if that is more.
   void reserveText(i32 minimumLength);
@@ -30,7 +30,7 @@ class HyperlinkInfo {
   i32 linkValue1 = 0;
   i32 linkValue2 = 0;
   i32 linkValue3 = 0;
-  std::unique_ptr<char16_t[]> text;  // null without text, else zero-terminated at textLength
+  std::unique_ptr<char16_t[]> text;  // null if empty, else zero-terminated at textLength
   u16 textLength = 0;
   u16 textCapacity = 0;  // terminator included
   eString firstLabel;    // empty in the old form

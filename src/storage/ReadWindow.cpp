@@ -31,7 +31,7 @@ i64 ReadWindow::fileLength() {
 
 i64 ReadWindow::streamOffset() {
   if (streamOffset_ == kUnknown) {
-    // The file object would report a failing stream. Here the seek that follows does so.
+    // The file object would report a failed stream. Here the seek that follows does so.
     std::FILE* stream = file_.stream();
     streamOffset_ = stream == nullptr ? file_.Tell() : ftello(stream);
   }
@@ -67,7 +67,7 @@ bool ReadWindow::moveFileToEnd(Failure telling) {
   return isMoved;
 }
 
-// Bypasses the Seek of the file object, which reports failures.
+// Bypasses the file object's Seek, which reports failures.
 bool ReadWindow::moveFile(i64 offset) {
   if (std::FILE* stream = file_.stream(); stream != nullptr) {
     return fseeko(stream, offset, SEEK_SET) == 0;
@@ -108,7 +108,7 @@ i32 ReadWindow::readPhysical(i32 count, bool& failed, Failure telling) {
     failed = file_.errorState();
     return got;
   }
-  // A failure that an earlier reader met is not this one's.
+  // An earlier reader may have left the stream in a failed state.
   std::clearerr(stream);
   const StreamTransfer got = readBytes(stream, end(), static_cast<std::size_t>(count));
   failed = got.byteCount < static_cast<std::size_t>(count) && std::ferror(stream) != 0;

@@ -10,11 +10,11 @@ namespace rvf {
 
 class FileObject;
 
-/// The part of a file that is in memory. The archives that load from one file object, one after
-/// another, share its window, so that reading on to the next page costs no extra system calls.
+/// The part of a file that is in memory. Archives that load from the same file object one after
+/// another share its window, so that going on to the next page costs no extra system calls.
 ///
-/// It remembers what would otherwise have to be asked of the system each time: the length of the
-/// file and its position after the last read.
+/// It also caches what would otherwise take a system call each time: the length of the file and its
+/// position after the last read.
 class ReadWindow {
  public:
   /// `size` bytes are read at a time. `file` must outlive the window.
@@ -29,30 +29,31 @@ class ReadWindow {
 
   /// Empties the window and places it at the file's position.
   void moveToFilePosition();
-  /// The byte at `offset`, if it is in memory; its end counts too. Null otherwise.
+  /// The byte at `offset` if it is in memory, or end() for the offset just past the window. Null
+  /// otherwise.
   [[nodiscard]] std::byte* find(i64 offset);
   /// Empties the window and moves it and the file to `offset`. False if the file cannot seek, which
   /// is reported.
   [[nodiscard]] bool moveTo(i64 offset) { return moveTo(offset, Failure::kTold); }
-  /// Keeps the last `tail` bytes and fills the rest of the window behind them. Returns the number
-  /// of bytes read: 0 at the end of the file, or of what can be addressed. `failed` is set on a
-  /// system error, which is reported.
+  /// Keeps the last `tail` bytes and fills the rest of the window after them. Returns the number of
+  /// bytes read: 0 at the end of the file or of the addressable range. `failed` is set on a system
+  /// error, which is reported.
   [[nodiscard]] i32 readOn(i64 tail, bool& failed);
 
   /// Brings `length` bytes from `offset` into memory as one block, reusing what is already held.
-  /// Null if that is impossible, which is not reported: a reader that goes on from `offset` will
-  /// meet the failure itself.
+  /// Null if that is impossible, which is not reported: a reader that continues at `offset` will
+  /// run into the failure itself.
   [[nodiscard]] const std::byte* hold(i64 offset, i64 length);
 
-  /// Must be called when the content of the file has changed: all that was read is discarded.
+  /// Must be called when the content of the file has changed: everything read so far is discarded.
   void forget();
   /// Must be called when the file's position was changed elsewhere.
   void forgetPosition() { streamOffset_ = kUnknown; }
 
  private:
   static constexpr i64 kUnknown = -1;
-  /// Extra room behind the window, for what readers usually carry over: the first bytes of a value
-  /// that is cut by its end.
+  /// Extra room after the window, for what readers usually carry over: the first bytes of a value
+  /// that is cut off by its end.
   static constexpr i32 kTailRoom = 16;
 
   struct FreeBlock {
@@ -70,13 +71,13 @@ class ReadWindow {
 
   FileObject& file_;
   i32 size_;
-  // Zeroed, since a value beyond the end of the file is taken from it. calloc leaves this to the
-  // system, which zeroes each page of memory when it is first used.
+  // Zeroed, because values beyond the end of the file are taken from it. calloc leaves this to the
+  // system, which zeroes each page of memory on first use.
   std::unique_ptr<std::byte[], FreeBlock> buffer_;
   i64 startOffset_ = 0;  // of the first byte that is held
   i64 held_ = 0;
   bool hasJumped_ = false;       // the next read does not follow the last one
-  i64 streamOffset_ = kUnknown;  // where the file stands
+  i64 streamOffset_ = kUnknown;  // the file's position
   i64 fileLength_ = kUnknown;
 };
 

@@ -25,15 +25,15 @@ constexpr i32 kEndMark = 0x42F00757;
 enum class SectionResult : i32 {
   kAbsent = 1,   // the writer did not know the section, or it is empty
   kPresent = 2,  // its content follows
-  kFailed = 4,   // another section or size stands there; the archive has failed
+  kFailed = 4,   // another section or size was found; the archive has failed
 };
 
-/// The state of one record's read or write function while it runs.
+/// The state of a record while it is read or written.
 class eRecordFrame {
  public:
   explicit eRecordFrame(i32 baseTag) : baseTag_(baseTag) {}
 
-  /// The tag found in the file, which the record's own code fills in.
+  /// The tag found in the file; the record's own code fills it in.
   i32 fileTag = 0;
 
   void BeginRecord() { sectionCursor_ = step(baseTag_); }
@@ -49,14 +49,14 @@ class eRecordFrame {
   void WriteFixedSection(eArchive& archive, i32 size, i32 number);
   void writeEndMark(eArchive& archive) const { archive.WriteI32(kEndMark); }
 
-  /// A section whose size is not known in advance, in two passes over its content: `content` is
-  /// called once to be measured, with messages muted, and once to be stored.
+  /// Writes a section whose size is not known in advance, in two passes: `content` is called once
+  /// for measuring, with messages muted, and once for storing.
   void writeMeasuredSection(eArchive& archive, i32 number,
                             const std::function<void(eArchive&)>& content);
 
-  /// The second of these passes in two steps, which writeMeasuredSection combines: the first
-  /// returns an archive of `size` bytes for the content; the second stores the content, preceded by
-  /// its length.
+  /// The two steps of the second pass, which writeMeasuredSection combines: the first returns an
+  /// archive of `size` bytes for the content; the second stores the content, preceded by its
+  /// length.
   [[nodiscard]] eArchive& BeginSubArchive(i32 size);
   void EndSubArchive(eArchive& archive);
 
@@ -71,7 +71,7 @@ class eRecordFrame {
 
   i32 baseTag_;
   i32 sectionCursor_ = 0;
-  std::unique_ptr<eMemFile> subFile_;     // store side only
+  std::unique_ptr<eMemFile> subFile_;     // storing only
   std::unique_ptr<eArchive> subArchive_;  // on subFile_
 };
 

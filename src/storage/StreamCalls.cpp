@@ -6,7 +6,7 @@ namespace rvf {
 
 namespace {
 
-// A stream that is interrupted this often without moving a single byte has failed.
+// A stream that is interrupted this often without moving a byte has failed.
 constexpr int kMostInterruptions = 1000;
 
 /// Calls `move(offset)`, which moves bytes from that offset on, until `count` bytes have been moved

@@ -10,15 +10,15 @@ namespace rvf {
 
 struct StreamTransfer {
   std::size_t byteCount = 0;
-  /// When fewer bytes than asked for were moved, the system's error number, or 0 at the end of the
+  /// If fewer bytes than requested were moved: the system's error number, or 0 at the end of the
   /// file.
   int error = 0;
 };
 
 [[nodiscard]] StreamTransfer readBytes(std::FILE* stream, void* destination, std::size_t count);
 
-/// The count is exact on an unbuffered stream only: of a buffer that is written out in part, the
-/// stream does not know how much was.
+/// The count is exact only for an unbuffered stream: a stream does not know how much of a partly
+/// written buffer has reached the file.
 [[nodiscard]] StreamTransfer writeBytes(std::FILE* stream, const void* source, std::size_t count);
 
 }  // namespace rvf

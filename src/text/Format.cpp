@@ -30,8 +30,8 @@ std::u16string_view FormatArgument::text() const {
 
 namespace {
 
-/// Hands out the arguments in order. The last one is followed by zeroes and empty texts, so that a
-/// format with too many conversions is harmless.
+/// Hands out the arguments in order, then zeroes and empty texts, so that a format with too many
+/// conversions is harmless.
 class ArgumentCursor {
  public:
   explicit ArgumentCursor(std::span<const FormatArgument> arguments) : left_(arguments) {}
@@ -64,8 +64,8 @@ struct Conversion {
 
 bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 
-/// A width or a precision. Formats may come from a catalogue file, so numbers are limited, to a
-/// value larger than any line needs.
+/// A width or a precision. Formats may come from a catalogue file, so the number is limited to a
+/// value that no line needs.
 int readNumber(const char16_t*& p) {
   constexpr int kLargestNumber = 4096;
   int number = 0;
@@ -75,7 +75,7 @@ int readNumber(const char16_t*& p) {
   return number;
 }
 
-/// Parses the conversion behind the "%" and leaves `p` behind it.
+/// Parses the conversion after the "%" and leaves `p` after it.
 Conversion readConversion(const char16_t*& p, ArgumentCursor& arguments) {
   Conversion conversion;
   bool widthIsArgument = false;

@@ -22,7 +22,7 @@ class FormatArgument {
   explicit FormatArgument(std::u16string_view text) : value_(text) {}
   explicit FormatArgument(const eString& text);
 
-  /// The value in the type that a conversion needs; an argument of another kind counts as 0 or "".
+  /// The value in the type that a conversion needs; an argument of another kind gives 0 or "".
   [[nodiscard]] i64 integer() const;
   [[nodiscard]] f64 floating() const;
   [[nodiscard]] std::u16string_view text() const;
@@ -31,8 +31,8 @@ class FormatArgument {
   std::variant<i64, f64, std::u16string_view> value_;
 };
 
-/// Estimates the length of the result without measuring text arguments: the room for the first
-/// attempt to print.
+/// Estimates the length of the result without measuring text arguments. The first attempt to print
+/// uses this size.
 [[nodiscard]] i32 estimateFormattedLength(const char16_t* format,
                                           std::span<const FormatArgument> arguments);
 
@@ -41,7 +41,7 @@ class FormatArgument {
 ///
 /// The conversions are those of the C library for wide text: `%ls` and `%s` (16-bit text), `%c`,
 /// `%d %i %u %x %X %o`, `%f %e %g`, with flags, width, precision, `*`, and the size prefixes h, l
-/// and I64. `l` means 32 bits, as on the platform that the formats were written for.
+/// and I64. `l` means 32 bits, because the formats are written that way.
 [[nodiscard]] i32 printBounded(std::span<char16_t> out, const char16_t* format,
                                std::span<const FormatArgument> arguments);
 

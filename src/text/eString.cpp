@@ -140,7 +140,7 @@ void eString::Assign(const eString& other) {
 void eString::Assign(const char16_t* wide) { AssignCounted(lengthOf(wide), wide); }
 
 void eString::AssignCounted(i32 length, const char16_t* wide) {
-  // `wide` may lie in the old buffer, which is therefore kept until the copy is made.
+  // `wide` may point into the old buffer, which is therefore kept until the copy is made.
   char16_t* left = nullptr;
   if (header().refCount > 1 || length > header().capacity) {
     left = chars_;

@@ -13,10 +13,9 @@ namespace rvf {
 /// Reference-counted, copy-on-write string of 16-bit characters, one pointer wide.
 ///
 /// The pointer refers to the first character of a buffer. Its header (reference count, length,
-/// capacity) directly precedes the characters in the same allocation, so that a handle can be read
-/// as an ordinary zero-terminated text and takes no more room in a record than a pointer. The
-/// pointer is never null: an empty string refers to a shared static buffer that is never counted or
-/// freed.
+/// capacity) directly precedes the characters in the same allocation, so a handle can be read as an
+/// ordinary zero-terminated text and takes no more room in a record than a pointer. The pointer is
+/// never null: an empty string refers to a shared static buffer that is never counted or freed.
 ///
 /// Counts are not atomic: all copies of a string stay on one thread. Indexes are not checked unless
 /// an operation says so. Running out of memory throws std::bad_alloc.
@@ -42,9 +41,9 @@ class eString {
   [[nodiscard]] i32 length() const { return header().length; }
   [[nodiscard]] i32 capacity() const { return header().capacity; }
   [[nodiscard]] bool isEmpty() const { return header().length == 0; }
-  /// All characters by their length, zero characters included.
+  /// All characters, zero characters included.
   [[nodiscard]] std::u16string_view view() const;
-  /// The characters up to the first zero character: what comparisons look at.
+  /// The characters up to the first zero character, as comparisons see them.
   [[nodiscard]] std::u16string_view text() const;
   /// Whether both handles share a buffer.
   [[nodiscard]] bool sharesBufferWith(const eString& other) const { return chars_ == other.chars_; }
@@ -58,8 +57,8 @@ class eString {
   void Append(const char16_t* wide);
   void AppendChar(char16_t character);
 
-  /// Replaces the content with a wide `printf`-style print. `%ls` and `%s` take 16-bit text. Quirk
-  /// that stays: a result longer than about twice the size estimate is cut, and the lines of
+  /// Replaces the content with a wide `printf`-style print. `%ls` and `%s` take 16-bit text.
+  /// Quirk that stays: a result longer than about twice the size estimate is cut, and the lines of
   /// reports and messages rely on this limit.
   template <class... Arguments>
   void Format(const char16_t* format, const Arguments&... arguments) {
@@ -86,7 +85,7 @@ class eString {
   /// Part of the interface; a run does not call it.
   void SetAt(i32 index, char16_t character);
 
-  /// The index of the first `character` at or behind `start`, or -1.
+  /// The index of the first `character` at or after `start`, or -1.
   [[nodiscard]] i32 Find(char16_t character, i32 start) const;
   /// Parts of the text, clamped to it. The whole text shares this buffer.
   [[nodiscard]] eString Left(i32 count) const;
@@ -94,9 +93,9 @@ class eString {
   [[nodiscard]] eString Mid(i32 start) const;
 
   /// Removes `count` characters and returns the old length. The caller must not ask for more
-  /// characters than there are behind `index`.
+  /// characters than follow `index`.
   i32 Delete(i32 index, i32 count);
-  /// An index above the length inserts nothing; one equal to it appends. Part of the interface; a
+  /// An index beyond the length inserts nothing; one equal to it appends. Part of the interface; a
   /// run does not call it.
   void Insert(i32 index, const char16_t* wide);
   void Insert(i32 index, char16_t character);

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* kShareFolder = "share/rvfcompare";
 
-/// The folders behind the working directory, in the order of the search.
+/// The folders that are searched after the working directory, in this order.
 std::vector<fs::path> catalogueFolders(const fs::path& programFile) {
   std::vector<fs::path> folders;
   if (!programFile.empty()) {

@@ -25,7 +25,7 @@ constexpr std::size_t kShortestVersionLine = 28;
 constexpr std::size_t kLineTooLong = 4096;
 constexpr i32 kMaximumRecordLength = 32767;
 
-/// Numbers below are spread evenly enough for bisection; those above come in clusters.
+/// Numbers below this one are spread evenly enough for bisection; the others come in clusters.
 constexpr i32 kFirstScannedNumber = 10000;
 
 void print(std::FILE* console, const char16_t* format, const eString& fileName) {
@@ -204,9 +204,9 @@ i32 MessageCatalogue::FindMessage(i32 number) {
   return found;
 }
 
-/// Searches between `low` and `high`, both outside the range. Which of several records with one
-/// number it finds depends on the exact steps, so they are frozen; the end may lie one behind the
-/// last record, which counts as a higher number.
+/// Searches between `low` and `high`, both exclusive. Which of several records with one number is
+/// found depends on the exact steps, so they are frozen. `high` may be one past the last record,
+/// which is treated as a higher number.
 i32 MessageCatalogue::bisect(i32 number, i32 low, i32 high) const {
   for (i32 middle = (low + high) / 2;;) {
     const bool isBehindLast = middle >= static_cast<i32>(records_.size());

@@ -30,7 +30,7 @@ class MessageCatalogue {
   /// What to do with the comments of the file.
   enum class Comments { kDrop, kKeep };
 
-  /// Loads the file unless that was tried before. The catalogue cannot report its own failures as
+  /// Loads the file unless this was tried before. The catalogue cannot report its own failures as
   /// messages, so it prints them on `console`: the file was not found, cannot be read in any
   /// encoding, or has another version (which does not stop the load). Returns whether this call
   /// loaded the catalogue. A malformed message line ends the load, but the lines before it remain
@@ -40,25 +40,25 @@ class MessageCatalogue {
 
   /// The index of the number's record, or -1.
   [[nodiscard]] i32 FindMessage(i32 number);
-  /// The number's record, otherwise the fallback record. Null if the catalogue is not loaded, or if
-  /// a malformed line ended the load, which leaves no fallback record. The record belongs to the
-  /// catalogue and is valid until another file is set.
+  /// The number's record, or the fallback record if there is none. Null if the catalogue is not
+  /// loaded or lacks the fallback record because a malformed line ended the load. The record
+  /// belongs to the catalogue and is valid until another file is set.
   [[nodiscard]] MessageRecord* findRecord(i32 number);
 
-  /// The comments of a catalogue that was loaded with Comments::kKeep, in the order of the file,
-  /// without blanks and tabs in front. Like all lines, those of fewer than 20 characters are
-  /// skipped.
+  /// The comments of a catalogue that was loaded with Comments::kKeep, in file order, without
+  /// leading blanks and tabs. Comments shorter than 20 characters are skipped, as all such lines
+  /// are.
   [[nodiscard]] const std::vector<eString>& comments() const { return comments_; }
   /// The message that was loaded last: the last one in the file, or the one before a malformed
   /// line. Null if there is none. Valid until another file is set.
   [[nodiscard]] const MessageRecord* currentRecord() const;
 
-  /// Sets another file than the default one. A different name discards what was loaded.
+  /// Sets a file other than the default. A different name discards what was loaded.
   void SetMessageFile(const eString& name);
   /// The encoding that is tried first; see encoding_id.
   void setEncoding(i32 encoding) { encoding_ = encoding; }
 
-  /// Sorted by number; records with the same number are in the order of the file.
+  /// Sorted by number; records with the same number are in file order.
   [[nodiscard]] const std::vector<MessageRecord>& records() const { return records_; }
   [[nodiscard]] bool versionMatched() const { return versionMatched_; }
 
@@ -78,10 +78,10 @@ class MessageCatalogue {
   std::vector<MessageRecord> records_;
   Comments commentsWanted_ = Comments::kDrop;
   std::vector<eString> comments_;
-  i32 currentNumber_ = 0;  // of the message that was taken last
-  /// For each thousand the index of the first record at or above it.
+  i32 currentNumber_ = 0;  // of the message that was added last
+  /// For each thousand, the index of the first record at or above it.
   std::array<i32, kBucketCount> buckets_{};
-  i32 lastNumber_ = -1;  // the last number found and where, for a message that repeats
+  i32 lastNumber_ = -1;  // the last number found and its index, for repeated messages
   i32 lastIndex_ = -1;
   std::optional<MessageRecord> fallbackRecord_;
   eString fileName_ = kCatalogueFile;

@@ -11,17 +11,15 @@
 
 namespace rvf {
 
-/// The record's text with its first `argumentCount` placeholders, in the order of the text,
-/// replaced by the entry's arguments; the remaining ones stay visible. A placeholder that occurs
-/// twice is only known by its last position, which may precede text that was already copied.
+/// The record's text with its first `argumentCount` placeholders, in text order, replaced by the
+/// entry's arguments; the remaining ones stay visible.
 [[nodiscard]] std::u16string substituteArguments(const MessageRecord& record,
                                                  const MessageEntry& entry, int argumentCount);
 
-/// A finished line without its number prefix: the text after the first ")" and a blank.
+/// A finished line without its number prefix: the text after the first ")" and one blank.
 [[nodiscard]] std::u16string_view withoutLinePrefix(std::u16string_view line);
 
-/// A message for which there is no text, by its number and arguments: QZ001903: "a.rvf", "Invalid
-/// RVF"
+/// A message that has no text, shown as its number and arguments: QZ001903: "a.rvf", "Invalid RVF"
 [[nodiscard]] std::u16string numberAndArguments(const MessageEntry& entry);
 
 /// A piece of a message that becomes a line of the report. The text is borrowed.
@@ -30,8 +28,8 @@ struct LinePiece {
   i32 indent = 0;
 };
 
-/// Cuts a message line to the width of the report: 130 characters, and 116 behind an indent of 14
-/// on all lines but the first. It is cut after the last blank that fits, or at the full width.
+/// Cuts a message line to the width of the report: 130 characters, and 116 after an indent of 14 on
+/// all lines but the first. Lines are cut after the last blank that fits, or at the full width.
 [[nodiscard]] std::vector<LinePiece> cutLine(std::u16string_view text);
 
 /// Prints a text as UTF-8 on a standard stream. Write failures are ignored.

@@ -13,7 +13,7 @@ namespace rvf {
 
 namespace {
 
-/// The severity of a line without a record. Not a severity letter, so nothing is tallied.
+/// The severity of a line without a record. It is no severity letter, so nothing is tallied.
 constexpr char16_t kNoSeverity = 20;
 
 constexpr const char16_t* kElementName = u"EngineRunMessage";
@@ -173,7 +173,7 @@ bool MessageOutput::buildLine(MessageEntry& entry, const MessageRecord* record,
     return false;
   }
   entry.severity = record->severity;
-  // The record's number, which is that of the fallback record for a number without a text.
+  // The number of the record: for a message without a text, that of the fallback record.
   entry.text.Format(u"%lsQZ%06ld%lc (%ld) ", timePrefix(), record->number, record->severity,
                     record->useCount);
   entry.text.Append(eString(substituteArguments(*record, entry, argumentCount)));
@@ -193,7 +193,7 @@ void MessageOutput::deliver(const MessageEntry& entry, const MessageRecord* reco
 void MessageOutput::EmitLine(const MessageEntry& entry, const MessageRecord* record) {
   if (reporter_.reportSink == nullptr) {
     // Quirk that stays: the text itself is used as the format, so a "%" in it starts a conversion,
-    // which gets a zero or an empty text as its argument.
+    // which gets a zero or an empty text as its argument. Existing reports show the result.
     eString printed;
     printed.Format(entry.text.c_str());
     printLine(stdout, printed);

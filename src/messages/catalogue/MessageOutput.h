@@ -13,13 +13,13 @@ namespace rvf {
 /// Turns the calls of a MessageReporter into lines of the report and tallies them.
 ///
 /// A message about a failure to write the report itself goes to standard error instead, and so does
-/// a line that could not be written: writing them to the report would fail again and again.
+/// a line that could not be written: writing them to the report would only fail again.
 class MessageOutput final : public MessageBackEnd {
  public:
   /// `reporter` must outlive this object, which does not attach itself.
   explicit MessageOutput(MessageReporter& reporter) : reporter_(reporter) {}
 
-  /// True from the flush on, if the catalogue could be loaded.
+  /// True after the flush, if the catalogue could be loaded.
   [[nodiscard]] bool isLoaded() const override { return flushed_ && catalogue_.isLoaded(); }
   [[nodiscard]] bool passesFilter(MessageNumber number) override;
   void write(MessageEntry& entry, int argumentCount) override;
@@ -33,8 +33,8 @@ class MessageOutput final : public MessageBackEnd {
 
   /// For a run that ends before the flush: prints each held message on standard error, as an uncut
   /// line, or without a catalogue as number and arguments. No message is printed twice, and
-  /// messages that a flush left unwritten are not printed. Nothing is tallied, except that after a
-  /// flush without a catalogue messages that mean data loss count.
+  /// messages that a flush left unwritten are not printed. Nothing is tallied, with one exception:
+  /// after a flush without a catalogue, messages that mean data loss still count.
   void printHeldMessages();
 
   /// For tests, and for using another catalogue.
@@ -57,8 +57,8 @@ class MessageOutput final : public MessageBackEnd {
   MessageReporter& reporter_;
   MessageCatalogue catalogue_;
   bool flushed_ = false;
-  bool emitting_ = false;        // a line is on its way into the report
-  std::size_t heldPrinted_ = 0;  // pending entries that printHeldMessages is done with
+  bool emitting_ = false;        // a line is being written to the report
+  std::size_t heldPrinted_ = 0;  // pending entries that printHeldMessages has handled
 };
 
 }  // namespace rvf

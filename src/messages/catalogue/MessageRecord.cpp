@@ -35,7 +35,7 @@ void findPlaceholders(MessageRecord& record) {
   bool escaped = false;
   for (std::size_t i = 0; i < text.size();) {
     if (text[i] == u'\\') {
-      // Quirk that stays: the flag lasts one character longer than the skipped one, so neither of
+      // Quirk that stays: the flag also covers the character after the skipped one, so neither of
       // the two characters after a backslash opens a placeholder: in "\|1|" the second bar does.
       // Existing texts rely on this.
       escaped = true;

@@ -10,7 +10,7 @@
 
 namespace rvf {
 
-/// Ends MessageRecord::placeholderOrder, and marks a placeholder that names no argument.
+/// Ends MessageRecord::placeholderOrder and marks placeholders that name no argument.
 constexpr i16 kNoPlaceholder = -1;
 /// A placeholder is three characters, such as |1|.
 constexpr int kPlaceholderLength = 3;
@@ -19,22 +19,22 @@ constexpr int kPlaceholderLength = 3;
 struct MessageRecord {
   i32 number = 0;
   char16_t severity = 0;
-  eString text;         // as it stands in the catalogue, placeholders and backslashes included
-  i32 firstValue = 0;   // kept from the line, nothing reads it
-  i32 limit = 0;        // how many occurrences are written; below 1 all of them
+  eString text;         // as in the catalogue, placeholders and backslashes included
+  i32 firstValue = 0;   // kept from the line, never used
+  i32 limit = 0;        // how many occurrences are written; below 1: all of them
   i32 useCount = 0;     // occurrences so far in this run
-  i32 exitValue = 0;    // what a severe message wants as exit value; 0 from the catalogue
+  i32 exitValue = 0;    // the exit value of a severe message; 0 from the catalogue
   bool hidden = false;  // never written
-  /// For each argument the index in `text` of its last placeholder.
+  /// For each argument, the index in `text` of its last placeholder.
   std::array<i16, kArgumentSlots> placeholderPosition{};
-  /// The arguments of the placeholders in the order of the text.
+  /// The arguments of the placeholders, in text order.
   std::array<i16, kArgumentSlots> placeholderOrder{};
 };
 
 /// Reads a record text: severity letter, separator, number, separator, number, separator, message.
-/// Its placeholders are |1| to |8|; higher numbers count as 8, and none begins after a backslash.
-/// Returns nothing if one of the three separators is missing. A text must have fewer than 32768
-/// characters.
+/// Its placeholders are |1| to |8|; higher numbers are taken as 8, and none begins after a
+/// backslash. Returns nothing if one of the three separators is missing. A text must have fewer
+/// than 32768 characters.
 [[nodiscard]] std::optional<MessageRecord> parseMessageRecord(i32 number, std::u16string_view text,
                                                               char16_t separator);
 

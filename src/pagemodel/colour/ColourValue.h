@@ -25,7 +25,7 @@ struct ColourValue {
   bool operator==(const ColourValue&) const = default;
 };
 
-/// Whether a colour record holds the kind in front of the value. Without it, the colour is RGB.
+/// Whether a colour record holds the kind before the value. Without it, the colour is RGB.
 enum class KindWord : i32 { kAbsent, kStored };
 
 /// Reads a colour record. A named colour is added to the list of used colours.

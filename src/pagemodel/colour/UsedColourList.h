@@ -32,7 +32,7 @@ struct ColourFamily {
   const char* nameFormat;
 };
 
-/// One named colour met while reading. Entries are unique by row; encodedName is plainName with
+/// One named colour found while reading. Entries are unique by row; encodedName is plainName with
 /// every blank written as "#20".
 struct UsedColour {
   const NamedColour* row = nullptr;
@@ -41,19 +41,19 @@ struct UsedColour {
   u32 colourValue = 0;
 };
 
-/// Supplies the tables and forgets the colours used so far; null means no tables.
+/// Supplies the tables and clears the list of used colours; null means no tables.
 void setNamedColourTables(const NamedColourTables* tables);
 
-/// The row of a code. A code that is not in the list gives the first row; a list that does not
-/// exist or has no rows gives null.
+/// The row of a code. A code that is not in the list gives the first row. Null if the list does not
+/// exist or has no rows.
 [[nodiscard]] const NamedColour* findNamedColour(i32 list, u32 code);
 
 /// The family of a colour list; null for list 1, which has no title of its own, and for a list that
 /// does not exist. Part of the interface; a run does not call it.
 [[nodiscard]] const ColourFamily* colourFamily(i32 list);
 
-/// Adds a named colour to the list of used colours, once. Without tables it has no name, and
-/// nothing happens.
+/// Adds a named colour to the list of used colours unless it is there already. Without tables it
+/// has no name, and nothing happens.
 void registerUsedColour(const ColourValue& colour);
 
 [[nodiscard]] const std::vector<UsedColour>& usedColours();

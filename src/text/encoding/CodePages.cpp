@@ -61,8 +61,8 @@ struct NameRow {
   const char16_t* name;
 };
 
-// Searched in order. Quirk that stays: the rows of the ids 0, 12 and 30 are never reached, so their
-// names give the ids 1 and 20.
+// Quirk that stays: the rows are searched in order, so those of the ids 0, 12 and 30 are never
+// reached, and their names give the ids 1 and 20.
 constexpr NameRow kNames[] = {
     {1, u"ISO-8859-1"},
     {2, u"IBM-1047"},

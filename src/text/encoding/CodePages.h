@@ -5,8 +5,8 @@
 
 namespace rvf {
 
-/// The ids of the encodings of text outside the system. They are frozen: options and readers use
-/// them. Any id that is not in the table means Latin-1.
+/// The ids of the encodings of external text. They are frozen: options and readers use them. An id
+/// that is not in the table means Latin-1.
 namespace encoding_id {
 /// For readers only: the bytes as they are.
 constexpr i32 kNoDecoding = -2;
@@ -26,12 +26,12 @@ constexpr i32 kUtf16Be = 21;
 constexpr i32 kLatin1 = 30;
 }  // namespace encoding_id
 
-/// Whether an encoding has two bytes a character and a byte-order mark.
+/// Whether an encoding has two bytes per character and a byte-order mark.
 [[nodiscard]] constexpr bool isUtf16(i32 id) {
   return id == encoding_id::kUtf16 || id == encoding_id::kUtf16Le || id == encoding_id::kUtf16Be;
 }
 
-/// Which of an encoding's two names is wanted: that of the converter or the one for people.
+/// Which of an encoding's two names is wanted.
 enum class NameUse : i32 { kConverter, kDisplay };
 
 void GetEncodingName(i32 id, NameUse use, eString& name);

@@ -41,8 +41,8 @@ i32 textOf(i32 code, bool isWanted, eString& text) {
   return code;
 }
 
-// The class that the name determines. Other encodings shift only if their converter switches
-// between widths.
+// The class that the name implies. Other encodings shift only if their converter switches between
+// widths.
 ShiftClass shiftClassOf(std::u16string_view name) {
   if (name.starts_with(u"JEF")) {
     return ShiftClass::kJef;
@@ -126,7 +126,7 @@ bool RecordReader::openConverter(const eString& encodingName) {
 }
 
 // The delimiters in this encoding, without any shift sequences around them. In UTF-16 they are the
-// ASCII bytes with a zero beside them.
+// ASCII bytes, each with a zero byte.
 void RecordReader::noteDelimiters() {
   const std::string_view delimiters = converter_.ConvertFromWide(u"\n\r");
   if (delimiters.size() == 2) {
@@ -148,8 +148,8 @@ void RecordReader::useEncoding(i32 id) {
   }
 }
 
-// In a UTF-16 file the mark decides the byte order, whatever was selected. The mark of an encoding
-// other than the selected one is an error. Encodings without a mark are not checked.
+// In a UTF-16 file the mark determines the byte order, whatever was selected. The mark of an
+// encoding other than the selected one is an error. Encodings without a mark are not checked.
 void RecordReader::checkMark() {
   const std::string_view start = unread();
   const bool isUtf8 = encoding_ == encoding_id::kUtf8;
@@ -169,8 +169,8 @@ void RecordReader::checkMark() {
   }
 }
 
-// Adds a chunk to the unread bytes. False if the buffer has no room for one, because its record is
-// too long.
+// Adds a chunk to the unread bytes. False if the buffer has no room for one because the record in
+// it is too long.
 bool RecordReader::fill() {
   const std::size_t kept = fillPosition_ - readPosition_;
   if (kept + kChunkSize > bytes_.size()) {

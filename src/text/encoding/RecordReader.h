@@ -43,7 +43,7 @@ struct ShiftBytes {
 /// carriage return with a line feed, or at the end of the file. Memory is bounded by the longest
 /// allowed record, whatever the length of the file.
 ///
-/// The reader does not report its errors; its user asks for them. Only the converter and the file
+/// The reader does not report its errors; the caller asks for them. Only the converter and the file
 /// object report their own failures.
 class RecordReader {
  public:
@@ -51,7 +51,7 @@ class RecordReader {
   RecordReader(const RecordReader&) = delete;
   RecordReader& operator=(const RecordReader&) = delete;
 
-  /// Sets the file to read, from its current position on. It stays the caller's.
+  /// Sets the file to read from its current position. It stays the caller's.
   void Attach(FileObject* file) { file_ = file; }
 
   /// Sets up the buffer and the converter, by name if one is given, otherwise by id. Returns false
@@ -77,8 +77,8 @@ class RecordReader {
   /// Whether a fatal error has ended the reading.
   [[nodiscard]] bool hasFailed() const { return lastError_ >= record_error::kFirstFatal; }
 
-  /// Byte offsets from where reading began: of the next record, and of the record that was
-  /// delivered last. Half a character at the end counts as a whole one.
+  /// Byte offsets from where reading began: of the next record, and of the last record delivered.
+  /// Half a character at the end counts as a whole one.
   [[nodiscard]] i64 position() const { return bufferOffset_ + static_cast<i64>(readPosition_); }
   [[nodiscard]] i64 recordPosition() const { return recordPosition_; }
 
@@ -89,8 +89,8 @@ class RecordReader {
   [[nodiscard]] ShiftClass shiftClass() const { return shiftClass_; }
   [[nodiscard]] bool hasShiftBytes() const { return shiftClass_ != ShiftClass::kNone; }
 
-  /// A converter for writing back, borrowed, which is switched, too, if a byte-order mark changes
-  /// the encoding; null for none.
+  /// A converter for writing back, borrowed. It is switched too if a byte-order mark changes the
+  /// encoding. Null for none.
   void setOutputConverter(TextConverter* converter) { outputConverter_ = converter; }
   [[nodiscard]] TextConverter* outputConverter() const { return outputConverter_; }
 
@@ -117,7 +117,7 @@ class RecordReader {
   FileObject* file_ = nullptr;
   /// The last read returned fewer bytes than requested.
   bool atEnd_ = false;
-  /// Raw input. The unread bytes lie between the two positions.
+  /// Raw input. The unread bytes are those between the two positions.
   std::string bytes_;
   std::size_t readPosition_ = 0;
   std::size_t fillPosition_ = 0;
@@ -141,7 +141,7 @@ class RecordReader {
 };
 
 /// Cleans one record of a JEF encoding in place: all shifts get the same form, and the control
-/// sequences, which stand for no character, are removed.
+/// sequences, which represent no character, are removed.
 void cleanJefRecord(std::string& record);
 
 }  // namespace rvf

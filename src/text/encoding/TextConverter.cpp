@@ -37,7 +37,7 @@ void TextConverter::substitute(const void* context, UConverterToUnicodeArgs* arg
                                const char* bytes, int32_t, UConverterCallbackReason reason,
                                UErrorCode* code) {
   if (reason > UCNV_IRREGULAR) {
-    return;  // a reset, a close or a copy: there is nothing to convert
+    return;  // reset, close or clone: there is nothing to convert
   }
   Decoding& decoding = *static_cast<Decoding*>(const_cast<void*>(context));
   const std::span<const ReplacementPair> pairs = decoding.replacements;
@@ -78,7 +78,7 @@ bool TextConverter::SetEncoding(i32 id) {
 }
 
 bool TextConverter::SetEncodingByName(const eString& name) {
-  eString wanted = name;  // may be the name of the converter that is closed here
+  eString wanted = name;  // may be the name of the converter that is about to be closed
   CloseConverter();
   GetEncodingId(wanted, encodingId_);
   if (OpenConverter(wanted, converter_) != converter_result::kOpened) {

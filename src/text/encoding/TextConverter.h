@@ -14,8 +14,8 @@
 namespace rvf {
 
 /// Frees resources of a converter that ucnv_close does not free. Called once, just before it. Stock
-/// converters have none, so this does nothing; a build with its own converters supplies another
-/// body.
+/// converters have no such resources, so this does nothing; a build with its own converters
+/// supplies its own body.
 void plenarixFreePlenarixConverterResources(UConverter* converter);
 
 struct ConverterCloser {
@@ -48,12 +48,11 @@ class TextConverter {
   TextConverter(const TextConverter&) = delete;
   TextConverter& operator=(const TextConverter&) = delete;
 
-  /// Closes any open converter and opens the one for the id. A failure is reported and leaves none
-  /// open; another id may then be set.
+  /// Closes any open converter and opens the one for the id. A failure is reported and leaves no
+  /// converter open; another id may then be set.
   bool SetEncoding(i32 id);
   bool SetEncodingByName(const eString& name);
-  /// Closes the open converter, if there is one. The destructor and both operations above do so
-  /// themselves.
+  /// Closes the open converter, if any. The destructor and both operations above do so themselves.
   void CloseConverter();
 
   [[nodiscard]] bool isOpen() const { return converter_ != nullptr; }
@@ -64,8 +63,8 @@ class TextConverter {
   /// Whether the encoding switches between single and double bytes by SO and SI.
   [[nodiscard]] bool shiftsWidths() const;
 
-  /// The text in the encoding; empty on failure. Valid until the next call. One call converts at
-  /// most kLongestText characters or bytes.
+  /// The text in the encoding; empty on failure. Valid until the next call. A call converts at most
+  /// kLongestText characters or bytes.
   [[nodiscard]] std::string_view ConvertFromWide(std::u16string_view text);
   /// The bytes as wide text; empty on failure. Valid until the next call.
   [[nodiscard]] std::u16string_view ConvertToWide(std::string_view bytes);

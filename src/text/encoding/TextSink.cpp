@@ -23,7 +23,7 @@ class MutedStep {
   ~MutedStep() { muteAllMessages -= 1; }
 };
 
-// Unconverted text: two bytes a character.
+// Unconverted text: two bytes per character.
 std::string_view rawBytes(std::u16string_view text) {
   return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
 }
@@ -183,8 +183,7 @@ bool FileSink::createFile(ByteOrderMark mark) {
     openFailure_ = systemErrorText(ENOENT);
     return false;
   }
-  // Unbuffered, so that lines survive however the run ends, and a lost line is reported where it is
-  // lost.
+  // Unbuffered, so that lines survive however the run ends and a lost line is reported at once.
   constexpr i32 kFlags = open_flags::kWrite | open_flags::kCreate | open_flags::kUnbuffered;
   failed_ = !file_.Open(name(), kFlags, FileContent::kBinary);
   if (!failed_ && mark == ByteOrderMark::kWritten && isUtf16(encodingId_)) {
@@ -276,7 +275,7 @@ MemorySink::MemorySink(MemoryContent content) : TextSink(SinkKind::kMemory, eStr
   Reserve(0);
 }
 
-// Reserves more than requested, so that not every line moves the block.
+// Reserves more than requested, so that the block does not move with every line.
 void MemorySink::Reserve(i32 byteCount) {
   constexpr std::size_t kReserveStep = 800;
   const std::size_t room = static_cast<std::size_t>(byteCount) + kReserveStep;

@@ -14,7 +14,7 @@
 
 namespace rvf {
 
-/// Where the lines of a sink go. The kinds without a name of their own write nothing.
+/// Where the lines of a sink go. kNothing1 and kNothing3 discard them.
 enum class SinkKind : i32 {
   kFile = 0,
   kNothing1 = 1,
@@ -32,14 +32,14 @@ enum class LineEnd : i32 { kNone, kWritten };
 /// character; the UTF-16 encodings convert anyway, because their byte order matters.
 enum class Conversion : i32 { kNone, kConverted };
 
-/// What a text is to a sink in XML mode: content is escaped, markup is not.
+/// How a sink in XML mode treats a text: content is escaped, markup is not.
 enum class TextRole : i32 { kContent, kMarkup };
 
 /// Whether a UTF-16 file starts with a byte-order mark. Other encodings have none.
 enum class ByteOrderMark : i32 { kNone, kWritten };
 
-/// A destination for lines of wide text. Each kind of sink encodes them for its medium; a line end
-/// goes through the same converter as the text before it.
+/// A destination for lines of wide text. Each kind of sink encodes them for its medium; line ends
+/// go through the same converter as the text.
 ///
 /// All writing operations return the number of bytes written; 0 means failure.
 class TextSink {
@@ -54,7 +54,7 @@ class TextSink {
 
   /// Passes buffered bytes on to the destination.
   virtual void Flush() {}
-  /// Ends writing. A file is closed, but stays its owner's.
+  /// Ends writing. A file is closed but stays its owner's.
   virtual void Close() {}
 
   i32 WriteLine(const char16_t* text, LineEnd end);
@@ -82,16 +82,16 @@ class TextSink {
   /// 0 for every kind of sink.
   [[nodiscard]] virtual i32 GetEncodingKind() const { return 0; }
 
-  /// Makes room for `byteCount` bytes: in the line that is being built, or behind the content of a
-  /// memory sink.
+  /// Makes room for `byteCount` bytes: in the line being built, or after the content of a memory
+  /// sink.
   virtual void Reserve(i32 byteCount);
-  /// Puts `count` characters into the line that is being built, at `position` (at most its length),
-  /// drops the rest of the line, and returns the new length. WriteIndented writes such lines.
+  /// Puts `count` characters into the line being built, at `position` (at most its length), drops
+  /// the rest of the line, and returns the new length. WriteIndented writes such lines.
   i32 AppendPending(const char16_t* text, i32 count, i32 position);
-  /// The line that is being built; of a memory sink, the place of the next byte.
+  /// The line being built; for a memory sink, the place of the next byte.
   [[nodiscard]] virtual const void* GetBuffer() const { return lineBuffer_.data(); }
 
-  /// The content of a memory sink, by type of character, and the same with a transfer of ownership.
+  /// The content of a memory sink, by character type; the `take` functions transfer ownership.
   /// Empty for all other sinks.
   [[nodiscard]] virtual std::string_view bytes() const { return {}; }
   [[nodiscard]] virtual std::u16string_view wideText() const { return {}; }
@@ -123,13 +123,13 @@ class TextSink {
 
 /// Makes a sink that the caller owns. A file sink needs `file` and `name`, is opened with a
 /// byte-order mark and writes in the encoding of `encodingId`. Null if the file or the converter
-/// cannot be opened, and for the kinds over a stream or a block, which have no argument here. Part
-/// of the interface; a run builds its sinks itself.
+/// cannot be opened, and for the kinds that write to a stream or a block, for which there is no
+/// argument. Part of the interface; a run builds its sinks itself.
 [[nodiscard]] std::unique_ptr<TextSink> OpenSink(SinkKind kind, FileObject* file,
                                                  const eString& name,
                                                  i32 encodingId = encoding_id::kUtf8);
 
-/// Writes "<name>" and "</name>" as a line each; nothing on a null sink.
+/// Each writes a line, "<name>" or "</name>". A null sink is ignored.
 void StartElement(TextSink* sink, const char16_t* name);
 void EndElement(TextSink* sink, const char16_t* name);
 
@@ -147,11 +147,11 @@ class FileSink final : public TextSink {
  public:
   FileSink(FileObject& file, const eString& name) : TextSink(SinkKind::kFile, name), file_(file) {}
 
-  /// Creates or empties the file and writes the byte-order mark if it is wanted: FF FE for
+  /// Creates or empties the file and writes the byte-order mark if requested: FF FE for
   /// encoding_id::kUtf16 and kUtf16Le, FE FF for kUtf16Be. Returns false on failure, with the
   /// reason in `openFailure`.
   [[nodiscard]] bool openFile(i32 encodingId, ByteOrderMark mark);
-  /// The same in the encoding of another converter, by its name. A run goes by the id.
+  /// The same in the encoding of another converter, looked up by name. A run uses the id.
   [[nodiscard]] bool openFile(const TextConverter& model, ByteOrderMark mark);
   /// Opens the converter of the encoding. A failure is reported.
   [[nodiscard]] bool connect();
@@ -161,7 +161,7 @@ class FileSink final : public TextSink {
   /// encoding_id::kNone until openFile is called.
   [[nodiscard]] i32 encoding() const { return encodingId_; }
 
-  /// Reports kSinkWriteFailed for bytes that are lost.
+  /// Reports kSinkWriteFailed if bytes are lost.
   void Flush() override;
   void Close() override;
 
@@ -179,7 +179,7 @@ class FileSink final : public TextSink {
   eString converterName_;
   i32 encodingId_ = encoding_id::kNone;
   eString openFailure_;
-  /// The failure has been reported; nothing is written any more.
+  /// The failure has been reported; nothing more is written.
   bool failed_ = false;
 };
 
@@ -197,8 +197,8 @@ class StreamSink final : public TextSink {
   TextConverter converter_;
 };
 
-/// Writes to standard output, in UTF-8 with the platform's line end. Failures do not matter here:
-/// the exit status is what counts.
+/// Writes to standard output, in UTF-8 with the platform's line end. Failures are ignored: scripts
+/// rely on the exit status.
 class ConsoleSink final : public TextSink {
  public:
   ConsoleSink() : TextSink(SinkKind::kConsole, eString()) {}
@@ -236,7 +236,7 @@ class MemorySink final : public TextSink {
   std::u16string wideText_;
 };
 
-/// Writes into the caller's block of wide characters. What does not fit is dropped, and the writing
+/// Writes into the caller's block of wide characters. What does not fit is dropped, and the write
 /// fails. Part of the interface; a run has no such sink.
 class WideMemorySink final : public TextSink {
  public:
