@@ -23,8 +23,8 @@ class CaptureCheck {
   void run() {
     const LoadResult& result = file_.reader().loadResult();
     if (!file_.reader().valid()) {
-      tell({Severity::kDamage, "not accepted", result.offset, -1, -1, "a sound page-capture file",
-            inWords(result)});
+      tell({Severity::kDamage, "not accepted", std::max<i64>(result.offset, -1), -1, -1,
+            "a sound page-capture file", inWords(result)});
       return;
     }
     used_.push_back({0, file_.reader().tablesEnd});

@@ -33,6 +33,9 @@ std::string inWords(const LoadResult& result) {
     case LoadState::kTooLarge:
       return "it is larger than 2147483647 bytes";
     case LoadState::kDamaged:
+      if (result.offset < 0) {
+        return "the place of its index, " + std::to_string(result.offset) + ", is outside the file";
+      }
       return atOffset("damaged in its header, tables or index,", result.offset);
     default:
       return "";
