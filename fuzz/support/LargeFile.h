@@ -9,8 +9,8 @@
 namespace rvf::fuzz {
 
 /// A file of zeroes with bytes at its start and at a distant offset, which end it. It takes no more
-/// memory than these. Behind kMostRead bytes it is unreadable: what reads its zeroes as an index
-/// may take time and memory in proportion to them.
+/// memory than these. After kMostRead bytes it is unreadable: what reads its zeroes as parts may
+/// take time and memory in proportion to them.
 class LargeFile final : public FileObject {
  public:
   LargeFile(std::string_view front, i64 offset, std::string_view back)
@@ -35,9 +35,9 @@ class LargeFile final : public FileObject {
   }
   i32 Read(void* destination, i32 count) override {
     positionChanged();
-    left_ -= count;
-    if (left_ < 0) return 0;
     const i64 end = std::clamp(position_ + count, position_, std::max(GetLength(), position_));
+    left_ -= end - position_;
+    if (left_ < 0) return 0;
     std::memset(destination, 0, static_cast<std::size_t>(end - position_));
     copy(destination, end, 0, front_);
     copy(destination, end, offset_, back_);
@@ -59,7 +59,7 @@ class LargeFile final : public FileObject {
   std::string_view front_;
   i64 offset_;
   std::string_view back_;
-  static constexpr i64 kMostRead = 1 << 24;
+  static constexpr i64 kMostRead = 1 << 20;
   i64 position_ = 0;
   i64 left_ = kMostRead;
 };
