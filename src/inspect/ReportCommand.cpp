@@ -32,7 +32,7 @@ int runReport(const ReportOptions& options) {
   inspectFiles(*files.first, *files.second, settings, check);
 
   const std::vector<PagePlace> chosen =
-      index.choosePages(*files.first, static_cast<std::size_t>(options.maxPages));
+      index.choosePages(*files.first, *files.second, static_cast<std::size_t>(options.maxPages));
   std::set<i32> customers;
   for (const PagePlace& place : chosen) {
     customers.insert(place.customer);

@@ -79,7 +79,7 @@ export async function withReport(browser, folder, use, { hash = "", ...options }
 /** The drawing of one side, in its own tree. */
 export const drawingText = (page, side) =>
   page.evaluate((index) => {
-    const host = document.querySelector(`.side-${index} .drawing`);
+    const host = document.querySelector(`.side-${index === 0 ? "first" : "second"} .drawing`);
     return host?.shadowRoot?.textContent ?? "";
   }, side);
 

@@ -49,7 +49,7 @@ test("the report says what the JSON Lines say", async () => {
       of("group").map((group) => group.id),
     );
     for (const [index, { record: _name, ...group }] of of("group").entries()) {
-      const { box, drawn: pages, ids, ...rest } = shown.groups[index];
+      const { picture, drawn: pages, ids, ...rest } = shown.groups[index];
       assert.deepEqual(rest, group);
     }
   });
@@ -92,7 +92,7 @@ test("modes, zoom, layers and changes answer to keys and buttons", async () => {
       }
       assert.equal(seen.size, 5);
       await page.click("text=Blink");
-      const visible = () => page.$eval(".side-1", (node) => getComputedStyle(node).visibility);
+      const visible = () => page.$eval(".side-second", (node) => getComputedStyle(node).visibility);
       const before = await visible();
       await page.keyboard.press(" ");
       assert.notEqual(await visible(), before);
@@ -208,8 +208,8 @@ test("a shared object that changed is outlined where pages use it", async () => 
     await drawn(page);
     assert.match(await drawingText(page, 1), /Example Insurance plc/);
     assert.match(await page.innerText(".changes"), /shared object 21\/0/);
-    const box = await page.$eval(".side-1", () =>
-      Number(document.querySelector(".outline rect").getAttribute("x")),
+    const box = await page.$eval(".side-second", () =>
+      Number(document.querySelector(".outline rect").getBBox().x),
     );
     assert.ok(box > 280 && box < 320, String(box));
   });
@@ -224,7 +224,7 @@ test("texts of a file stay texts", async () => {
     assert.ok(shown.includes("<b onclick=alert(1)>\\u2028"), shown);
     for (let i = 0; i < (await page.$$(".groups a")).length; ++i) {
       await page.click(`.groups li:nth-child(${i + 1}) a`);
-      await page.waitForSelector(".stage .drawing, .stage > .note");
+      await page.waitForSelector(".stage .drawing, .undrawn");
       if (!(await page.$(".drawing"))) {
         assert.match(await page.innerText(".side"), /changed, ignored FILE/);
         await page.keyboard.press("Escape");

@@ -13,7 +13,7 @@ ListPlaces::ListPlaces(const CompareContext& page) {
     const DrawList& list = page.staticList(i);
     const Place place{i64{list.originX} + page.staticPlacementX[at],
                       i64{list.originY} + page.staticPlacementY[at]};
-    places_["placed " + std::to_string(i)].push_back(place);
+    places_["placed " + std::to_string(i)].push_back({place.x, place.y, place.x, place.y});
     addObjects(list, place);
   }
 }
@@ -26,11 +26,12 @@ void ListPlaces::addObjects(const DrawList& list, Place offset) {
     }
     const StaticRefFields& fields = part.fields.staticRef;
     const bool isSecond = fields.useSecond != 0 && fields.secondIsHidden == 0;
-    std::vector<Place>& places =
+    std::vector<Box>& places =
         places_[objectListName(fields.objectType, fields.staticIndex, isSecond)];
     if (places.size() < kMostPlaces) {
-      places.push_back(
-          {offset.x + fields.x + object->originX, offset.y + fields.y + object->originY});
+      const i64 x = offset.x + fields.x + object->originX;
+      const i64 y = offset.y + fields.y + object->originY;
+      places.push_back({x, y, x + fields.width, y + fields.height});
     }
   }
 }
@@ -39,12 +40,17 @@ std::vector<Box> ListPlaces::onPage(const std::string& list, const Box& box) con
   std::vector<Box> boxes;
   const auto found = places_.find(list);
   if (found != places_.end()) {
-    for (const Place& place : found->second) {
-      boxes.push_back(
-          {box.left + place.x, box.top + place.y, box.right + place.x, box.bottom + place.y});
+    for (const Box& place : found->second) {
+      boxes.push_back({box.left + place.left, box.top + place.top, box.right + place.left,
+                       box.bottom + place.top});
     }
   }
   return boxes;
+}
+
+std::vector<Box> ListPlaces::onPage(const std::string& list) const {
+  const auto found = places_.find(list);
+  return found != places_.end() ? found->second : std::vector<Box>();
 }
 
 }  // namespace rvf::inspect

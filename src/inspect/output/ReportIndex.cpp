@@ -30,6 +30,19 @@ void addFileOnDisk(JsonLine& json, const char* name, const CaptureFile& file) {
   json.close();
 }
 
+/// The customer with an id: at the same index in most files, otherwise the first one.
+i32 partnerOf(const eString& id, i32 index, const CaptureFile& file) {
+  const i32 count = file.customerCount();
+  if (index < count && file.customer(index).id == id) {
+    return index;
+  }
+  i32 c = 0;
+  while (c < count && !(file.customer(c).id == id)) {
+    c += 1;
+  }
+  return c < count ? c : kNone;
+}
+
 // The data stand in a script element, which ends where a text says so. Nothing outside of strings
 // has such a character.
 std::string inScriptElement(const std::string& json) {
@@ -50,6 +63,11 @@ std::string inScriptElement(const std::string& json) {
 void ReportIndex::begin(const CaptureFile&, const CaptureFile&,
                         const InspectionSettings& settings) {
   tolerances_ = settings.tolerances;
+}
+
+void ReportIndex::file(const Change& change) {
+  addChange(fileChanges_.open(), change);
+  fileChanges_.close();
 }
 
 void ReportIndex::customer(const Change& change, i32 customer, const eString&) {
@@ -79,6 +97,8 @@ void ReportIndex::page(const PageResult& result) {
 void ReportIndex::object(const ObjectChanges& object) {
   if (objects_.size() < kMostObjects) {
     objects_.push_back(object);
+  } else {
+    objectsLeftOut_ += 1;
   }
 }
 
@@ -101,9 +121,15 @@ void ReportIndex::end(const Summary& summary, const ChangeGroups& groups) {
   summaryFields_.close();
 }
 
-std::vector<PagePlace> ReportIndex::choosePages(CaptureFile& first, std::size_t maxPages) {
+std::vector<PagePlace> ReportIndex::choosePages(CaptureFile& first, CaptureFile& second,
+                                                std::size_t maxPages) {
   if (maxPages > 0) {
-    findUsers(first);
+    findUsers(first, &ObjectChanges::first, &ObjectChanges::firstPages, [](i32 c, i32 p) {
+      return PagePlace{c, p, kNone};
+    });
+    findUsers(second, &ObjectChanges::second, &ObjectChanges::secondPages, [&](i32 c, i32 p) {
+      return PagePlace{partnerOf(second.customer(c).id, c, first), kNone, p};
+    });
   }
   std::vector<const ChangeGroup*> groups;
   for (const ChangeGroup& group : groups_) {
@@ -112,15 +138,18 @@ std::vector<PagePlace> ReportIndex::choosePages(CaptureFile& first, std::size_t 
   return plan_.choose(groups, maxPages);
 }
 
-void ReportIndex::findUsers(CaptureFile& file) {
+void ReportIndex::findUsers(CaptureFile& file, i32 ObjectChanges::*index, i64 ObjectChanges::*pages,
+                            const PlaceOf& placeOf) {
   struct Wanted {
     const ObjectChanges* object = nullptr;
     int users = 0;
   };
   std::map<std::pair<i32, i32>, Wanted> wanted;
   for (const ObjectChanges& object : objects_) {
-    if (object.first != kNone && object.firstPages > 0) {
-      wanted[{object.objectType, object.first}] = {&object, 0};
+    // Pages of the first file serve for an object of both.
+    const bool isServed = index == &ObjectChanges::second && object.firstPages > 0;
+    if (object.*index != kNone && object.*pages > 0 && !isServed) {
+      wanted[{object.objectType, object.*index}] = {&object, 0};
     }
   }
   for (i32 c = 0; c < file.customerCount() && !wanted.empty(); ++c) {
@@ -132,8 +161,9 @@ void ReportIndex::findUsers(CaptureFile& file) {
         if (uses.pagesUsing(key.first, key.second) == 0) {
           continue;
         }
+        const PagePlace place = placeOf(c, p);
         for (const Change& change : want.object->changes) {
-          plan_.add(ChangeGroups::keyOf(change, kNone).id(), {c, p, p});
+          plan_.add(ChangeGroups::keyOf(change, kNone).id(), place);
         }
         want.users += 1;
       }
@@ -156,9 +186,10 @@ std::string ReportIndex::html(const CaptureFile& first, const CaptureFile& secon
   json.field("customersCompared", customersCompared_);
   json.field("customersDiffering", customersDiffering_);
   json.field("pagesWithChanges", pagesWithChanges_);
-  json.field("damagedPages", damageCount_);
+  json.field("damagedPages", damageCount_).field("objectsLeftOut", objectsLeftOut_);
   std::string text = json.text();
   text += ",\"summary\":" + summaryFields_.text() + ",\"damages\":[" + damages_.text() + "]";
+  text += ",\"fileChanges\":[" + fileChanges_.text() + "]";
   text += ",\"pages\":[";
   for (const std::string& entry : drawn.entries) {
     text += (text.back() == '[' ? "" : ",") + entry;
@@ -175,8 +206,12 @@ void ReportIndex::addGroups(JsonLine& json, const CaptureFile& first,
   json.name("groups").openList();
   for (const ChangeGroup& group : groups_) {
     addGroup(json.open(), group);
-    if (const auto box = drawn.boxes.find(group.id); box != drawn.boxes.end()) {
-      addBox(json, "box", box->second);
+    if (const auto found = drawn.places.find(group.id); found != drawn.places.end()) {
+      const DrawnPlace& place = found->second;
+      json.name("picture").open().field("page", place.page);
+      json.field("side", place.isSecond ? "second" : "first");
+      addBox(json, "box", place.box);
+      json.close();
     }
     json.name("drawn").openList();
     if (const auto pages = drawn.ofGroups.find(group.id); pages != drawn.ofGroups.end()) {

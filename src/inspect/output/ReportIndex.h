@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,7 @@ class ReportIndex final : public InspectionListener {
 
   void begin(const CaptureFile& first, const CaptureFile& second,
              const InspectionSettings& settings) override;
-  void file(const Change&) override {}
+  void file(const Change& change) override;
   void customer(const Change& change, i32 customer, const eString& id) override;
   void verdict(const PageAddress&, const PageVerdict&) override {}
   void page(const PageResult& result) override;
@@ -29,19 +30,25 @@ class ReportIndex final : public InspectionListener {
   [[nodiscard]] const std::vector<ObjectChanges>& objects() const { return objects_; }
   [[nodiscard]] const Summary& summary() const { return summary_; }
   /// The pages to draw. A shared object's change is in no page's list, so pages that refer to it
-  /// are looked for in `first`.
-  [[nodiscard]] std::vector<PagePlace> choosePages(CaptureFile& first, std::size_t maxPages);
+  /// are looked for in both files.
+  [[nodiscard]] std::vector<PagePlace> choosePages(CaptureFile& first, CaptureFile& second,
+                                                   std::size_t maxPages);
   /// The whole page index.html.
   [[nodiscard]] std::string html(const CaptureFile& first, const CaptureFile& second,
                                  const DrawnPages& drawn) const;
 
  private:
-  void findUsers(CaptureFile& file);
+  /// Adds to the plan some pages of a file that use objects; `placeOf` says where they are.
+  using PlaceOf = std::function<PagePlace(i32 customer, i32 page)>;
+  void findUsers(CaptureFile& file, i32 ObjectChanges::*index, i64 ObjectChanges::*pages,
+                 const PlaceOf& placeOf);
   void addGroups(JsonLine& json, const CaptureFile& first, const DrawnPages& drawn) const;
 
   Tolerances tolerances_{};
   ReportPlan plan_;
+  JsonLine fileChanges_;
   std::vector<ObjectChanges> objects_;
+  std::size_t objectsLeftOut_ = 0;
   std::vector<ChangeGroup> groups_;
   Summary summary_;
   JsonLine summaryFields_;

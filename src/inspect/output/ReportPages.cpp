@@ -67,6 +67,16 @@ std::vector<Box> outlinesOf(const std::optional<ListPlaces>& places, const std::
   return places && box ? places->onPage(list, *box) : std::vector<Box>();
 }
 
+/// The space of a whole list.
+std::vector<Box> spaceOf(const std::optional<ListPlaces>& places, const std::string& list) {
+  return places ? places->onPage(list) : std::vector<Box>();
+}
+
+/// A page is in one pair only, whatever it is paired with, so one side names the pair.
+PagePlace withOneSide(const PagePlace& place) {
+  return place.first == kNone ? place : PagePlace{place.customer, place.first, kNone};
+}
+
 void addRecord(JsonLine& json, const char* index, const char* name, i32 page,
                const PageRecord* record) {
   addIndex(json, index, page);
@@ -91,15 +101,14 @@ ReportPages::ReportPages(CaptureFile& first, CaptureFile& second,
         json.open().field("stored", number).field("content", std::string_view(content)).close();
         folder_.write(fileName("stored", static_cast<std::size_t>(number)), asScript(json));
       }) {
-  // A page of the first file is in one pair only, whatever it is paired with.
   for (const PagePlace& place : chosen) {
-    chosen_.insert(place.first == kNone ? place : PagePlace{place.customer, place.first, kNone});
+    chosen_.insert(withOneSide(place));
   }
 }
 
 bool ReportPages::isChosen(const PagePlace& place) const {
-  return chosen_.contains(place.first == kNone ? place
-                                               : PagePlace{place.customer, place.first, kNone});
+  return chosen_.contains(withOneSide(place)) ||
+         (place.second != kNone && chosen_.contains({place.customer, kNone, place.second}));
 }
 
 void ReportPages::verdict(const PageAddress& address, const PageVerdict& verdict) {
@@ -201,7 +210,8 @@ void ReportPages::addChanges(Writing& page) {
   for (const Change& change : *page.changes) {
     const bool isCustomer = change.type == "CUSTOMER";
     const u64 group = ChangeGroups::keyOf(change, isCustomer ? kNone : number).id();
-    addOne(page, change, group, change.list);
+    addOne(page, change, group, outlinesOf(page.first.places, change.list, change.firstBox),
+           outlinesOf(page.second.places, change.list, change.secondBox));
   }
   addSharedChanges(page);
   page.json.closeList();
@@ -212,34 +222,40 @@ void ReportPages::addSharedChanges(Writing& page) {
   for (const ObjectChanges& object : objects_) {
     for (const Change& change : object.changes) {
       const bool isSecond = change.list.ends_with("/second");
-      const std::string secondList =
-          change.list.empty() ? "" : objectListName(object.objectType, object.second, isSecond);
-      const bool isThere = (page.first.places && page.first.places->has(change.list)) ||
+      const std::string firstList = objectListName(object.objectType, object.first, isSecond);
+      const std::string secondList = objectListName(object.objectType, object.second, isSecond);
+      const bool isThere = (page.first.places && page.first.places->has(firstList)) ||
                            (page.second.places && page.second.places->has(secondList));
-      if (isThere) {
-        addOne(page, change, ChangeGroups::keyOf(change, kNone).id(), secondList);
+      if (!isThere) {
+        continue;
       }
+      const bool isWhole = change.type == "OBJECT";
+      addOne(page, change, ChangeGroups::keyOf(change, kNone).id(),
+             isWhole ? spaceOf(page.first.places, firstList)
+                     : outlinesOf(page.first.places, firstList, change.firstBox),
+             isWhole ? spaceOf(page.second.places, secondList)
+                     : outlinesOf(page.second.places, secondList, change.secondBox));
     }
   }
 }
 
 void ReportPages::addOne(Writing& page, const Change& change, u64 group,
-                         const std::string& secondList) {
+                         const std::vector<Box>& first, const std::vector<Box>& second) {
   page.groups.insert(group);
   if (page.written == kMostChanges) {
     page.leftOut += 1;
     return;
   }
   page.written += 1;
-  const std::vector<Box> first = outlinesOf(page.first.places, change.list, change.firstBox);
-  const std::vector<Box> second = outlinesOf(page.second.places, secondList, change.secondBox);
   page.json.open().field("group", std::string_view(idText(group)));
   addChange(page.json, change);
   addOutlines(page.json, "firstOutlines", first);
   addOutlines(page.json, "secondOutlines", second);
   page.json.close();
   if (!first.empty() || !second.empty()) {
-    drawn_.boxes.emplace(group, first.empty() ? second.front() : first.front());
+    const bool isSecond = !second.empty();
+    drawn_.places.emplace(group, DrawnPlace{static_cast<i32>(drawn_.entries.size()), isSecond,
+                                            isSecond ? second.front() : first.front()});
   }
 }
 

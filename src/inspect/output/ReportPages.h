@@ -15,11 +15,18 @@
 
 namespace rvf::inspect {
 
+/// Where a drawing shows a change.
+struct DrawnPlace {
+  i32 page = 0;  // index of the entry
+  bool isSecond = false;
+  Box box;
+};
+
 /// What the overview needs of the pages that are drawn.
 struct DrawnPages {
   std::vector<std::string> entries;                    // as JSON, one a page
   std::unordered_map<u64, std::vector<i32>> ofGroups;  // indexes of entries
-  std::unordered_map<u64, Box> boxes;                  // of groups, on the first page that has one
+  std::unordered_map<u64, DrawnPlace> places;          // of groups, on the first page that has one
 };
 
 /// Writes the data files of chosen pages when an inspection comes to them: both drawings and every
@@ -54,7 +61,8 @@ class ReportPages final : public InspectionListener {
   void draw(Writing& page, CaptureFile& file, i32 customer, Side& side);
   void addChanges(Writing& page);
   void addSharedChanges(Writing& page);
-  void addOne(Writing& page, const Change& change, u64 group, const std::string& secondList);
+  void addOne(Writing& page, const Change& change, u64 group, const std::vector<Box>& first,
+              const std::vector<Box>& second);
 
   CaptureFile& first_;
   CaptureFile& second_;

@@ -1,6 +1,6 @@
 # Puts the style and the scripts of the report into its page, with the hashes that its policy allows
 # them by, and writes the page as a source of the program, cut where its data belong.
-#   cmake -DFOLDER=... -DSCRIPTS=a.js,b.js -DOUTPUT=... -P embed.cmake
+#   cmake -DFOLDER=... -DSTYLES=a.css,b.css -DSCRIPTS=a.js,b.js -DOUTPUT=... -P embed.cmake
 
 # The form that a policy wants: base64 of the 32 bytes.
 function(policy_hash text result)
@@ -22,12 +22,14 @@ function(policy_hash text result)
 endfunction()
 
 file(READ "${FOLDER}/template.html" page)
-file(READ "${FOLDER}/style.css" style)
-set(script "")
-string(REPLACE "," ";" names "${SCRIPTS}")
-foreach(name IN LISTS names)
-  file(READ "${FOLDER}/${name}" text)
-  string(APPEND script "${text}")
+foreach(kind style script)
+  string(TOUPPER ${kind}S names)
+  string(REPLACE "," ";" names "${${names}}")
+  set(${kind} "")
+  foreach(name IN LISTS names)
+    file(READ "${FOLDER}/${name}" text)
+    string(APPEND ${kind} "${text}")
+  endforeach()
 endforeach()
 policy_hash("${style}" style_hash)
 policy_hash("${script}" script_hash)

@@ -1,51 +1,9 @@
 "use strict";
 
-// Keys, and the help that lists them.
+// What keys do.
 
-const keyNames = [
-  ["j, k", "next, previous change; in the list: group"],
-  ["n, p", "next, previous page"],
-  ["g, G", "next, previous group"],
-  ["1 to 5", "side by side, slider, blink, overlay, differences"],
-  ["+, \u2212, 0", "zoom in, zoom out, whole page"],
-  ["arrows", "move the pages"],
-  ["Space", "in blink: the other page"],
-  ["o, i, m", "outlines, ignored changes, markers and areas"],
-  ["/", "filter"],
-  ["Enter", "open the group"],
-  ["Escape", "back"],
-  ["?", "this help"],
-];
-
-const help = {
-  node: /** @type {HTMLDialogElement | null} */ (null),
-  toggle() {
-    this.node ??= this.make();
-    if (this.node.open) this.node.close();
-    else this.node.showModal();
-  },
-  make() {
-    const rows = keyNames.map(([keys, purpose]) =>
-      element("div", {}, element("dt", {}, element("kbd", {}, keys)), element("dd", {}, purpose)),
-    );
-    const close = element("button", { type: "button" }, "Close");
-    const made = element(
-      "dialog",
-      { "aria-labelledby": "help-title" },
-      element("h2", { id: "help-title" }, "Keys"),
-      element("dl", {}, ...rows),
-      element(
-        "p",
-        { class: "quiet" },
-        "With the mouse: the wheel zooms, dragging moves. With fingers: two zoom, one moves.",
-      ),
-      close,
-    );
-    close.addEventListener("click", () => made.close());
-    document.body.append(made);
-    return made;
-  },
-};
+const zoomStep = 1.25;
+const panStep = 60;
 
 /** @type {Record<string, () => void>} */
 const pageKeys = {
@@ -55,19 +13,19 @@ const pageKeys = {
   p: () => stepPage(-1),
   g: () => stepGroup(1),
   G: () => stepGroup(-1),
-  "+": () => pageView.zoom(1.25),
-  "=": () => pageView.zoom(1.25),
-  "-": () => pageView.zoom(1 / 1.25),
+  "+": () => pageView.zoom(zoomStep),
+  "=": () => pageView.zoom(zoomStep),
+  "-": () => pageView.zoom(1 / zoomStep),
   0: () => pageView.viewport.fit(),
   o: () => pageView.toggle("outlines"),
   i: () => pageView.toggle("ignored"),
   m: () => pageView.toggle("marks"),
-  ArrowLeft: () => pageView.viewport.pan(60, 0),
-  ArrowRight: () => pageView.viewport.pan(-60, 0),
-  ArrowUp: () => pageView.viewport.pan(0, 60),
-  ArrowDown: () => pageView.viewport.pan(0, -60),
-  " ": () => pageView.flip?.(),
-  Escape: () => go({ ...state, page: null, group: "" }),
+  ArrowLeft: () => pageView.viewport.pan(panStep, 0),
+  ArrowRight: () => pageView.viewport.pan(-panStep, 0),
+  ArrowUp: () => pageView.viewport.pan(0, panStep),
+  ArrowDown: () => pageView.viewport.pan(0, -panStep),
+  " ": () => pageView.blinker.flip(),
+  Escape: goToList,
 };
 
 /** @type {Record<string, () => void>} */
@@ -111,7 +69,6 @@ function press(event) {
 }
 
 function focusFilter() {
-  if (isPageView(state)) go({ ...state, page: null, group: "" });
-  const input = groupList.form.elements.namedItem("text");
-  if (input instanceof HTMLInputElement) input.focus();
+  if (isPageView(state)) goToList();
+  groupList.filter.focus();
 }

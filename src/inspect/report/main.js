@@ -6,11 +6,6 @@ const groupList = new GroupList();
 const pageView = new PageView();
 let listScroll = 0;
 
-/** @param {State} view */
-function isPageView(view) {
-  return view.page !== null || view.group !== "";
-}
-
 /**
  * @param {State} next
  * @param {"push" | "replace"} [how] whether the browser's way back leads to where we are
@@ -25,7 +20,7 @@ function go(next, how = "push") {
 function showState() {
   const wasPage = pageView.node.isConnected;
   const isPage = isPageView(stateFromAddress());
-  const lastGroup = state.group || (pageView.data?.changes[state.change]?.group ?? "");
+  const lastGroup = pageView.group()?.id;
   state = stateFromAddress();
   if (isPage) {
     if (!wasPage) {
@@ -33,7 +28,7 @@ function showState() {
       groupList.node.remove();
       document.body.append(pageView.node);
       scrollTo(0, 0);
-      pageView.title.focus({ preventScroll: true });
+      pageView.toolbar.title.focus({ preventScroll: true });
     }
     void pageView.show();
     return;
@@ -48,33 +43,39 @@ function showState() {
   if (wasPage) {
     scrollTo(0, listScroll);
     groupList.draw();
-    groupList.focus(lastGroup);
+    if (lastGroup) groupList.focus(lastGroup);
   }
+}
+
+function goToList() {
+  go({ ...state, page: null, group: "", change: null });
+}
+
+/** @param {number} index @param {number} step @param {number} count */
+function stepped(index, step, count) {
+  return Math.min(Math.max(index + step, 0), count - 1);
 }
 
 /** @param {number} step */
 function stepChange(step) {
   const count = pageView.data?.changes.length ?? 0;
-  if (count > 0)
-    go({ ...state, change: Math.min(Math.max(state.change + step, 0), count - 1) }, "replace");
+  if (count > 0) go({ ...state, change: stepped(pageView.chosen(), step, count) }, "replace");
 }
 
 /** The next page of the group, or of the report if no group was chosen. @param {number} step */
 function stepPage(step) {
   const group = groupById.get(state.group);
-  const pages =
-    group && group.drawn.length > 0 ? group.drawn : report.pages.map((page) => page.page);
-  const at = pages.indexOf(state.page ?? -1);
-  const next = pages[Math.min(Math.max(at + step, 0), pages.length - 1)];
-  if (next !== undefined && next !== state.page) go({ ...state, page: next, change: 0 });
+  const pages = group ? group.drawn : report.pages.map((page) => page.page);
+  const next = pages[stepped(pages.indexOf(state.page ?? -1), step, pages.length)];
+  if (next !== undefined && next !== state.page) go({ ...state, page: next, change: null });
 }
 
 /** The next group that the filter lets through. @param {number} step */
 function stepGroup(step) {
   const list = filteredGroups(state.filter);
-  const here = state.group || (pageView.data?.changes[state.change]?.group ?? "");
+  const here = pageView.group()?.id;
   const at = list.findIndex((group) => group.id === here);
-  const next = list[Math.min(Math.max(at + step, 0), list.length - 1)];
+  const next = list[stepped(at, step, list.length)];
   if (next && next.id !== here) go(stateOfGroup(next));
 }
 

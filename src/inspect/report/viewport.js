@@ -4,10 +4,16 @@
 
 /** @typedef {{x: number, y: number, scale: number}} Transform pixels, and pixels a page unit */
 
+// How far a pointer may go between press and release of a click, in pixels.
+const clickSlack = 4;
+
+// The width of a pane in pixels where two are side by side on a sheet of paper.
+const usualPaneOnPaper = 340;
+
 class Viewport {
   /**
    * @param {HTMLElement} stage what takes wheel and pointer
-   * @param {() => void} changed called when the scale is another
+   * @param {(share: number) => void} changed told the scale, as a share of that of the whole page
    */
   constructor(stage, changed) {
     this.stage = stage;
@@ -18,6 +24,7 @@ class Viewport {
     /** @type {Transform} */
     this.at = { x: 0, y: 0, scale: 1 };
     this.isFitted = true;
+    this.moved = 0;
     /** @type {Map<number, {x: number, y: number}>} */
     this.pointers = new Map();
     stage.addEventListener("wheel", (event) => this.wheel(event), { passive: false });
@@ -31,6 +38,24 @@ class Viewport {
       stage.addEventListener(name, (event) => this.release(event));
     }
     new ResizeObserver(() => this.isFitted && this.fit()).observe(stage);
+  }
+
+  /** Whether the last press was a drag, and so no click. */
+  get hasDragged() {
+    return this.moved > clickSlack;
+  }
+
+  /** Takes what is on the stage now. @param {number[]} view the space that the sheets show, in page units */
+  take(view) {
+    this.view = view;
+    this.sheets = [...this.stage.querySelectorAll(".sheet")].filter(
+      (sheet) => sheet instanceof HTMLElement,
+    );
+    // On paper each sheet is as wide as its pane, whatever the screen showed.
+    this.stage.style.setProperty("--shape", String(view[2] / view[3]));
+    this.stage.style.setProperty("--paper-unit", String(view[2] / usualPaneOnPaper));
+    if (this.isFitted) this.fit();
+    else this.set(this.at);
   }
 
   /** The size of the part of the stage that shows one sheet. */
@@ -74,7 +99,7 @@ class Viewport {
       sheet.style.transform = `translate(${this.at.x}px, ${this.at.y}px)`;
     }
     this.stage.style.setProperty("--unit", String(1 / scale));
-    this.changed();
+    this.changed(scale / this.fittingScale());
   }
 
   /** @param {number} factor @param {{x: number, y: number}} [point] a place of the pane, its middle without one */
@@ -144,9 +169,8 @@ class Viewport {
     if (!before) return;
     const dx = event.clientX - before.x;
     const dy = event.clientY - before.y;
-    this.moved = (this.moved ?? 0) + Math.abs(dx) + Math.abs(dy);
-    const isDrag = this.moved > 4;
-    if (isDrag && !this.stage.hasPointerCapture(event.pointerId))
+    this.moved += Math.abs(dx) + Math.abs(dy);
+    if (this.hasDragged && !this.stage.hasPointerCapture(event.pointerId))
       this.stage.setPointerCapture(event.pointerId);
     const others = [...this.pointers]
       .filter(([id]) => id !== event.pointerId)
@@ -161,7 +185,7 @@ class Viewport {
         factor,
         this.pointIn({ clientX: others[0].x, clientY: others[0].y, target: event.target }),
       );
-    } else if (isDrag) {
+    } else if (this.hasDragged) {
       this.pan(dx, dy);
     }
   }

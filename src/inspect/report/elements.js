@@ -1,0 +1,51 @@
+"use strict";
+
+// Elements of the page. Texts of a file become text nodes and nothing else.
+
+/**
+ * An element with attributes and children; strings become text nodes.
+ * @template {keyof HTMLElementTagNameMap} Name
+ * @param {Name} name
+ * @param {Record<string, string | number | boolean | undefined>} [attributes]
+ * @param {...(Node | string)} children
+ * @returns {HTMLElementTagNameMap[Name]}
+ */
+function element(name, attributes = {}, ...children) {
+  const made = document.createElement(name);
+  for (const [key, value] of Object.entries(attributes)) {
+    if (value !== undefined && value !== false)
+      made.setAttribute(key, value === true ? "" : String(value));
+  }
+  made.append(...children);
+  return made;
+}
+
+const svgSpace = "http://www.w3.org/2000/svg";
+
+/**
+ * @template {keyof SVGElementTagNameMap} Name
+ * @param {Name} name
+ * @param {Record<string, string | number>} attributes
+ * @param {...(Node | string)} children
+ * @returns {SVGElementTagNameMap[Name]}
+ */
+function svgElement(name, attributes, ...children) {
+  const made = document.createElementNS(svgSpace, name);
+  for (const [key, value] of Object.entries(attributes)) made.setAttribute(key, String(value));
+  made.append(...children);
+  return made;
+}
+
+/**
+ * A button with its name, and its key where it has one.
+ * @param {string} label what it is called
+ * @param {string} text what stands on it
+ * @param {() => void} act
+ * @param {string} [key]
+ */
+function button(label, text, act, key) {
+  const title = key ? `${label} (${key})` : label;
+  const made = element("button", { type: "button", "aria-label": label, title }, text);
+  made.addEventListener("click", act);
+  return made;
+}

@@ -1,0 +1,42 @@
+"use strict";
+
+// Panes, which show one page or both above each other, and the sheets in them.
+
+/**
+ * @param {SVGSVGElement | null} drawing
+ * @param {number[]} view
+ * @param {Side} side
+ */
+function makeSheet(drawing, view, side) {
+  const host = element("div", { class: "drawing" });
+  if (drawing) {
+    drawing.setAttribute("viewBox", view.join(" "));
+    drawing.setAttribute("width", "100%");
+    drawing.setAttribute("height", "100%");
+    drawing.setAttribute("role", "img");
+    drawing.setAttribute("aria-label", `Page of the ${side} file`);
+    // A tree of its own, since both drawings use the same names for their objects.
+    host.attachShadow({ mode: "open" }).append(drawing);
+  } else {
+    host.append(element("p", { class: "note" }, `Not in the ${side} file`));
+  }
+  const sheet = element("div", { class: "sheet" }, host);
+  return element("div", { class: `layer side-${side}` }, sheet);
+}
+
+/**
+ * @param {HTMLElement[]} sheets
+ * @param {SVGSVGElement} outlines
+ * @param {string} label what is shown; nothing if it is told elsewhere
+ */
+function makePane(sheets, outlines, label) {
+  const over = element("div", { class: "layer over" }, element("div", { class: "sheet" }));
+  over.firstElementChild?.append(outlines);
+  return element(
+    "div",
+    { class: "pane" },
+    element("div", { class: "drawings" }, ...sheets),
+    over,
+    label === "" ? "" : element("div", { class: "label" }, label),
+  );
+}
