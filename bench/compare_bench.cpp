@@ -82,7 +82,7 @@ void equalLists(benchmark::State& state) {
 }
 BENCHMARK(equalLists)->Arg(500);
 
-/// The matcher on a list and what was made of it.
+/// Matches a list against a changed copy of itself.
 void match(benchmark::State& state, const std::function<void(std::vector<test::Part>&)>& change) {
   std::vector<test::Part> parts = numberedTexts(static_cast<int>(state.range(0)));
   DrawList a;

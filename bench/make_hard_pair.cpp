@@ -1,8 +1,8 @@
-// Writes pairs of page-capture files that are hard to match: COUNT parts (or pages) that a plain
-// search would compare with one another.
+// Writes pairs of page-capture files that are hard to match: COUNT parts (or pages), all of which a
+// plain search would compare with one another.
 //   make_hard_pair CASE COUNT FIRST SECOND
-// Most cases put the parts on one page, in reverse order in the second file. Those named below are
-// to be compared with tolerances: positions 5 with the name "near-", widths 5 with "width-".
+// Most cases put the parts on one page, in reverse order in the second file. Some need tolerances:
+// cases named "near-" a position tolerance of 5, those named "width-" a width tolerance of 5.
 
 #include <cstdio>
 #include <cstdlib>
@@ -30,7 +30,7 @@ std::u16string numbered(int n) {
   return {digits.begin(), digits.end()};
 }
 
-/// `makePart` is called with the number of each part.
+/// `makePart` receives the number of each part.
 Files reversed(int count, const std::function<Part(int)>& makePart) {
   std::vector<Part> parts;
   for (int i = 0; i < count; ++i) parts.push_back(makePart(i));
@@ -61,7 +61,7 @@ Files letterhead(int pages, int parts) {
   return {fields, fields};
 }
 
-/// Positions on both sides of a border, so that each is near to all the others in one value.
+/// Positions on both sides of a border, so that each is close to all the others in one value.
 Part nearText(int i) {
   const int half = i % 2 * 6;
   return text({.runs = {{.x = half, .y = i / 2 * 6}, {.x = 6 - half, .y = i / 4 * 6}}});

@@ -1,10 +1,10 @@
-// Writes a large pair of page-capture files to measure with.
+// Writes a large pair of page-capture files for measurements.
 //   make_large_pair MEBIBYTES PAGE_KIBIBYTES CONTENT CHANGE FIRST SECOND
 // CONTENT is what the pages hold. paragraphs: mostly text with several runs, lines and rectangles,
-// a logo by reference, an image now and then. phrases: only short texts with one run, of 85 bytes
-// each. CHANGE says how the second file differs: none, thousandth (one page in a thousand has a
-// different text), all (every page has), inserted (every page has an additional part at its start).
-// With pages of 0 KiB the files consist of an index only: MEBIBYTES million pages without a body.
+// a referenced logo, an occasional image. phrases: only short texts of one run, 85 bytes each.
+// CHANGE says how the second file differs: none, thousandth (one page in a thousand has a different
+// text), all (every page has), inserted (every page has an additional part at its start). With
+// pages of 0 KiB, the files consist only of an index: MEBIBYTES million pages without a body.
 
 #include <cstdio>
 #include <cstdlib>
@@ -81,7 +81,7 @@ std::vector<Part> paragraphPage(int page, int size, bool isChanged) {
   return parts;
 }
 
-/// A file that is written page by page, followed by its index.
+/// A file that is written page by page and then gets its index.
 class LargeCapture {
  public:
   explicit LargeCapture(const char* path) : out_(path, std::ios::binary) {

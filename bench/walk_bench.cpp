@@ -1,5 +1,5 @@
-// The cost of a walk through two files, which is a run without the disk: loading both, their pages
-// and the difference file.
+// The cost of a walk through two files, that is, of a run without the disk: loading both, their
+// pages and the difference file.
 
 #include <benchmark/benchmark.h>
 
@@ -22,7 +22,7 @@ std::string captureOfTexts(bool isChanged) {
   return writeCapture(test::captureOf({kPages, test::page(parts)})).bytes;
 }
 
-/// One of the two files of a walk, loaded afresh each time.
+/// One of the two files of a walk, loaded anew each time.
 struct Loaded {
   explicit Loaded(std::string& bytes)
       : file(reinterpret_cast<std::byte*>(bytes.data()), static_cast<i32>(bytes.size()), 0) {

@@ -1,6 +1,5 @@
-// A sequence of typed stores in an archive on a memory file: all of it is loaded again. The first
-// bytes are the sizes of the buffers; then comes one byte for the kind of each value, and the
-// value.
+// A sequence of typed values is stored in an archive on a memory file and loaded again. The first
+// bytes are the sizes of the buffers; each value follows a byte that gives its kind.
 
 #include "support/ArchiveScript.h"
 
@@ -25,9 +24,9 @@ void checkInput(FuzzInput input) {
   };
   eArchive in(file, eArchive::Mode::kLoad, loadBuffer);
   load(in);
-  load(in);  // after a seek, which may find its place in what was read before
+  load(in);  // after a seek, whose target may still be in the buffer
   eArchive other(file, eArchive::Mode::kLoad, loadBuffer);
-  load(other);  // goes on with that
+  load(other);  // continues with the same window
 }
 
 }  // namespace rvf::fuzz

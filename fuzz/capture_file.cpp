@@ -1,6 +1,6 @@
-// A whole page-capture file: loading it, and every page of it. The first byte tells how text is
-// stored in a file too old to tell it itself, and whether the file is a large one: then what stands
-// behind its front lies where offsets end, with zeroes in between.
+// A whole page-capture file: loads it and all of its pages. The first byte says how text is stored
+// in a file too old to specify it, and whether the file is large: then everything after its front
+// is moved to where offsets end, with zeroes in between.
 
 #include "capture/RvfReader.h"
 #include "support/LargeFile.h"

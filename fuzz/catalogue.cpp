@@ -1,5 +1,5 @@
-// A message catalogue and a few messages held for it, which are written to a report or printed. In
-// front stand the settings and the messages.
+// A message catalogue and a few held messages, which are written to a report or printed. The input
+// starts with the settings and the messages.
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -14,7 +14,8 @@
 namespace rvf::fuzz {
 namespace {
 
-/// The input holds a count, then for each message its number, the form of its arguments, a text.
+/// The input holds a count, then for each message its number, the form of its arguments, and a
+/// text.
 void holdMessages(FuzzInput& input) {
   for (int left = input.take() % 8; left > 0; --left) {
     const auto number = static_cast<MessageNumber>(input.take<i16>());
@@ -43,7 +44,7 @@ void checkInput(FuzzInput input) {
   MessageCatalogue& catalogue = output.catalogue();
   catalogue.setEncoding(input.take());
   holdMessages(input);
-  const int file = memfd_create("input", MFD_CLOEXEC);  // in memory, and yet with a path
+  const int file = memfd_create("input", MFD_CLOEXEC);  // in memory, but with a path
   const std::string_view lines = input.rest();
   require(write(file, lines.data(), lines.size()) == std::ssize(lines), "memory takes the input");
   catalogue.SetMessageFile(fromNative("/proc/self/fd/" + std::to_string(file)));

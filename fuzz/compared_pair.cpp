@@ -1,4 +1,4 @@
-// Two page-capture files, compared as a run does, in two ways that have to come to the same.
+// Two page-capture files, compared as in a run, in two ways that must give the same result.
 
 #include "support/DifferenceBytes.h"
 #include "support/ListChecks.h"
@@ -7,7 +7,7 @@
 namespace rvf::fuzz {
 namespace {
 
-/// A difference file is complete in itself and tells the same as the status of its walk.
+/// A difference file is complete and agrees with the status of its walk.
 void checkDifferenceFile(const std::string& bytes, DiffFlags status) {
   require((status & kReservedBits) == 0, "no reserved bit is set");
   const bool isComplete = test::DifferenceBytes(bytes).isComplete();

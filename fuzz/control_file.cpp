@@ -1,4 +1,4 @@
-// A control file in any encoding, which stands in front: its lines and the options on them.
+// A control file, preceded by the number of its encoding: its lines and the options on them.
 
 #include <string>
 
@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char16_t* kNames[] = {u"JEF-930", u"UTF-16", u"utf-8",      u"Shift_JIS",
                                       u"IBM-930", u"hz",     u"ISO_2022JP", u"UTF-7"};
-constexpr u8 kFirstName = 48;  // below: the ids from -2 on
+constexpr u8 kFirstName = 48;  // smaller values: the ids from -2 on
 
 void parseLine(RunOptions& options, const eString& line) {
   const RunOptions before = options;

@@ -1,5 +1,5 @@
-// Two draw lists, one behind the other, at any version: the second is read over the first and into
-// a new list, which has to come to the same. The first is also what references find.
+// Two draw lists, one after the other, at any version: the second is read over the first and into a
+// new list, with the same result. References find the first.
 
 #include "base/Wrapping.h"
 #include "pagemodel/DrawListReader.h"
@@ -9,7 +9,7 @@
 namespace rvf::fuzz {
 namespace {
 
-/// Finds one object, whatever is asked for.
+/// Finds the same object for every reference.
 struct OneStatic final : StaticLookup {
   [[nodiscard]] const DrawStatic* FindStatic(i32, i32) const override { return &object; }
   DrawStatic object;

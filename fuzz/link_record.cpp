@@ -1,4 +1,4 @@
-// A link record in the tagged or the old form: what is read and stored is read again the same.
+// A link record in the tagged or the old form: after it is stored, it is read back the same.
 
 #include "storage/HyperlinkInfo.h"
 #include "support/Fuzz.h"
@@ -26,7 +26,7 @@ void checkInput(FuzzInput input) {
   Loader archive(record.file);
   archive.setWideStrings((flags & 1) != 0);
   HyperlinkInfo link;
-  // The second time over the link that the first has left.
+  // The second read replaces the link left by the first.
   for (int i = 0; i < ((flags & 4) != 0 ? 2 : 1) && !archive.failed(); ++i) {
     if ((flags & 2) != 0) {
       link.readOldForm(archive, version);

@@ -1,6 +1,6 @@
-// Writes the inputs that fuzzing starts from, where they can be written by rule: small, valid files
-// and lists that together hold every layout there is, so that the engine need not find the formats
-// itself. All others stand in corpus.
+// Writes the inputs that fuzzing starts from, as far as they can be generated: small, valid files
+// and lists that together hold every layout, so that the engine need not discover the formats. All
+// others are in corpus.
 //   make_corpus FOLDER
 
 #include <filesystem>
@@ -14,7 +14,7 @@
 namespace rvf::test {
 namespace {
 
-/// The inputs of a target, each one once, numbered.
+/// The inputs of a target, numbered and without duplicates.
 class Inputs {
  public:
   explicit Inputs(std::filesystem::path folder) : folder_(std::move(folder)) {
@@ -48,7 +48,7 @@ void addLists(Inputs& inputs) {
       const std::string head = ByteWriter().u8(wide ? 1 : 0).i32(5, -7).bytes;
       inputs.add(head + bytesOf(first, wide) + bytesOf(second, wide));
     };
-    // Every type at every version that lays it out in another way than the version before.
+    // Every type at every version whose layout differs from that of the previous version.
     for (const Part& part : allParts()) {
       std::string before;
       for (const int v : versionGates()) {
@@ -134,7 +134,7 @@ void addGroups(Inputs& pairs) {
   }
 }
 
-// More parts out of their order than are looked for one by one: they go through an index.
+// More parts out of order than are searched for one by one: these use an index.
 void addShuffled(Inputs& pairs) {
   std::vector<Part> lines, texts, shapes, all = allParts();
   for (int i = 0; i < 24; ++i) {
@@ -154,7 +154,7 @@ void addShuffled(Inputs& pairs) {
 }
 
 void addPairs(Inputs& pairs) {
-  // Each type against itself, against its neighbour and in another order.
+  // Each type against itself, against its neighbour, and in another order.
   const std::vector<Part> parts = allParts();
   for (std::size_t i = 0; i < parts.size(); ++i) {
     const int tolerance = static_cast<int>(i % 3);

@@ -1,5 +1,5 @@
-// Stands in for the fuzzing engine where there is none: runs the fuzz target once on each file of
-// the folders that are named. Options of the engine are passed over.
+// Replaces the fuzzing engine where there is none: runs the fuzz target once on each file in the
+// given folders. Options of the engine are ignored.
 
 #include <cstdint>
 #include <cstdio>
@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
     if (argv[i][0] == '-') continue;
     for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
       std::ifstream file(entry.path(), std::ios::binary);
-      // A block of the exact size: what reads behind it is found.
+      // A block of the exact size, so that reads beyond it are detected.
       const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
       if (!file) throw std::runtime_error("cannot read " + entry.path().string());
       const std::vector<std::uint8_t> block(bytes.begin(), bytes.end());

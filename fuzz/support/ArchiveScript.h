@@ -8,7 +8,7 @@
 
 namespace rvf::fuzz {
 
-/// The same script is played to a storing and to a loading archive.
+/// A script that is played to both a storing and a loading archive.
 class ArchiveScript {
  public:
   explicit ArchiveScript(FuzzInput input) : input_(input) {}
@@ -40,7 +40,7 @@ class ArchiveScript {
     number<T, kRead, kWrite>(archive, input_.take<T>());
   }
 
-  // Repeated, so that short inputs make stretches that are longer than the buffer.
+  // Repeated, so that short inputs make stretches longer than the buffer.
   std::string takeStretch() {
     const std::string_view once = input_.takeBytes(input_.take() % 64);
     std::string stretch;
@@ -65,7 +65,7 @@ class ArchiveScript {
     require(found.view() == value.view(), "a text comes back");
   }
 
-  // A record of some measured sections, of which a reader knows a part.
+  // A record of several measured sections, some of which are unknown to the reader.
   void record(eArchive& archive, int depth) {
     constexpr i32 kBaseTags[] = {100, 106, -101};
     const u8 shape = input_.take();
@@ -99,7 +99,7 @@ class ArchiveScript {
     *this = after;
   }
 
-  // EndRecord passes over the sections that the reader does not know; the script has to follow.
+  // EndRecord skips the sections that the reader does not know; the script must do the same.
   void loadSection(eArchive& archive, eRecordFrame& frame, i32 tag, bool isKnown, int depth) {
     eCountingArchive counting;
     ArchiveScript measure(*this);

@@ -8,9 +8,9 @@
 
 namespace rvf::fuzz {
 
-/// Behind flags and tolerances stand some edits and the first file; behind a separator comes the
-/// second, and without it the second is the first. The edits are made to the second, so that files
-/// can differ in a single byte.
+/// Flags and tolerances are followed by some edits, the first file, a separator and the second
+/// file. Without a separator, the second file is a copy of the first. The edits are made to the
+/// second file, so that files can differ in a single byte.
 struct CapturePair {
   explicit CapturePair(FuzzInput input) : flags(input.take()) {
     constexpr std::string_view kSeparator = "=PAIR=";

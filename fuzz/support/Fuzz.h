@@ -14,7 +14,7 @@
 
 namespace rvf::fuzz {
 
-/// Takes values off the front of a fuzzed input. Behind its end come zeroes and empty stretches.
+/// Takes values from the front of a fuzzed input. After its end, values are 0 and stretches empty.
 class FuzzInput {
  public:
   explicit FuzzInput(std::string_view bytes) : left_(bytes) {}
@@ -40,10 +40,10 @@ class FuzzInput {
   std::string_view left_;
 };
 
-/// What each target defines: one input, from the process-wide state of a new process on.
+/// Defined by each target: checks one input, starting from the process-wide state of a new process.
 void checkInput(FuzzInput input);
 
-/// Ends the process with a trace when something that must hold for every input does not.
+/// Ends the process with a trace if something that must hold for every input does not.
 inline void require(bool holds, const char* what) {
   if (!holds) {
     std::fprintf(stderr, "does not hold: %s\n", what);
@@ -51,7 +51,7 @@ inline void require(bool holds, const char* what) {
   }
 }
 
-/// A memory file on a block of exactly these bytes, so that a sanitizer sees every read behind
+/// A memory file on a block of exactly these bytes, so that a sanitizer detects every read beyond
 /// them.
 struct InputFile {
   explicit InputFile(std::string_view bytes) : block(bytes.begin(), bytes.end()) {}
@@ -60,7 +60,7 @@ struct InputFile {
   eMemFile file{reinterpret_cast<std::byte*>(block.data()), static_cast<i32>(block.size()), 0};
 };
 
-/// An archive that loads what stands in a file.
+/// An archive that loads from a file.
 struct Loader : eArchive {
   explicit Loader(FileObject& file) : eArchive(file, Mode::kLoad, kSectionBufferSize) {}
 };

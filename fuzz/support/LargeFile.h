@@ -8,9 +8,9 @@
 
 namespace rvf::fuzz {
 
-/// A file of zeroes with bytes at its start and at a distant offset, which end it. It takes no more
-/// memory than these. After kMostRead bytes it is unreadable: what reads its zeroes as parts may
-/// take time and memory in proportion to them.
+/// A file of zeroes with some bytes at its start and others at a distant offset, where it ends. It
+/// takes no more memory than these bytes. It is unreadable after kMostRead bytes, because reading
+/// the zeroes as parts may take time and memory in proportion to their number.
 class LargeFile final : public FileObject {
  public:
   LargeFile(std::string_view front, i64 offset, std::string_view back)

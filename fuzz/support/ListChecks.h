@@ -15,7 +15,7 @@ constexpr DiffFlags kReservedBits = diff::kReserved2 | diff::kReserved4 | diff::
                                     diff::kReserved16 | diff::kReserved19 | diff::kReserved20 |
                                     diff::kReserved21;
 
-/// The index of a list finds for every part what a search through the list finds.
+/// For every part, the index of a list must find what a search through the list finds.
 inline void requireSamePairings(const DrawList& parts, const DrawList& list,
                                 const Tolerances& tolerances) {
   std::pmr::vector<bool> isTaken(asSize(list.count), false);
@@ -31,7 +31,8 @@ inline void requireSamePairings(const DrawList& parts, const DrawList& list,
   }
 }
 
-/// Matches two lists in both directions. `areTheSame`: they were read from the same bytes.
+/// Matches two lists in both directions. `areTheSame` means that they were read from the same
+/// bytes.
 inline void compareLists(const DrawList& a, const DrawList& b, bool areTheSame,
                          const Tolerances& tolerances) {
   DrawList overlay;

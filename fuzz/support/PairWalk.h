@@ -23,7 +23,8 @@ struct LoadedCapture {
 struct PairWalk {
   PairWalk(const CapturePair& pair, bool usesShortCut)
       : first(pair.first, pair.flag(0)), second(pair.second, pair.flag(1)) {
-    // Pairs of more pages are left alone: comparing a page can take the square of its length.
+    // Pairs with more pages are skipped: the time to compare a page can grow with the square of its
+    // length.
     constexpr i64 kMostPages = 32;
     isWalked = first.reader.valid() && second.reader.valid() &&
                i64{first.reader.pageCount} + second.reader.pageCount <= kMostPages;
@@ -41,7 +42,7 @@ struct PairWalk {
     return first.context.newerRecord() != nullptr || second.context.newerRecord() != nullptr;
   }
 
-  i32 messageCount = -messageReporter.callCount();  // of this walk, when it is done
+  i32 messageCount = -messageReporter.callCount();  // of this walk, once it is done
   LoadedCapture first, second;
   bool isWalked = false;
   DiffFlags status = 0;

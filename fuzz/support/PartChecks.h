@@ -12,8 +12,8 @@
 
 namespace rvf::fuzz {
 
-/// Whether a part equals another one that was made from the same bytes. Types without rules never
-/// do, nor do parts that own what counts by its identity.
+/// Whether a part equals another one that was made from the same bytes. Parts of types without
+/// rules never do, nor do parts that own objects compared by identity.
 inline bool equalsItsLike(const DrawPart& part);
 
 inline bool equalsItsLike(const DrawList& list) {
@@ -21,7 +21,7 @@ inline bool equalsItsLike(const DrawList& list) {
                              [](const DrawPart& part) { return equalsItsLike(part); });
 }
 
-// Lengths whose sum overflows leave fewer characters than the comparison wants to see.
+// Lengths whose sum overflows leave fewer characters than the comparison looks at.
 inline bool hasSoundLengths(const TextPropFields& fields) {
   constexpr i32 kHighest = 1 << 29;
   return std::min(fields.lengthA, fields.lengthB) >= 0 &&
@@ -48,8 +48,8 @@ inline bool equalsItsLike(const DrawPart& part) {
   }
 }
 
-/// Fields whose values a copy has and a shift back and forth restores. Of floating ones it need
-/// not, and the copy of a link works out its lengths, whatever the file says.
+/// Fields that a copy preserves and a shift back and forth restores. Floating-point fields need not
+/// be restored, and the copy of a link recomputes its lengths, whatever the file says.
 struct ExactFields final : test::NamedFields {
   void floating(std::string_view, f64) override {}
   void number(std::string_view name, i64 value) override {
@@ -67,7 +67,7 @@ inline void requireSameFields(const DrawPart& a, const DrawPart& b, const char* 
   require(a.type == b.type && first.rows == second.rows, what);
 }
 
-/// Whether a copy of the part takes over all of its fields.
+/// Whether a copy of the part has all of its fields.
 inline bool isCopiedWhole(const DrawPart& part) {
   using enum PartType;
   constexpr PartType kNotWhole[] = {kHyperlinkArea, kLocSearchKey, kBcocaBarcode, kSubscribe,
@@ -75,8 +75,8 @@ inline bool isCopiedWhole(const DrawPart& part) {
   return std::ranges::find(kNotWhole, part.type) == std::end(kNotWhole);
 }
 
-/// Copies every part and looks at part and copy through all that a comparison touches, so that a
-/// count that its payload does not bear out is noticed.
+/// Copies every part and reads everything in part and copy that a comparison uses, so that a count
+/// larger than its payload is detected.
 inline void examineParts(const DrawList& list, const Tolerances& tolerances = {}) {
   for (const DrawPart& part : list.parts()) {
     DrawPart copy;

@@ -9,13 +9,13 @@ namespace rvf {
 /// Bytes that the shortest list record has on disk.
 constexpr i32 kSmallestDrawList = 16;
 
-/// Reads a list of a page, replacing its content; its references find their child lists in
-/// `statics`, which must outlive the list's content. Parts that were read completely before a
-/// failure stay, and `count` is their number. Any failure, including a version above the limit,
-/// sets the archive's `failed`.
+/// Reads a list of a page, replacing its content. References get their child lists from `statics`,
+/// which must outlive the list's content. Parts that were read completely before a failure are
+/// kept, and `count` is their number. Any failure, including a version above the limit, sets the
+/// archive's `failed`.
 void readDrawList(DrawList& list, eArchive& archive, const StaticLookup& statics);
-/// The same for a list of a static object: its references find nothing, so lists nest at most two
-/// deep.
+/// The same for a list of a static object: its references get no child lists, so lists nest at most
+/// two deep.
 void readDrawList(DrawList& list, eArchive& archive);
 
 /// Parts are never stored: only the end mark is written.

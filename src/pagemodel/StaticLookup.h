@@ -6,7 +6,7 @@ namespace rvf {
 
 struct DrawStatic;
 
-/// Looks up the static objects of a file by what a static reference names.
+/// Finds the static object of a file that a static reference names.
 class StaticLookup {
  public:
   virtual ~StaticLookup() = default;

@@ -29,9 +29,9 @@ TEST(CompareContext, PagesAndTheirPlacedLists) {
   CompareContext& c = file.context;
   const std::string none = ", x( ), y( )", body = " 3, x( 5 7 ), y( -6 8 ), list 0, list";
   EXPECT_EQ(fetched(c, 0, offsets[0]), "damaged" + none);
-  EXPECT_EQ(c.pageList.capacity(), 0);  // a count alone takes no memory
+  EXPECT_EQ(c.pageList.capacity(), 0);  // a count by itself takes no memory
   EXPECT_EQ(fetched(c, 0, offsets[1]), body);
-  // A page that is in memory is not read again, not for another customer either.
+  // A page that is in memory is not read again, not even for another customer.
   file.bytes[static_cast<std::size_t>(offsets[1])] = 77;
   file.file.contentChanged();
   EXPECT_EQ(fetched(c, 1, offsets[1]), body);
@@ -62,7 +62,7 @@ TEST(CompareContext, WhatIsWrongWithAPageIsKept) {
   EXPECT_EQ(damage.count, 12);
   ASSERT_EQ(damage.places.size(), 10U);
   EXPECT_EQ(damage.places[9].page, 9);
-  EXPECT_EQ(damage.places[9].offset, capture.bodyOffsets[9] + 8 + 16);  // behind the count
+  EXPECT_EQ(damage.places[9].offset, capture.bodyOffsets[9] + 8 + 16);  // after the count
   EXPECT_EQ(messages.takeNumbers(), std::vector(12, 9042));
   file.context.FetchPage(0, -1);
   EXPECT_FALSE(file.context.pageFailure());

@@ -22,7 +22,7 @@ std::string pagesOf(const CustomerRecord& c) {
   return text;
 }
 
-/// A stored customer reads back the same, unless its id is taken for swapped.
+/// A stored customer reads back the same, unless its id is taken as swapped.
 void expectStored(const CustomerRecord& c) {
   if ((c.id.c_str()[0] & 0xFF) == 0) return;
   eMemFile file(16);
@@ -39,7 +39,7 @@ void expectStored(const CustomerRecord& c) {
   EXPECT_EQ(pagesOf(again), pagesOf(c));
 }
 
-/// All that a reader has loaded.
+/// Everything that a reader has loaded.
 std::string shown(const LoadedCapture& file) {
   const RvfReader& r = file.reader;
   const LoadResult& result = r.loadResult();
@@ -91,8 +91,8 @@ std::vector<std::pair<std::string, CaptureFields>> captures() {
       cases.emplace_back(Shown::row("tags", customerTag, pageTag), f);
     }
   }
-  // Text of the other byte order is known by the low byte of the id's first character alone, which
-  // an empty id does not have and U+3000 has by chance.
+  // Text of the other byte order is recognised only by the low byte of the id's first character,
+  // which an empty id lacks and which is 0 in U+3000 by chance.
   for (const std::u16string& id :
        {u"\u4300\u3100"s, u""s, u"\u3000a"s, u"C1"s, u"C\0D"s, u"\u4300\0\u3100"s}) {
     CaptureFields f{.magic = kWideMagic};
@@ -100,7 +100,7 @@ std::vector<std::pair<std::string, CaptureFields>> captures() {
     f.customers[0].pages = {{.name = u"\u5000"}, {.name = u"P\0Q"s}, {.name = u""}};
     cases.emplace_back("byte order", f);
   }
-  // No room is made for a count alone. A customer with a page makes it a file.
+  // A count by itself reserves no memory. A customer with a page makes the file valid.
   for (const int count : {0x7FFFFFFF, 2, -1}) {
     cases.push_back({Shown::row("customers", count), {.customerCount = count}});
     cases.push_back({Shown::row("pages", count), {.customers = {{.pageCount = count}}}});
@@ -116,11 +116,11 @@ TEST(RvfReader, LoadsWhatTheFilesHold) {
   std::string text;
   for (const auto& [name, fields] : captures()) {
     const std::string bytes = writeCapture(fields).bytes;
-    // A file of version 3 says itself how its texts are stored.
+    // A file of version 3 specifies how its texts are stored.
     const bool dbcsMode = fields.version < 3 ? *fields.wide : fields.magic != kWideMagic;
     LoadedCapture file(bytes, dbcsMode);
     text += name + "\n" + shown(file);
-    if (file.reader.valid()) file.reader.loadCurrentPage();  // the first customer may have none
+    if (file.reader.valid()) file.reader.loadCurrentPage();  // the first customer may have no page
     for (std::size_t length = 0; length < bytes.size(); ++length) {
       const LoadedCapture shorter(bytes.substr(0, length), dbcsMode);
       ASSERT_FALSE(shorter.reader.valid()) << name << ' ' << length;
@@ -140,7 +140,7 @@ TEST(PageNames, OfEveryLengthAndForm) {
       for (const bool wide : {false, true}) {
         if (!wide && last > 0xFF) continue;
         for (const i32 bufferSize : {64, 1 << 18}) {
-          // Behind a byte that has filled the buffer.
+          // After a byte that has filled the buffer.
           LoadedBytes file("v" + ByteWriter(wide).string(text).bytes + "w", wide, bufferSize);
           EXPECT_EQ(file.archive.ReadU8(), 'v');
           const PageName name = names.read(file.archive, CharacterOrder::kNative);
@@ -163,7 +163,7 @@ TEST(RvfReader, SmallestFileAndItsDamage) {
   };
   for (const std::size_t tableCount : {16U, 20U, 24U, 28U}) {
     EXPECT_FALSE(isValid(tableCount, 0x7FFFFFFF)) << tableCount;
-    EXPECT_TRUE(isValid(tableCount, -1)) << tableCount;  // counts as none
+    EXPECT_TRUE(isValid(tableCount, -1)) << tableCount;  // counts as 0
   }
   for (const int position : {-1, -0x7FFFFFFF, 0x7FFFFFFF, 103, 102}) {
     EXPECT_FALSE(isValid(0, position)) << position;
@@ -198,7 +198,7 @@ TEST(RvfReader, LargestFileAndBeyond) {
     EXPECT_EQ(context.staticPlacementY, std::vector{77});
     EXPECT_EQ(context.bodyBytes().size(), body.size());
     EXPECT_TRUE(messages.take().empty());
-    // Bytes that come later have no offsets.
+    // Later bytes have no offsets.
     std::filesystem::resize_file(path, kLongestFile + 100);
     EXPECT_TRUE(!eDiskFile().Open(fromNative(path), open_flags::kRead, FileContent::kBinary));
     context.FetchPage(0, kLongestFile - 3);

@@ -38,7 +38,7 @@ inline std::vector<std::pair<std::string, std::vector<std::string>>> referenceFi
   return pairs;
 }
 
-/// The type of each part, and the position of those that mostly move.
+/// The type of each part, and the position of those types that usually move.
 inline std::string contentOf(const DrawList& list) {
   std::string text;
   for (const DrawPart& part : list.parts()) {
@@ -65,7 +65,7 @@ struct LoadedCapture {
   RvfReader reader;
 };
 
-/// One walk over two files, what it leaves in the difference file, and its messages.
+/// A walk over two files with its difference file and messages.
 struct Walk {
   Walk(RvfReader& a, RvfReader& b, bool stop, bool usesShortCut, WalkObserver* observer = nullptr,
        const Tolerances& tolerances = {}) {

@@ -36,8 +36,8 @@ struct Observer final : WalkObserver {
   }
 };
 
-/// What the walk reports, the words of the difference file, and what the walk leaves in the first
-/// records.
+/// What the walk reports, the words of the difference file, and the state of the first file's
+/// records afterwards.
 std::string walked(const CaptureFields& a, const CaptureFields& b, bool stop, bool usesShortCut) {
   LoadedCapture first(a), second(b);
   // A page that is already in memory before the walk is not reused, even if it is the first one.

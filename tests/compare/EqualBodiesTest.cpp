@@ -35,7 +35,7 @@ TEST(EqualBodies, ShortCutChangesNothingForTheReferencePairs) {
 TEST(EqualBodies, ShortCutHandlesWhatEqualBytesDoNotShow) {
   std::vector<std::string> files;
   for (const Part& part : allParts()) files.push_back(onePage({part, text()}, 125));
-  // Pages that may refer to one object; the window cuts those of the large image.
+  // Pages that may refer to one object; the window cuts off those with the large image.
   const auto add = [&files](int magic, const Part& shared, const Part& part, std::size_t pages) {
     CaptureFields fields = captureOf(std::vector(pages, page({part, text()})));
     fields.magic = magic;
@@ -49,7 +49,7 @@ TEST(EqualBodies, ShortCutHandlesWhatEqualBytesDoNotShow) {
   add(kWideMagic, line(), image({.link = LinkFields()}), 2);
   add(kWideMagic, line(), image({.bytes = std::string(100000, 'x')}), 12);
   for (std::size_t i = 0; i < files.size(); ++i) {
-    std::string damaged = files[i], narrow = files[i];  // the same bytes, texts read narrow
+    std::string damaged = files[i], narrow = files[i];  // the same bytes, but read as narrow text
     damaged.replace(damaged.size() / 2, 40, std::string(40, '\xEE'));
     narrow.replace(4, 4, ByteWriter().i32(kNarrowMagic).bytes);
     for (const std::string& other : {files[i], files[i == 0 ? 0 : i - 1], damaged, narrow}) {

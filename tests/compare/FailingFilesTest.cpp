@@ -9,11 +9,11 @@ namespace rvf::test {
 namespace {
 
 // A comparison in which each operation on a file fails in turn. Only the readers and the writer can
-// notice: a file that was not loaded must be invalid, a failed read must be reported, and a failed
-// write must leave an incomplete difference file.
+// notice: a file that could not be loaded must be invalid, a failed read must be reported, and a
+// failed write must leave an incomplete difference file.
 
 struct Result {
-  bool isSound = false;  // loaded, and without a word of loss
+  bool isSound = false;  // loaded, and no loss was reported
   DiffFlags bits = 0;
 };
 
@@ -32,7 +32,7 @@ Result compare(FailingFile& first, FailingFile& second, FailingFile& difference)
   return {isSound, bits};
 }
 
-/// Pages that are too many for one window, with all kinds of part and shared objects.
+/// More pages than fit into one window, with all kinds of parts and shared objects.
 std::string captureWith(std::u16string word) {
   std::vector<PageFields> pages(40, page(allParts()));
   for (PageFields& field : pages) field.body->placed.resize(2);

@@ -44,7 +44,7 @@ std::vector<PageFields> comparedPages() {
   add({}, {placed({one, two}, 10, 20, 100, 200)});
   add({}, {placed({one, two}, 2147483647, 220, -2147483537, 0)});
   add({}, {placed({one, image()}, 90, 201, 20, 19), base});
-  // A place with a 0 in it is not another place.
+  // A position with a 0 in it never counts as moved.
   add({}, {placed({one}, 0, 5, 0, 20)});
   add({}, {placed({two}, 30, 0, 4, 0)});
   return pages;
@@ -52,7 +52,7 @@ std::vector<PageFields> comparedPages() {
 
 TEST(PageOverlay, PagesAgainstEachOther) {
   const std::vector<PageFields> pages = comparedPages();
-  const Tolerances tolerances{1000, 1000};  // play no part for the places of lists
+  const Tolerances tolerances{1000, 1000};  // do not affect the placement of lists
   std::string text;
   for (std::size_t i = 0; i < pages.size(); ++i) {
     for (std::size_t j = 0; j < pages.size(); ++j) {

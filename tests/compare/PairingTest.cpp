@@ -29,8 +29,7 @@ struct Told : PairingObserver {
   bool entersGroups = true;
 };
 
-/// A reference implementation of the matching, without index or cache, with the overlay that it
-/// builds.
+/// A reference implementation of the matching, without index or cache, and of its overlay.
 struct PlainMatcher {
   const Tolerances& tolerances;
   const bool build;
@@ -39,7 +38,7 @@ struct PlainMatcher {
   DiffFlags bits = 0;
   DrawList overlay{};
 
-  // Null: an item of the other side, which leaves its slot blank.
+  // Null for an item of the other side, whose slot stays blank.
   void addSlot(const DrawPart* part, i32 x, i32 y) {
     DrawPart& slot = appendSlot(overlay);
     if (part != nullptr) copyPart(slot, *part);
@@ -121,7 +120,7 @@ struct PlainMatcher {
   }
 };
 
-/// All of a list that the matching leaves in an overlay.
+/// Everything in an overlay's list.
 std::string shown(const DrawList& list) {
   std::string text = Shown::row("tally", list.contentTally);
   for (const DrawPart& part : list.parts()) {
@@ -133,11 +132,11 @@ std::string shown(const DrawList& list) {
   return text;
 }
 
-/// Lists of parts that differ only in some bits of a few bytes, and that have these children.
+/// Lists of parts that differ only in some bits of a few bytes, with `children` as child lists.
 class RandomLists {
  public:
   RandomLists(unsigned seed, const std::vector<std::string>& records) : random_(seed) {
-    // Of two lists in three, all parts are of one kind and differ in the same few bytes.
+    // In two lists out of three, all parts are of one kind and differ in the same few bytes.
     const bool areAlike = seed % 3 > 0;
     for (auto kinds = areAlike ? 1 : 8U; kinds > 0; --kinds) {
       kinds_.push_back(records[random_() % (records.size() - (seed % 4 == 0 ? 0 : kAbsorbing))]);
@@ -147,7 +146,7 @@ class RandomLists {
     }
   }
 
-  static constexpr std::size_t kAbsorbing = 4;  // of the records, at their end
+  static constexpr std::size_t kAbsorbing = 4;  // the last records
 
   void fill(DrawList& list, unsigned most, std::vector<DrawList>* children) {
     list.contentTally = static_cast<i32>(random_() % 9);
@@ -162,7 +161,7 @@ class RandomLists {
       }
       DrawPart& part = appendSlot(list);
       EXPECT_TRUE(readRecord(part, changed) || readRecord(part, record));
-      shiftPart(part, -11, -21);  // places on both sides of zero
+      shiftPart(part, -11, -21);  // positions on both sides of zero
       if (part.type == PartType::kStaticRef && children != nullptr && random_() % 4 > 0) {
         setChildList(part, &(*children)[part.fields.staticRef.staticIndex % children->size()]);
       }
@@ -232,7 +231,7 @@ TEST(Pairing, IsThatOfThePlainAlgorithm) {
   EXPECT_GT(groups, 500U);
 }
 
-/// The bits that an observer receives for a page, together with those of lists and placements.
+/// The bits that an observer receives for a page, combined with those of lists and placements.
 DiffFlags observedBits(const CompareContext& a, const CompareContext& b, ChildListResults& known) {
   Told told;
   const auto observe = [&](const DrawList& first, const DrawList& second) {
@@ -253,7 +252,8 @@ DiffFlags observedBits(const CompareContext& a, const CompareContext& b, ChildLi
   return told.bits;
 }
 
-/// Compares them on every page that the walk reached. Returns the number of pages.
+/// Compares these bits with those of the walk on every page that it reached. Returns the number of
+/// pages.
 int checkPages(LoadedCapture& a, LoadedCapture& b, const Tolerances& tolerances) {
   int pages = 0;
   ChildListResults known(tolerances);

@@ -24,7 +24,8 @@ Parts comparedParts() {
       line({.points = moved}), line({.points = {{1, 1}, {1, 1}}, .width = 900, .tint = 0}),
       justOneLine(), justOneLine({.x1 = 1, .width = 900, .tint = 0}), lineSet(),
       lineSet({.end = 0, .width = 900, .tint = 0}), lineSet({.offsets = {20, 40}, .width = 900}),
-      // A width has 16 bits and no sign, and only the left part tells whether its colours count.
+      // A width is unsigned with 16 bits, and only the left part determines whether its colours
+      // count.
       rect({.lineWidth = 65535}), rect({.area = {.left = 900}, .lineWidth = 0}),
       rect({.noFill = 1, .fillTint = 1}), rect({.noOutline = 1, .lineTint = 1}),
       poly({.gradient = Gradient()}), poly({.points = two}),
@@ -32,7 +33,7 @@ Parts comparedParts() {
       poly({.noFill = 1, .fillTint = 1}), poly({.noOutline = 1, .lineTint = 1}), image(),
       image({.link = LinkFields()}), image({.nameValues = {{}}}), textProp({.propKind = 1}),
       textProp({.propKind = 2}), clickArea(), resource(), empty(17),
-      // A layer byte with its top bit set ends the tests of the layer.
+      // A layer byte with its top bit set ends the comparison of layers.
       staticRef({.layerByteA = 127}), staticRef({.x = 900, .refC = 9, .layerByteA = 127}),
       staticRef({.layerByteA = 128}), staticRef({.refD = 9, .layerByteA = 127, .layerByteB = 255}),
       hyperlinkArea({.url = u"a\0b"s}), hyperlinkArea({.url = u"a\0c"s}),
@@ -45,7 +46,7 @@ std::string comparison(const DrawPart& left, const DrawPart& right,
   return partsEqual(left, right) ? "=" : std::to_string(classifyParts(left, right, tolerances));
 }
 
-/// In both directions, without a tolerance, with two different ones, and with negative ones. A
+/// In both directions, without tolerances, with two different ones, and with negative ones. A
 /// change of one bit in the second byte of a number is exactly at the limit of 256.
 std::string comparisons(const DrawPart& left, const DrawPart& right) {
   std::string results;
@@ -59,7 +60,7 @@ std::string comparisons(const DrawPart& left, const DrawPart& right) {
 }
 
 std::string sweep(const Part& left, const Part& right) {
-  constexpr std::size_t kFirstField = 5;  // behind version and type
+  constexpr std::size_t kFirstField = 5;  // after version and type
   const std::string record = recordOf(left);
   const DrawPart read = readFresh(right), unchanged = readFresh(left);
   Deltas deltas;
@@ -69,7 +70,7 @@ std::string sweep(const Part& left, const Part& right) {
     bytes[i] ^= 1;
     DrawPart changed;
     if (!readRecord(changed, bytes)) continue;
-    // A byte of a count changes all fields behind it, and some bytes are dropped.
+    // Changing a byte of a count changes all fields after it, and some bytes are dropped.
     const Rows names = changedNames(fieldsOf(unchanged), fieldsOf(changed));
     if (!names.empty()) deltas.add(names[0], {comparisons(changed, read)});
   }
@@ -85,20 +86,20 @@ TEST(PartComparison, BitsForEachByteOfARecord) {
   expectFrozen("comparisons.txt", text);
 }
 
-/// Parts of all types and then, for some, others that are near to them in their words.
+/// Parts of all types and, for some, others with nearly the same words.
 Parts meetingParts() {
   Parts parts = allParts();
   const auto add = [&parts](const auto&... part) { (parts.push_back(part), ...); };
   add(empty(45), empty(255), poly({.points = {}}), text({.runs = {}}), text({.text = u""}));
-  // Parts whose words are those of another type but for a pointer, and the same without it.
+  // Parts whose words are those of another type except for a pointer, and the same without it.
   const auto marker = [](int a, int b) { return layerIgnore({.value = a, .kind = b}); };
   add(marker(0, 0), marker(0, 1), marker(1, 0), marker(1, 1), locSearchKey({.keyText = u""}),
       subscribe({.subscriberId = 1}), subscribe({.subscriberId = 1, .entries = {}}),
       line({.points = {}, .tint = 0, .overprint = 0}), line({.tint = 0, .overprint = 0}),
       bookmark({.bookmarkLevel = 0}), bookmark({.bookmarkLevel = 0, .title = u""}),
       resource({.bytes = "resourcE"}), resource({.dataMode = 0}), signatureField().at(142));
-  // The words of a text without runs and characters are those of a property: fontId stands where
-  // the second length is. Its extension area begins with FEFE, the count, and y of a run.
+  // The words of a text without runs and characters are those of a property, with fontId in the
+  // place of the second length. Its extension area begins with FEFE, the count, and the y of a run.
   const auto fontless = [](int fontId, std::vector<Run> runs) {
     return text({.text = u"",
                  .runs = {},

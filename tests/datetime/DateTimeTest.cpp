@@ -21,7 +21,7 @@ Parts partsOf(const DateTime& value) {
 
 std::string textOf(const DateTime& value) { return value.dateText() + " " + value.timeText(); }
 
-// Each day at a time of its own, and the dates that do not exist between them.
+// Each day at a different time, and the nonexistent dates between them.
 TEST(DateTime, EveryDayOfTheCalendarAndNoOther) {
   f64 dayNumber = 0;
   i32 time = 0;

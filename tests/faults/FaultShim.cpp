@@ -1,23 +1,23 @@
 // A system that fails on demand, for the unmodified program: a library that is loaded before all
-// others (LD_PRELOAD) and makes system calls fail as the environment says.
+// others (LD_PRELOAD) and makes system calls fail as environment variables say.
 //
-//   RVF_FAULT_CALL    which calls: read, write, seek, close, open, stat, allocate, or all of them
-//   RVF_FAULT_AT      the number of the first one that fails, from 1; none without it
-//   RVF_FAULT_FOR     once, or on: all calls of that kind from there on
-//   RVF_FAULT_ERROR   what they fail with, a value of errno; or -1: the process is killed there, a
-//                     write in its middle
+//   RVF_FAULT_CALL    the calls that fail: read, write, seek, close, open, stat, allocate, or all
+//   RVF_FAULT_AT      the number of the first call that fails, from 1; without it, none fails
+//   RVF_FAULT_FOR     once, or on: this call, or all calls of the kind from there on
+//   RVF_FAULT_ERROR   the value of errno; or -1: the process is killed there, during a write in its
+//                     middle
 //   RVF_FAULT_PIECE   no read or write moves more bytes than this
-//   RVF_FAULT_BREAK   every how many-th read, write and open is interrupted (EINTR)
-//   RVF_FAULT_SHRINK  files that are read end at this offset, whatever length the system tells
-//   RVF_FAULT_FILE    with SHRINK: only files whose name ends so
-//   RVF_FAULT_MARK    a file that is created when a call fails: it tells an injected run from one
-//                     that had fewer calls
+//   RVF_FAULT_BREAK   N: every Nth read, write and open is interrupted (EINTR)
+//   RVF_FAULT_SHRINK  files that are read end at this offset, whatever length the system reports
+//   RVF_FAULT_FILE    with SHRINK: only files whose names end with this
+//   RVF_FAULT_MARK    a file that is created when a call fails: it distinguishes an injected run
+//                     from one with fewer calls
 //
-// The program reads and writes through stdio, and stdio's calls of read, write and lseek are bound
-// inside the C library, out of reach. So fopen is replaced: it gives a stream of the C library over
-// functions of this file (fopencookie), through which the system is called and fails below stdio,
-// and stdio's own ways with short counts and errors are tested as well. The calls count from the
-// beginning of main on. Standard output and standard error never fail here: the shell can do that.
+// The program reads and writes through stdio, whose calls of read, write and lseek are bound inside
+// the C library, out of reach. So fopen is replaced: it returns a stream of the C library over
+// functions of this file (fopencookie). These call the system and fail below stdio, so that stdio's
+// own handling of short counts and errors is tested too. Calls are counted from the beginning of
+// main. Standard output and standard error never fail here: the shell can do that.
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -34,7 +34,7 @@
 #include <cstring>
 
 extern "C" {
-// The allocator of the C library under its other names.
+// The allocator of the C library under its internal names.
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);
@@ -106,13 +106,13 @@ bool isInterrupted() {
 
 std::size_t pieceOf(std::size_t size) { return piece > 0 && size > piece ? piece : size; }
 
-/// What a stream works on.
+/// The file under a stream.
 struct File {
   int descriptor;
   bool isShrunk;
 };
 
-/// A read that would go beyond the end of a shrunk file is cut there.
+/// A read beyond the end of a shrunk file is cut there.
 std::size_t lengthUpToEnd(const File& file, std::size_t size) {
   const long position = lseek(file.descriptor, 0, SEEK_CUR);
   if (!file.isShrunk || position < 0) return size;
@@ -196,7 +196,7 @@ int __libc_start_main(Main main, int argc, char** argv, void (*init)(), void (*f
   return start(countedMain, argc, argv, init, fini, loaderFini, stackEnd);
 }
 
-/// Only for the two ways in which the program opens files: to read, or to write anew.
+/// Supports only the two ways in which the program opens files: for reading, or for writing anew.
 std::FILE* fopen(const char* path, const char* mode) {
   if (fails(kOpen) || isInterrupted()) return nullptr;
   const bool isRead = mode[0] == 'r';
@@ -214,8 +214,8 @@ std::FILE* fopen(const char* path, const char* mode) {
   return stream;
 }
 
-/// Unbuffered cookie streams read single bytes, so streams for reading get a buffer, which lives
-/// until the end of the process.
+/// Unbuffered cookie streams read single bytes, so streams for reading get a buffer, which is never
+/// freed.
 int setvbuf(std::FILE* stream, char* buffer, int mode, std::size_t size) {
   static const auto setBuffer = reinterpret_cast<decltype(&setvbuf)>(dlsym(RTLD_NEXT, "setvbuf"));
   constexpr std::size_t kReadSize = 65536;

@@ -9,7 +9,7 @@
 namespace rvf::test {
 namespace {
 
-/// A folder with both samples and what a run over them leaves.
+/// A folder with both samples and the outputs of a run over them.
 class InspectFolder : public RunFolder {
  public:
   InspectFolder() {
@@ -111,7 +111,7 @@ TEST(InspectCommands, LetNothingOfAFileReachTheTerminal) {
   }
 }
 
-// A file that a run refuses or reports as damaged is never called sound, and no other is called
+// A file that a run rejects or reports as damaged is never called sound, and no other is called
 // damaged.
 TEST(InspectCommands, CheckAgreesWithARun) {
   std::map<int, int> seen;
@@ -121,7 +121,7 @@ TEST(InspectCommands, CheckAgreesWithARun) {
     for (const auto& file : std::filesystem::directory_iterator(folder.path())) {
       if (file.path().extension() != ".rvf") continue;
       const std::string name = "'" + file.path().filename().string() + "'";
-      // A run over the file and itself fails if, and only if, it cannot be read.
+      // A run over the file and itself fails if and only if the file cannot be read.
       const int run = folder
                           .run("-COMPARE=" + name + "," + name + " -DIFFERENCEFILE=own.dat " +
                                "-MESSAGEFILE=own.txt")

@@ -22,8 +22,8 @@ std::string sample(const std::string& name) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// A byte that differs is told, whatever it means: as a change, as damage, or because the file is
-// refused.
+// Every differing byte is reported, whatever it means: as a change, as damage, or because the file
+// is rejected.
 TEST(Completeness, NoByteOfTheSamplesGoesUnnoticed) {
   const std::string bytes = sample("first.rvf");
   ASSERT_FALSE(bytes.empty());
@@ -36,13 +36,13 @@ TEST(Completeness, NoByteOfTheSamplesGoesUnnoticed) {
       const Inspected result(bytes, changed);
       EXPECT_TRUE(!result.changes.empty() || !result.damages.empty()) << "byte " << at;
     } catch (const inspect::Trouble&) {
-      // refused
+      // rejected
     }
     messageReporter.reset();
   }
 }
 
-// Every page of the reference has the bits that stand in its difference file.
+// Every page of the reference pairs has the bits in its difference file.
 TEST(Completeness, BitsAreThoseOfARun) {
   int compared = 0;
   for (const auto& entry : std::filesystem::directory_iterator(sourcePath("tests/reference"))) {

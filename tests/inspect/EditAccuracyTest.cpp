@@ -9,8 +9,8 @@
 namespace rvf::test {
 namespace {
 
-// Pages with all kinds of parts get edits that are known, and the explanation has to name these and
-// no others. RVF_EDIT_PAIRS sets the number of pairs for each kind of edit.
+// Pages with all kinds of parts get known edits, and the explanation must name these and no others.
+// RVF_EDIT_PAIRS sets the number of pairs for each kind of edit.
 
 constexpr int kParts = 24;
 
@@ -88,7 +88,7 @@ std::vector<Part> partsOf(const std::vector<Item>& items) {
   return parts;
 }
 
-/// A kind of edit of one part of some kinds, and the line that tells it.
+/// A kind of edit for parts of some kinds, and the line that reports it.
 struct Edit {
   const char* name;
   std::vector<int> kinds;
@@ -142,7 +142,7 @@ std::string restyled(std::vector<Part>& parts, std::vector<Item>& items, int at,
   return told(at, "changed TEXT");
 }
 std::string removed(std::vector<Part>& parts, std::vector<Item>& items, int at, Generator&) {
-  kAt(parts, at).type = -1;  // taken out when all edits are made
+  kAt(parts, at).type = -1;  // removed once all edits are made
   return told(at, std::string("removed ") + nameOf(kAt(items, at).kind));
 }
 
@@ -178,7 +178,7 @@ std::string capture(std::vector<Part> parts) {
   return writeCapture(file).bytes;
 }
 
-/// Without fields, distances and rules: "3 changed TEXT".
+/// Lines without fields, distances and rules: "3 changed TEXT".
 std::vector<std::string> inShort(const std::vector<std::string>& lines) {
   std::vector<std::string> result;
   for (const std::string& line : lines) {

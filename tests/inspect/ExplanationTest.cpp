@@ -17,7 +17,7 @@ Part words(const std::u16string& text, int y, int x = 100, int fontId = 7) {
 const Part kDear = words(u"Dear reader", 100), kSum = words(u"Sum 118.40 due", 200);
 const Part kBox = rect({.area = {100, 300, 500, 400}});
 
-/// One page of two lists of parts.
+/// A page in two versions, as lists of parts.
 struct PartCase {
   Parts first, second;
   Lines changes;
@@ -64,7 +64,7 @@ TEST(Explanation, NamesTheSmallestChangeOfAPage) {
        {"0/0 0 changed BOOKMARK title [type that matches anything]"}},
       {{image({.bytes = "ab"})}, {image({.bytes = "ac"})}, {"0/0 0 changed IMAGE data"}},
       {{image()}, {image({.area = {101, 200, 301, 400}})}, {"0/0 0 moved IMAGE 1,0"}},
-      // Of two changed texts each is paired with its own, wherever the other went.
+      // Two changed texts are each paired with their own counterpart, wherever the other went.
       {{words(u"Total of the year 10", 100), words(u"Balance of month 20", 150)},
        {words(u"Balance of month 30", 100), words(u"Total of the year 40", 150)},
        {"0/0 0 changed TEXT text runs[0].y", "0/0 1 changed TEXT text runs[0].y"}},

@@ -11,10 +11,10 @@
 
 namespace rvf::test {
 
-/// What an inspection of two files tells, a line for each change:
+/// What an inspection of two files reports, one line per change:
 ///   "0/1 0 changed TEXT text"     page of the first / second file, part, kind, type, fields
-/// with " [rule]" behind a change that a rule ignores, and a list that is not the page's in front
-/// of the part.
+/// A change that a rule ignores is followed by " [rule]", and the part is preceded by its list
+/// unless that is the page's.
 class Inspected final : public inspect::InspectionListener {
  public:
   using Lines = std::vector<std::string>;

@@ -7,14 +7,14 @@
 namespace rvf::test {
 namespace {
 
-const std::string kBits = "539073";  // of the samples with a position tolerance of 5
+const std::string kBits = "539073";  // for the samples, with a position tolerance of 5
 
-/// A folder of results, a line for each pair, as rvfjobs leaves it.
+/// A folder of results as rvfjobs leaves it, one line per pair.
 class ResultsFolder : public RunFolder {
  public:
   ResultsFolder() { std::filesystem::create_directories(path() / "r/pairs"); }
 
-  /// A pair without its files: what has one stands in `second`.
+  /// A pair whose files are not in its folder.
   void add(const std::string& name, const std::string& state, const std::string& bits,
            const std::string& reason = "", const std::string& option = "-pos_tolerance=5",
            const std::string& folder = "") {
@@ -97,7 +97,7 @@ TEST(Summary, GroupsChangesOfAllPairsByTheirOwnOptions) {
 TEST(Summary, LeavesAcceptedChangesOut) {
   ResultsFolder folder;
   folder.addSamples("x");
-  folder.addSamples("y", kBits, "");  // whose tolerance comes from elsewhere
+  folder.addSamples("y", kBits, "");  // its tolerance comes from elsewhere
   const std::string write =
       "/dev/null 2>/dev/null; $I changes --write-accepted acc "
       "r/pairs/x/first.rvf r/pairs/x/second.rvf >/dev/null; $I summary ";
@@ -116,7 +116,7 @@ TEST(Summary, LeavesAcceptedChangesOut) {
   expectAll(folder, {{"--accepted acc r", 2, "\"y\": r/pairs/y/first.rvf: damaged", ""}});
 }
 
-// Names and messages come from outside, and so may the whole file.
+// Names and messages are untrusted, and so may be the whole file.
 TEST(Summary, TakesNothingInResultsForMoreThanData) {
   ResultsFolder hostile;
   hostile.add(R"(\u001b[2J\u202e<b>&\ud83d\ude00\")", "failed", "null", R"(\u0007\u0085)", "", "x");

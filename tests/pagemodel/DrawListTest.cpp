@@ -11,7 +11,7 @@
 namespace rvf::test {
 namespace {
 
-/// What a list holds beside the fields of its record.
+/// What a list holds besides the fields of its record.
 Rows stateOf(const DrawList& list) {
   Rows rows = fieldsOf(list);
   rows.push_back(Shown::row("capacity", list.capacity()));
@@ -111,7 +111,7 @@ TEST(StaticReference, FindsOneOfTheObjectsLists) {
   EXPECT_EQ(found({.staticIndex = 44}), nullptr);
 }
 
-/// Gives an image what only the owner of a part gives it.
+/// Gives an image what only the owner of a part can set.
 void nameImage(DrawPart& part) {
   ImageInfo& info = imageInfo(part);
   info.wideName = std::make_unique<char16_t[]>(2);

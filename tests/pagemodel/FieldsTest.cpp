@@ -1,6 +1,5 @@
-// Every field of every type, against a table that was written by hand: what is read at each
-// version, from which bytes of the record, whether it is copied, how it is moved, and which bits a
-// change gives.
+// Every field of every type, against a handwritten table: what is read at each version, from which
+// bytes of the record, whether it is copied, how it is moved, and which bits a change gives.
 
 #include "compare/PartComparison.h"
 #include "pagemodel/PartRows.h"
@@ -10,12 +9,12 @@
 
 namespace rvf::test {
 
-/// Otherwise the test framework would show the bytes of a part, including unused ones.
+/// Without this, the test framework would show the bytes of a part, including unused ones.
 static void PrintTo(const Part& part, std::ostream* out) { *out << "type " << part.type; }
 
 namespace {
 
-constexpr std::size_t kFirstField = 5;  // behind version and type
+constexpr std::size_t kFirstField = 5;  // after version and type
 
 std::string typeName(const Part& part) {
   return toNative(kPartTypeNames[static_cast<std::size_t>(part.type)]);
@@ -29,7 +28,7 @@ class Fields : public ::testing::TestWithParam<Part> {
                                                  : tables.at("OTHER");
   }
 
-  /// What the table has for a version, as `valueOf` changes it.
+  /// The table's rows for a version, with values from `valueOf`.
   [[nodiscard]] Rows expected(int version, auto valueOf) const {
     Rows found;
     for (const FieldRow& row : rows) {
@@ -127,7 +126,7 @@ bool wasRead(DrawPart& part, const std::string& record) {
   return !file.archive.failed();
 }
 
-/// What a comparison can see of a part beside what the fields show.
+/// What a comparison can see of a part besides its fields.
 Rows unseen(const DrawPart& part) {
   const PartWords words = partWords(part);
   return {Shown::row("words", words.words), Shown::row("pointers", words.setPointers),

@@ -23,7 +23,7 @@ Rows outcome(DrawPart& slot, const std::string& bytes, bool wide, i32 bufferSize
 }
 
 // A small buffer never holds enough for decoders that do not test for its end; a large one does
-// until near the end of the file.
+// until close to the end of the file.
 TEST(HeldInput, PartsReadAsFromTheArchive) {
   std::vector<Part> parts = allParts();
   parts.insert(parts.end(),

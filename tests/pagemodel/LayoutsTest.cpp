@@ -19,7 +19,7 @@ using namespace std::string_literals;
 
 constexpr int kLowest = std::numeric_limits<int>::min(), kHighest = -(kLowest + 1);
 
-/// A POLY of version 154, where the colour of a gradient is a floating number.
+/// A POLY of version 154, where the colour of a gradient is a floating-point number.
 Part oldGradient(double colour) {
   const auto write = [colour](ByteWriter& w, int v) {
     poly({.gradient = test::Gradient{}}).payload(w, v);
@@ -29,7 +29,7 @@ Part oldGradient(double colour) {
   return Part{.type = 4, .payload = write}.at(154);
 }
 
-/// Parts whose fields take other branches than those of allParts().
+/// Parts whose fields take branches that those of allParts() do not.
 std::vector<Part> specialParts() {
   std::vector<Part> parts;
   const auto add = [&parts](const auto&... part) { (parts.push_back(part), ...); };
@@ -45,13 +45,13 @@ std::vector<Part> specialParts() {
     add(Part{7, [=](ByteWriter& w, int) { w.raw(bytes); }});
   }
   for (const int n : {0, 1, 2, 3, 10, -5, 12, 77}) add(image({.imageKind = n}));
-  for (const int n : {0, 5, -5, kHighest}) {  // of a kind without bytes
+  for (const int n : {0, 5, -5, kHighest}) {  // a kind without bytes
     add(image({.imageKind = 11, .dataLength = n}).at(157),
         image({.imageKind = -11, .dataLength = n}).at(126));
   }
   const ColourFields newer{.kind = 2, .version = 102, .sections = {"x"}};
   add(image({.bytes = "12345", .dataLength = -5, .colourA = newer}));
-  // Two records of 32 bytes, which grow by a word each in old images, and an incomplete one.
+  // Two records of 32 bytes, each of which grows by a word in old images, and an incomplete one.
   std::string records;
   for (int i = 0; i < 70; ++i) records += static_cast<char>(i);
   const ColourFields legacy{.kind = -126, .value = 5};
@@ -62,7 +62,7 @@ std::vector<Part> specialParts() {
   for (const int n : {0, 1, 5, -2}) add(resource({.dataMode = n, .bytes = n < 0 ? "" : "12345"}));
   add(resource({.bytes = ""}), poly({.points = {}, .gradient = test::Gradient{}}));
   for (const double n : {255.9, 4294967295.0, -1.0, std::nan(""), 1e300}) add(oldGradient(n));
-  // A link that has no place, in a part whose type has more than a byte.
+  // A link that cannot be kept, in a part whose type takes more than a byte.
   add(lineSet({.horizontal = 0}), rect());
   parts.back().type = 0x1F203;
   parts.back().link = LinkFields{};
@@ -86,16 +86,17 @@ std::vector<Part> specialParts() {
   return parts;
 }
 
-/// Reads a part over another one; the rows have a copy and, at last, a moved part by what differs.
+/// Reads a part over another one. The rows end with the differences of a copy and, at the newest
+/// version, of a moved part.
 Rows layoutOf(DrawPart& part, DrawPart& copy, const Part& source, int version, bool wide) {
-  part.ownerTag = 17;  // not the reader's, and copied
+  part.ownerTag = 17;  // not set by the reader, but copied
   readWhole(part, readDrawPart, recordOf(source, version, wide), wide);
   Rows rows = rowsOf(part);
-  copyPart(copy, readFresh(rect()));  // stays where nothing is copied
+  copyPart(copy, readFresh(rect()));  // remains if nothing is copied
   copyPart(copy, part);
   shiftPart(part, 5, -7);
   const std::string shifted = "shifted" + changedRows(rowsOf(part), rows);
-  makeBlank(part);  // the copy has all that it shows for itself
+  makeBlank(part);  // the copy owns everything that it shows
   rows.push_back("copy" + changedRows(rowsOf(copy), rows));
   if (version == kNewestPart) rows.push_back(shifted);
   return rows;
@@ -150,7 +151,7 @@ TEST(Layouts, ListsOfEveryVersion) {
       f.listFlags = 0x91;
       f.sections = {"unknown"};
       DrawList l;
-      l.byteA = l.byteB = l.listMark = 9;  // from the page before
+      l.byteA = l.byteB = l.listMark = 9;  // from the previous page
       l.valueA = l.contentTally = 9;
       readWhole(l, readDrawList, bytesOf(writeList, f));
       deltas.add(Shown::row("hasBytes, version", hasBytes, v), fieldsOf(l));

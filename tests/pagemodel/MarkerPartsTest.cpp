@@ -14,7 +14,7 @@ TEST(MarkerParts, MoreNameValuesThanAPartCounts) {
     const MarkerInfo& info = markerInfo(part);
     EXPECT_EQ(info.nameValueCount, count % 65536);
     EXPECT_EQ(info.nameValues == nullptr ? 0 : info.nameValues->size(), info.nameValueCount);
-    EXPECT_EQ(info.pairs.size(), 1U);  // the entries that are dropped are read all the same
+    EXPECT_EQ(info.pairs.size(), 1U);  // dropped entries are read all the same
     const std::string warning =
         "9048 You have more than 65535 metadata objects saved. The last 2147418112 will be ignored";
     EXPECT_EQ(messages.take(), std::vector(count > 65535 ? 1U : 0U, warning));

@@ -24,7 +24,7 @@ inline std::string recordOf(const Part& part, int v = kNewestPart, bool wide = t
   return w.bytes;
 }
 
-/// Reads a record over what there is; it has to be taken up to its last byte.
+/// Reads a record over existing content; all of its bytes must be consumed.
 template <class Record>
 void readWhole(Record& record, void (*read)(Record&, eArchive&), const std::string& bytes,
                bool wide = false) {
@@ -39,7 +39,7 @@ inline DrawPart readFresh(const Part& part) {
   return slot;
 }
 
-/// What a part holds beside its fields: the frame, room, and which words are pointers that are set.
+/// What a part holds besides its fields: the frame, its capacity, and which words are set pointers.
 inline Rows frameOf(const DrawPart& part) {
   const PartFields& f = part.fields;
   Rows rows = {Shown::row("type", partIndex(part.type)), Shown::row("poolKind", part.poolKind),

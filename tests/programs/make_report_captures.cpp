@@ -1,4 +1,4 @@
-// Writes the pairs of files that the tests of the report in a browser need, as NAME-first.rvf and
+// Writes the pairs of files for the browser tests of the report, as NAME-first.rvf and
 // NAME-second.rvf:
 //   make_report_captures FOLDER
 #include <cstdio>
@@ -36,7 +36,7 @@ CaptureFields wide(std::vector<PageFields> pages, const std::u16string& id) {
   return file;
 }
 
-// Texts that want to be more than texts.
+// Texts that try to be markup or code.
 CaptureFields hostile(const std::u16string& end) {
   std::u16string odd = u"\u2028\u2029\u202Eabc\u2066 ";
   odd += {char16_t{0xD800}, u' ', char16_t{0xDC00}, u'\u0001'};
@@ -59,7 +59,7 @@ CaptureFields hostile(const std::u16string& end) {
   return file;
 }
 
-// Each page has a hundred texts, each at a place of its own.
+// Each page has a hundred texts, each at a different place.
 CaptureFields manyGroups(const std::u16string& end) {
   std::vector<PageFields> pages;
   for (int p = 0; p < 100; ++p) {

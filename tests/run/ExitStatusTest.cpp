@@ -13,8 +13,8 @@
 namespace rvf {
 namespace {
 
-// The exit status, with SIMPLERETURN and as a process has it, and the closing report of each bit,
-// of those that a run can set together and of those that no run sets.
+// The exit status, plain, with SIMPLERETURN and folded for the process, and the closing report: for
+// each bit, for bits that a run can set together, and for those that no run sets.
 TEST(ExitStatus, AndItsWords) {
   std::vector<i32> statuses = {-1,
                                0,
@@ -49,7 +49,7 @@ TEST(Banner, TellsTheLocalTime) {
                 t.tm_hour, t.tm_min, t.tm_sec);
     return toNative(text.view());
   };
-  do {  // once more where the second changes in between
+  do {  // again if the second changes in between
     before = now();
     MemorySink sink;
     writeBanner(&sink, u"Message File");

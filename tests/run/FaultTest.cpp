@@ -13,17 +13,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Every single call of the system fails once, and from each one on all fail, or it is the last one
-// before the process is killed, until a run has no call left. Whatever happens: the status is the
-// true one or 255, and nothing that is left can be taken for the result of a run that came to its
-// end.
+// Each system call of a run fails in turn: alone, with all calls after it, or by killing the
+// process. Whatever happens, the status must be the true one or 255, and no output that is left may
+// look like the result of a complete run.
 
 constexpr const char* kCatalogueFile = "MsgResource_en-us.dat";
 constexpr const char* kMark = "failed";
 
-// Two pairs beside those of the reference. The difference file of kLong, with four bytes a page, is
-// written in several blocks; the pages of kLarge do not fit into memory with the index, so that
-// they are read one by one.
+// Two pairs besides the reference pairs. The difference file of kLong, with four bytes per page, is
+// written in several blocks; the pages of kLarge do not fit into memory with the index, so they are
+// read one by one.
 constexpr const char* kLong = "long";
 constexpr const char* kLarge = "large";
 
@@ -111,8 +110,8 @@ std::string sweepName(const testing::TestParamInfo<FaultSweep::ParamType>& info)
   return name;
 }
 
-// Between them the pairs of the reference have differences, none, a control file, UTF-16 and
-// several customers.
+// Together, these reference pairs have differences and none, a control file, UTF-16, and several
+// customers.
 const auto kReferencePairs = testing::Values("plain-181", "plain-text-1418", "plain-text-1368");
 const auto kCalls = testing::Values("read", "write", "seek", "close", "open", "stat", "allocate",
                                     "all", "kill_all");
@@ -127,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(Large, FaultSweep,
                                           testing::Values("read", "seek", "kill_read")),
                          sweepName);
 
-// What a run does on a system that is slow and short, and that loses what it was given.
+// Runs on a system that moves few bytes at a time, interrupts calls, and loses data.
 
 class FaultySurroundings : public Surroundings {
  protected:
@@ -149,14 +148,14 @@ TEST_F(FaultySurroundings, ShortAndInterruptedCallsGoOn) {
   EXPECT_EQ(runUnder({{"CALL", "read"}, {"AT", "3"}, {"FOR", "on"}, {"ERROR", "4"}}).status, 255);
 }
 
-// What a network drive keeps back comes out when the file is closed.
+// A network drive may report lost bytes only when the file is closed.
 TEST_F(FaultySurroundings, BytesLostAtTheCloseFailTheRun) {
   EXPECT_EQ(runUnder({{"CALL", "close"}, {"AT", "1"}, {"FOR", "on"}}).status, 255);
   EXPECT_NE(report().find("QZ001848S (2) Closing Differenced.dat: "), std::string::npos);
 }
 
-// Every byte of these files counts, so a run that misses one has no result. Two files that have
-// lost the same are not identical.
+// Every byte of these files matters, so a run that misses one has no result. Two files that have
+// lost the same bytes are not identical.
 TEST_F(FaultySurroundings, InputThatShrinksIsDamage) {
   const auto size = static_cast<int>(read("RVF1.rvf").size());
   ASSERT_EQ(read("RVF2.rvf").size(), read("RVF1.rvf").size());

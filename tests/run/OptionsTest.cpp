@@ -10,7 +10,7 @@
 namespace rvf::test {
 namespace {
 
-/// All settings, each as a word.
+/// All settings, one word each.
 Rows settingsOf(const RunOptions& o) {
   const auto text = [](const eString& value) { return "'" + toNative(value.view()) + "'"; };
   return {"first " + text(o.firstFile),
@@ -26,7 +26,7 @@ Rows settingsOf(const RunOptions& o) {
           "read as " + std::to_string(controlFileEncodingId(o.controlFileEncoding))};
 }
 
-// Each line on the settings of a new run: what it changes, what the operator is told of it.
+// Each line, applied to the settings of a new run: what it changes, and what the operator is told.
 TEST(Options, UnderstandExactlyTheLinesOfTheTable) {
   const std::size_t before = messageReporter.pending().size();
   std::string all;
@@ -87,8 +87,8 @@ TEST(Options, FollowControlFilesOnceEach) {
   EXPECT_EQ(options.tolerances.lineTolerance, 1) << "control files override the command line";
 }
 
-// The character behind a longer number stands on its third digit; behind a single one a gap ends
-// it.
+// The next character overwrites the third digit of a longer number; after a single digit, a gap
+// ends the text.
 TEST(PrintableCopy, WritesOtherCharactersAsDigits) {
   std::string all;
   for (const char16_t* line : {u"-A b~\x7F", u"-\u00E4x", u"a\u20ACb", u"a\u20AC", u"a\tb"}) {

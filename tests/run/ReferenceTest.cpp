@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Each folder of the reference is the working directory of one run, with what the run must leave.
+// Each reference folder is the working directory of one run and holds its expected outputs.
 
 std::vector<std::string> referenceFolders() {
   std::vector<std::string> names;
@@ -24,7 +24,7 @@ std::vector<std::string> referenceFolders() {
   return names;
 }
 
-/// ASCII text in the encoding that the byte-order mark of `file` tells.
+/// ASCII text in the encoding given by the byte-order mark of `file`.
 std::string encodedAs(const std::string& file, const std::string& ascii) {
   const std::string before(file.starts_with("\xFE\xFF") ? 1 : 0, '\0');
   const std::string behind(file.starts_with("\xFF\xFE") ? 1 : 0, '\0');
@@ -59,7 +59,7 @@ TEST_P(Reference, RunLeavesWhatItMust) {
   std::optional<std::string> messages = fileIn(folder, folder.messagesName);
   if (messages) messages = withoutTime(*messages);
   EXPECT_EQ(messages, fileIn(folder, "expected-messages"));
-  // Too long and too binary to be printed: rvfinspect list tells two of them apart.
+  // Binary and too long to be printed; compare two of them with rvfinspect list.
   EXPECT_TRUE(fileIn(folder, folder.differenceName) == fileIn(folder, "expected-difference"));
   std::istringstream told(result.err);
   for (std::string line; std::getline(told, line) && result.status != 255;) {

@@ -17,10 +17,10 @@
 
 namespace rvf::test {
 
-/// The working directory of a run, with the command line of the run and what it leaves.
+/// The working directory of a run, with its command line and outputs.
 class RunFolder : public TempFolder {
  public:
-  /// Empty, or a copy of a folder of the reference.
+  /// Empty, or a copy of a reference folder.
   explicit RunFolder(const std::string& reference = "") {
     if (reference.empty()) return;
     std::filesystem::copy(sourcePath("tests/reference/" + reference), path());
@@ -32,7 +32,7 @@ class RunFolder : public TempFolder {
     }
   }
 
-  /// Runs shell text in which $P is the program. What takes ten seconds is killed.
+  /// Runs shell text in which $P is the program. It is killed after ten seconds.
   ProgramResult shell(const std::string& text) const {
     return runProgram({"/bin/sh", "-c", "P='" + builtPath("rvfcompare") + "'; " + text}, path(),
                       10);
@@ -45,7 +45,7 @@ class RunFolder : public TempFolder {
   bool differenceIsComplete() const {
     return DifferenceBytes(readIfThere(differenceName)).isComplete();
   }
-  /// What the message file tells, in whatever encoding: its numbered messages, then the return code
+  /// The essence of the message file, in any encoding: its numbered messages, then the return code
   /// of the closing report.
   std::string report() const {
     if (!has(messagesName)) return kNoReport;
@@ -63,7 +63,7 @@ class RunFolder : public TempFolder {
   }
   bool hasClosingReport() const { return has(messagesName) && !report().ends_with(kNoEnd); }
 
-  /// The bytes of all files, by name; a link to a file counts as one.
+  /// The bytes of all files, by name, including links to files.
   std::map<std::string, std::string> files() const {
     std::map<std::string, std::string> bytes;
     for (const auto& entry : std::filesystem::directory_iterator(path())) {
@@ -92,8 +92,8 @@ class Surroundings : public testing::Test, protected RunFolder {
     std::filesystem::create_directory(path() / "folder");
   }
 
-  /// A run anew as people see it: what is printed but for the greeting and the usage text, the
-  /// exit status, what the message file tells, what has become of the difference file.
+  /// A new run as its operator sees it: what is printed except for the greeting and the usage text,
+  /// the exit status, the report, and the state of the difference file.
   std::string account(const std::string& arguments, const std::string& before = ":") const {
     shell("rm -f Differenced.dat PlenarixMessages.dat");
     const ProgramResult result = shell(before + "; exec \"$P\" " + arguments);

@@ -4,9 +4,9 @@
 namespace rvf::test {
 namespace {
 
-// What a run does among things that are not as they should be: files that cannot be used, outputs
-// that would destroy what the run reads, streams that are closed, disks that are full. What counts:
-// the exit status, what the message file tells, and what the operator reads on standard error.
+// Runs in a faulty environment: files that cannot be used, outputs that would destroy what the run
+// reads, closed streams, full disks. The tests check the exit status, the message file, and what
+// the operator reads on standard error.
 
 std::string filledIn(std::string text, const std::string& path) {
   const std::size_t at = text.find('@');
@@ -50,7 +50,7 @@ TEST_F(Surroundings, WhatAnOperatorReads) {
     const bool isControlFile = std::string(place).starts_with("-CON");
     for (const std::string path :
          {"none/file", "none/\xFF\xC3\xA4", "folder", "/dev/full", "/dev/zero", "pipe", "link"}) {
-      if (path == "pipe" && isControlFile) break;  // it would wait for a writer
+      if (path == "pipe" && isControlFile) break;  // would wait for a writer
       told += account(filledIn(place, path));
     }
   }
@@ -80,7 +80,7 @@ TEST_F(Surroundings, WhatAnOperatorReads) {
                                 "--help --version"}) {
     told += account(arguments);
   }
-  // Two files that have lost the same page are not identical, whatever the catalogue knows of it.
+  // Two files that have lost the same page are not identical, whatever the catalogue says.
   for (const std::string catalogue :
        {"no catalogue", "// test\\n#define MESS_SYMB_VER 1602008\\n#define NO_LOSS 90 // W|||x",
         "// test\\n#define MESS_SYMB_VER 1602008\\n#define NO_SEPARATORS 9999 // W"}) {
@@ -116,8 +116,8 @@ TEST_F(Surroundings, OutputsMayGoToWhoeverReads) {
 TEST_F(Surroundings, OutputsDestroyNothing) {
   struct Clash {
     const char* prepare;
-    std::string output;        // where the output is to go
-    std::string options = "";  // of the run, beside it
+    std::string output;        // where the output should go
+    std::string options = "";  // further options of the run
   };
   const Clash clashes[] = {
       {"", "RVF1.rvf"},
@@ -147,7 +147,7 @@ TEST_F(Surroundings, OutputsDestroyNothing) {
     shell(prepare);
     const auto before = files();
     for (const std::string option : {"-MESSAGEFILE=", "-DIFFERENCEFILE="}) {
-      if (options.starts_with(option)) continue;  // the clash is between the two
+      if (options.starts_with(option)) continue;  // the two conflict with each other
       told += account(options + option + output);
       shell("rm -f PlenarixMessages.dat");
       EXPECT_TRUE(files() == before) << told;
@@ -167,8 +167,8 @@ TEST_F(Surroundings, StandardStreamsDoNotCount) {
   expectTrueResult(shell("{ \"$P\"; echo $? >status; } | true; exit $(cat status)"));
 }
 
-// The limit counts in units of 512 bytes. The report is longer than one, the difference file of the
-// second run than eight.
+// The limit is in units of 512 bytes. The report is longer than one unit, the difference file of
+// the second run longer than eight.
 TEST_F(Surroundings, FullDisk) {
   std::string told = account("", "ulimit -f 1");
   const std::string pair = writeCapture(captureOf(std::vector<PageFields>(2000))).bytes;
@@ -178,7 +178,7 @@ TEST_F(Surroundings, FullDisk) {
   expectFrozen("full-disk.txt", told);
 }
 
-// The difference file is a pipe that takes no more, so that the run is in its midst.
+// The difference file is a full pipe, so the run blocks in the middle.
 TEST_F(Surroundings, TerminalsAndInterruptions) {
   std::vector<PageFields> pages(40000);
   write("RVF1.rvf", writeCapture(captureOf(pages)).bytes);
@@ -194,7 +194,7 @@ TEST_F(Surroundings, TerminalsAndInterruptions) {
   EXPECT_EQ(interrupted.err, notice + "\n");
   EXPECT_EQ(report(), kNoEnd);
 
-  // Whoever reads the pipe takes a block, later everything, or is too late for that.
+  // The reader of the pipe takes one block and then either the rest or nothing.
   const std::string reader =
       "export P; exec 3<>pipe; (until [ -s PlenarixMessages.dat ]; do sleep 0.1; done; sleep 1;"
       "dd bs=65536 count=1 <&3 >taken 2>taken; ";
@@ -205,7 +205,7 @@ TEST_F(Surroundings, TerminalsAndInterruptions) {
   for (const auto& [command, result] : rows) {
     shell("rm PlenarixMessages.dat");
     const std::string shown = shell(command + " -DIFFERENCEFILE=pipe' /dev/null; kill $!").out;
-    // The progress line, as many blanks over it, the result at its place.
+    // The progress line, as many blanks over it, and the result in its place.
     const std::size_t start = shown.find("\r0 of 1 customers, "), end = shown.rfind(" differ\r");
     ASSERT_TRUE(start != shown.npos && end != shown.npos) << shown;
     const std::size_t length = end + 7 - (shown.rfind("\r0 of", end) + 1);

@@ -51,7 +51,7 @@ TEST(Archive, ValuesAcrossTheEndOfEveryBufferAndOfTheFile) {
   EXPECT_EQ(messages.take(), std::vector{"9042 Exception in eArchive class."s});
 }
 
-/// What ReadString makes of "before", and what comes behind it.
+/// What ReadString makes of "before", and what follows.
 std::u16string readText(const std::string& bytes, bool isWide) {
   LoadedBytes file(bytes, isWide);
   eString text = u"before";
@@ -78,11 +78,11 @@ TEST(Archive, StringForms) {
     EXPECT_TRUE(readText(marked, false) == text + u"|w") << length;
     EXPECT_TRUE(readText(ByteWriter().string(text).bytes + "w", false) == text + u"|w") << length;
   }
-  EXPECT_EQ(stored(u"a", false), "\1a\0"s);  // quirk: two bytes a character, without a mark
+  EXPECT_EQ(stored(u"a", false), "\1a\0"s);  // quirk: two bytes per character, without a marker
   const std::array<std::u16string, 2> bothFail = {u"before failed", u"before failed"};
   const std::pair<std::string, std::array<std::u16string, 2>> rows[] = {
       // bytes, text of a narrow and of a wide file
-      {"\3a\0bw"s, {u"a|w", u"ab\0|w"s}},  // quirk: packed into the front of the characters
+      {"\3a\0bw"s, {u"a|w", u"ab\0|w"s}},  // packed into the front of the characters
       {"\5abcdew", {u"abcde|w", u"\x6261\x6463\x65\0\0|w"s}},
       {"\xFF\xFE\xFF\3a\0\0\0b\0w"s, {u"a|w", u"a\0b|w"s}},
       {"\xFF\xFF\xFF\xFF\xFF\xFF\xFFw", {u"|w", u"|w"}},  // a negative count
@@ -110,11 +110,11 @@ TEST(Archive, SeekBackAndForth) {
     }
     archive.skip(4 * 20);
     EXPECT_EQ(archive.ReadI32(), 121);
-    EXPECT_TRUE(archive.Seek(5000) == 5000 && !archive.failed());  // behind the end
+    EXPECT_TRUE(archive.Seek(5000) == 5000 && !archive.failed());  // beyond the end
     archive.skip(1);
     EXPECT_TRUE(archive.failed());
     archive.Seek(40);
-    EXPECT_TRUE(archive.ReadI32() == 10 && archive.failed());  // for good
+    EXPECT_TRUE(archive.ReadI32() == 10 && archive.failed());  // permanently
   }
 }
 
@@ -178,7 +178,7 @@ TEST(Archive, AnErrorOfTheFileIsNotItsEnd) {
       EXPECT_EQ(archive.failed(), file.hasFailed()) << at;
     }
   }
-  // Nobody may read a process's memory at address 0, so the system refuses.
+  // A process's memory at address 0 cannot be read, so the system refuses.
   HeldMessages messages;
   eDiskFile file;
   ASSERT_TRUE(file.Open(u"/proc/self/mem", open_flags::kRead, FileContent::kBinary));
@@ -243,7 +243,7 @@ TEST(FileObject, ReadsSeeksAndRefuses) {
   EXPECT_EQ(messages.take(), (std::vector{"1911 " + path, "1823 2|" + path + "|Bad file descriptor",
                                           "1847 " + path}));
   EXPECT_THROW(memory.Write("x", 1), eMemException);
-  // The inherited operation gives archives a stream and leaves the block alone.
+  // The inherited operation opens a stream for archives and leaves the block alone.
   ASSERT_TRUE(memory.Open(fromNative(path), open_flags::kRead, FileContent::kBinary));
   block[0] = 'm';
   memory.Seek(0, SeekOrigin::kStart);

@@ -20,7 +20,7 @@ TEST(HyperlinkInfo, NewerTagsAreLeftToTheCaller) {
     ASSERT_TRUE(newer.archive.failed() && newer.archive.newerRecord());
     EXPECT_EQ(newer.archive.newerRecord()->version, tag);
   }
-  LoadedBytes cut("\x67");  // the file ends in front of a tag: damage, not too new
+  LoadedBytes cut("\x67");  // the file ends before a tag: damaged, not too new
   link.read(cut.archive);
   EXPECT_TRUE(cut.archive.failed() && !cut.archive.newerRecord());
 }

@@ -12,22 +12,23 @@ namespace rvf::test {
 
 inline constexpr std::uint32_t kEndMark = 0x42F00757;
 
-/// The contents of sections behind the ones that the program knows, in their order.
+/// The contents of sections that follow the ones that the program knows, in order.
 using Sections = std::vector<std::string>;
 
-/// Puts the values of a capture file one behind the other, little-endian. A number is cut to the
-/// width it is written with, so a test can put high bits into a field of which only the low ones
-/// count. The writers of this folder take nothing from the program, neither a table nor a constant:
-/// a version gate that is wrong in the one cannot be wrong in the other for the same reason.
+/// Appends the values of a capture file, little-endian. A number is cut to the width with which it
+/// is written, so tests can put high bits into a field of which only the low ones matter. The
+/// writers in this folder share no table or constant with the program, so that both cannot have the
+/// same wrong version gate for the same reason.
 struct ByteWriter {
   explicit ByteWriter(bool wideText = false) : wide(wideText) {}
 
-  bool wide;  // the file's texts: two bytes a character and marked, or one byte a character
+  bool wide;  // texts have two bytes per character and a marker, else one byte
   std::string bytes;
 
   int size() const { return static_cast<int>(bytes.size()); }
 
-  /// Each of the values in `width` bytes; a width of 0 writes nothing: the fields do not exist.
+  /// Each of the values in `width` bytes; a width of 0 writes nothing, for fields that do not
+  /// exist.
   ByteWriter& put(int width, auto... values) {
     for (const std::int64_t value : {static_cast<std::int64_t>(values)...}) {
       for (int i = 0; i < width; ++i) bytes += static_cast<char>(value >> (8 * i));
@@ -43,13 +44,13 @@ struct ByteWriter {
   ByteWriter& f64(auto... values) { return i64(std::bit_cast<std::int64_t>(double(values))...); }
   ByteWriter& raw(std::string_view block) { return bytes += block, *this; }
 
-  /// Records that write themselves, as version `v` has them.
+  /// Records that write themselves in the form of version `v`.
   ByteWriter& all(const auto& records, int v) {
     for (const auto& record : records) record.write(*this, v);
     return *this;
   }
 
-  /// Characters alone, without a count.
+  /// Characters without a count.
   ByteWriter& characters(std::u16string_view text, int width) {
     for (const char16_t unit : text) put(width, unit);
     return *this;
@@ -70,8 +71,8 @@ struct ByteWriter {
     return wide ? wideString(text) : count(text.size()).characters(text, 1);
   }
 
-  /// What stands behind the fields of a record with the tag `tag`: nothing in a record as old as
-  /// its base, otherwise the sections, numbered away from zero, and the end mark.
+  /// What follows the fields of a record with the tag `tag`: nothing if that is the base tag,
+  /// otherwise the sections, numbered away from zero, and the end mark.
   ByteWriter& endRecord(int tag, int baseTag, const Sections& sections = {}) {
     if (magnitude(tag) <= magnitude(baseTag)) return *this;
     const int step = baseTag > 0 ? 1 : -1;
@@ -80,7 +81,7 @@ struct ByteWriter {
     return u32(kEndMark);
   }
 
-  /// The size of a tag, which the most negative one has too.
+  /// The magnitude of a tag, which exists even for the most negative one.
   static std::int64_t magnitude(std::int64_t tag) { return std::abs(tag); }
 };
 

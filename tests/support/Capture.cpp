@@ -60,7 +60,7 @@ Capture writeCapture(const CaptureFields& f) {
   Capture capture;
   ByteWriter customers(w.wide);
   for (const CustomerFields& customer : f.customers) {
-    std::vector<int> positions;  // as the index tells them
+    std::vector<int> positions;  // as the index gives them
     for (const PageFields& page : customer.pages) {
       capture.bodyOffsets.push_back(page.body ? w.size() : -1);
       positions.push_back(page.filePosition.value_or(capture.bodyOffsets.back()));

@@ -9,8 +9,8 @@
 namespace rvf::test {
 
 // A whole capture file as a test writes it. The fields have the values of an ordinary, valid file;
-// a test names what it needs to be different. Damage of other kinds is done to the bytes. A count
-// that is not given is the number of the items.
+// a test names those that it needs to be different. Other damage is done to the bytes. A count that
+// is not given is the number of items.
 
 inline constexpr int kNewestList = 107, kNewestStatic = 111, kIndexTag = -102, kNoTag = 0;
 inline constexpr int kNarrowMagic = 12345679, kWideMagic = 97654321, kTrailerMagic = 87654321;
@@ -52,7 +52,7 @@ void writePageBody(ByteWriter& w, const PageBody& f);
 struct PageFields {
   std::u16string name = u"P1";
   std::optional<PageBody> body{};
-  std::optional<int> filePosition{};  // what the index says, if it is not where the body is
+  std::optional<int> filePosition{};  // what the index says, if not where the body is
   int leadValue = 1, tailValue = 0, tag = kIndexTag;
   Sections sections{};
 };
@@ -63,7 +63,7 @@ struct CustomerFields {
   int leadValue = 1, tag = kIndexTag;
   Sections sections{};
 };
-/// `filePositions` has one entry for each page.
+/// `filePositions` has one entry per page.
 void writeCustomer(ByteWriter& w, const CustomerFields& f, const std::vector<int>& filePositions);
 
 struct CaptureFields {
@@ -80,16 +80,16 @@ struct CaptureFields {
 /// A written file and where its pieces are.
 struct Capture {
   std::string bytes;
-  std::vector<int> bodyOffsets;  // of all pages in the order of the index; -1 without a body
+  std::vector<int> bodyOffsets;  // of all pages in index order; -1 without a body
   int indexOffset = 0;
 };
 Capture writeCapture(const CaptureFields& f);
 
-/// A page with a body that holds these parts.
+/// A page whose body holds these parts.
 PageFields page(std::vector<Part> parts, int partVersion = kNewestPart);
-/// A file of one customer with these pages.
+/// A file with one customer who has these pages.
 CaptureFields captureOf(std::vector<PageFields> pages);
-/// The bytes of a file of one page with these parts.
+/// The bytes of a file with one page that has these parts.
 std::string onePage(std::vector<Part> parts, int partVersion = kNewestPart);
 
 /// The smallest valid file: customer "C1" with a page "P1" that has no body. Its index is found

@@ -6,13 +6,13 @@
 
 namespace rvf::test {
 
-/// A difference file as a stranger reads it, who knows nothing but its layout.
+/// A difference file, read independently of the program by its documented layout.
 class DifferenceBytes {
  public:
   explicit DifferenceBytes(std::string_view bytes) : rest_(bytes) {}
 
-  /// Whether it is the result of a comparison that came to its end: all customers that it promises,
-  /// and the totals as its last bytes.
+  /// Whether it is the result of a complete comparison: all announced customers, and the totals as
+  /// its last bytes.
   bool isComplete() {
     text();
     text();

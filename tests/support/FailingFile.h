@@ -9,9 +9,9 @@
 
 namespace rvf::test {
 
-/// A file of bytes in memory of which one operation fails, or all from that one on. It tells
-/// nobody: what shows is errorState and what the operation returns, so that a test sees whether its
-/// user looks.
+/// A file in memory where one operation fails, or all from that one on. It reports nothing: only
+/// errorState and the result of the operation show the failure, so a test sees whether its user
+/// checks them.
 class FailingFile final : public FileObject {
  public:
   static constexpr int kNever = std::numeric_limits<int>::max();
@@ -49,7 +49,7 @@ class FailingFile final : public FileObject {
     position_ = static_cast<std::size_t>(base + offset);
     return static_cast<i32>(position_);
   }
-  /// A read that fails delivers half of what there is.
+  /// A failing read delivers half of the available bytes.
   i32 Read(void* destination, i32 count) override {
     positionChanged();
     const std::size_t start = std::min(position_, bytes_.size());

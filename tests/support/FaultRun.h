@@ -10,11 +10,10 @@
 
 namespace rvf::test {
 
-/// What the failing system of faults/FaultShim.cpp is asked for: the part of a variable's name
-/// behind RVF_FAULT_, and its value.
+/// Settings for faults/FaultShim.cpp: the variable's name without RVF_FAULT_, and its value.
 using Faults = std::vector<std::pair<std::string, std::string>>;
 
-/// runProgram under a system that fails. A run of more than ten seconds is killed.
+/// runProgram on a failing system. A run of more than ten seconds is killed.
 inline ProgramResult runWithFaults(const Faults& faults, const std::vector<std::string>& arguments,
                                    const std::filesystem::path& workingFolder) {
   constexpr int kLongestRun = 10;

@@ -11,7 +11,7 @@
 
 namespace rvf::test {
 
-/// One line of data/fields.txt, which tells its columns.
+/// One line of data/fields.txt, which describes its columns.
 struct FieldRow {
   explicit FieldRow(const std::string& line) {
     std::istringstream columns(line);

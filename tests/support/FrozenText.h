@@ -15,9 +15,9 @@
 
 namespace rvf::test {
 
-// Values that are many and regular stand in a text file of data/ that was reviewed, instead of in a
-// test. With RVF_WRITE_DATA set in the environment the tests write these files anew, from what the
-// program does: then every line that changed is to be looked at.
+// Expected values that are many and regular are kept in reviewed text files in data/ instead of in
+// tests. If the environment variable RVF_WRITE_DATA is set, the tests write these files anew from
+// what the program does; every changed line must then be reviewed.
 
 inline void expectFrozen(std::string_view name, const std::string& actual) {
   const std::string path = sourcePath("tests/data/" + std::string(name));
@@ -32,8 +32,9 @@ inline void expectFrozen(std::string_view name, const std::string& actual) {
   }
 }
 
-/// Objects one after the other, each by the rows that the one before does not have. Those that are
-/// alike share an entry: "100 to 105". All have rows of the same names, so that none goes unseen.
+/// A sequence of objects, each shown by the rows that differ from those of the previous one. Equal
+/// ones share an entry: "100 to 105". All have rows with the same names, so that no change is
+/// missed.
 class Deltas {
  public:
   void add(const std::string& name, const Rows& rows) {

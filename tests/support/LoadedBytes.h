@@ -8,7 +8,8 @@
 
 namespace rvf::test {
 
-/// A loading archive on bytes in memory. Its buffer is small, so that most records cross its end.
+/// A loading archive on bytes in memory. By default, its buffer is so small that most records cross
+/// its end.
 class LoadedBytes {
  public:
   explicit LoadedBytes(std::string bytes, bool wide = false, i32 bufferSize = 64)

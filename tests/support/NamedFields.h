@@ -12,7 +12,7 @@
 namespace rvf::test {
 
 /// The fields of a part, a list or a static object as rows: "runs[0].x 10". Colours are
-/// hexadecimal; bytes that are no plain text are numbers.
+/// hexadecimal; bytes that are not plain text are shown as numbers.
 class NamedFields : public FieldVisitor {
  public:
   void number(std::string_view name, i64 value) override { add(name, std::to_string(value)); }
@@ -66,7 +66,7 @@ Rows fieldsOf(const Object& object) {
   return fields.rows;
 }
 
-/// The rows of `rows` that `others` has not: "[x 5] [y 7]".
+/// The rows of `rows` that are not in `others`: "[x 5] [y 7]".
 inline std::string changedRows(const Rows& rows, const Rows& others) {
   std::string text;
   for (const std::string& row : rows) {
@@ -75,8 +75,8 @@ inline std::string changedRows(const Rows& rows, const Rows& others) {
   return text;
 }
 
-/// The names of the fields that differ between two objects of the same shape; all behind the first
-/// one that only one of them has.
+/// The names of the fields that differ between two objects of the same shape, and of all fields
+/// after the first one that only one of them has.
 inline Rows changedNames(const Rows& rows, const Rows& others) {
   Rows names;
   for (std::size_t i = 0; i < rows.size(); ++i) {

@@ -29,7 +29,7 @@ void ImageFields::write(ByteWriter& w, int v) const {
   w.put(v >= 124 ? 1 : v >= 102 ? 2 : 0, flagC).put(v >= 124 ? 1 : 0, flagD);
   w.i32(told(dataLength, bytes.size()), imageKind);
   w.put(v >= 103 ? 4 : 0, kindValue).put(v >= 123 ? 4 : 0, valueC);
-  // The old kinds are translated before the bytes are read, and none of them becomes an 11.
+  // Old kinds are translated before the bytes are read, and none of them becomes 11.
   if (v <= 102 || ByteWriter::magnitude(imageKind) != 11) w.raw(bytes);
   w.put(v >= 128 ? 4 : 0, valueE);
   if (v >= 136) writeNameValues(w.i32(nameValues.size()), nameValues, true);

@@ -11,9 +11,9 @@
 
 namespace rvf::test {
 
-// Draw parts as a test writes them. Each type is a struct: its fields, named as in the file's
-// description and given values that are unlike each other, and its record as version `v` has it,
-// each field with the bytes that it takes there. A function makes the `Part`:
+// Draw parts as a test writes them. Each type is a struct: its fields, named as in
+// docs/capture-file.md and with distinct values, and its record at version `v`, each field with the
+// bytes that it takes there. A function makes the `Part`:
 //
 //   ByteWriter file;
 //   writePart(file, text({.text = u"Hello", .fontId = 3}), 118);
@@ -24,16 +24,16 @@ inline constexpr int kNewestPart = 157;
 inline constexpr int kNewestLink = 102;
 inline constexpr unsigned kRed = 0x0000FFu, kBlue = 0xFF0000u;
 
-/// The item count that a file states: the one that a test wants, or the real one.
+/// The item count in a file: the one given by a test, or the real one.
 inline int told(const std::optional<int>& wanted, std::size_t real) {
   return wanted.value_or(static_cast<int>(real));
 }
 
-/// A record of link information, in the tagged form or in the old one.
+/// A record of link information, in the tagged form or the old one.
 struct LinkFields {
   int tag = kNewestLink, value1 = 31, value2 = 32, value3 = 33;
   std::u16string text = u"http://a";
-  std::optional<int> capacity{};  // one more than the text is long, if not given
+  std::optional<int> capacity{};  // by default, the length of the text plus 1
   std::u16string firstLabel = u"first", secondLabel = u"second";
   Sections sections{};
 
@@ -42,7 +42,7 @@ struct LinkFields {
   }
 };
 void writeLink(ByteWriter& w, const LinkFields& f);
-/// The old form knows no tag; its text has two bytes a character in parts below version 133.
+/// The old form has no tag; its text has two bytes per character in parts below version 133.
 void writeOldLink(ByteWriter& w, const LinkFields& f, int partVersion);
 
 /// The colour of an image. Without the kind word only the value is stored.
@@ -60,11 +60,11 @@ struct ColourFields {
 
 struct Part {
   int type = 0;
-  std::function<void(ByteWriter&, int version)> payload{};  // none: the type has no fields
+  std::function<void(ByteWriter&, int version)> payload{};  // empty: the type has no fields
   std::optional<LinkFields> link{};  // in the tail of the record; only images have one
   bool emptyLinkSection = false;     // versions 127 to 131: section 127 has no content
   int extraId = 99;
-  std::optional<int> version{};  // of this part alone, whatever the rest of its list has
+  std::optional<int> version{};  // of this part, whatever the rest of its list has
 
   Part at(int v) const;
 };
@@ -97,8 +97,8 @@ struct Run {
 struct TextFields {
   std::u16string text = u"abc";
   std::vector<Run> runs = {{}};
-  int fontId = 7, rotation = 45;  // as it is stored: degrees below version 118, then steps of 5
-  int textFlags = 0;              // bits 2 and 3 are added for what the next two fields hold
+  int fontId = 7, rotation = 45;  // as stored: degrees below version 118, then steps of 5
+  int textFlags = 0;              // bits 2 and 3 are added for the last two fields
   unsigned colour = kBlue;
   int tint = 80;
   std::vector<Run> extensionRuns{};
@@ -109,7 +109,7 @@ struct TextFields {
     w.put(v >= 106 ? 2 : 4, runs.size(), text.size()).characters(text).all(runs, v).i32(fontId);
     w.put(v >= 118 ? 1 : 0, flags).put(v >= 118 ? 1 : v >= 106 ? 2 : 4, rotation);
     w.u32(colour).put(v >= 108 ? 4 : 0, tint);
-    if (v >= 118 && (flags & 4) != 0) {  // these runs never got their last field
+    if (v >= 118 && (flags & 4) != 0) {  // these runs never have their last field
       w.i32(extensionRuns.size()).all(extensionRuns, std::min(v, 150));
     }
     if (v >= 118 && (flags & 8) != 0) {
@@ -247,7 +247,7 @@ struct ImageFields {
   Rectangle area{};
   int pixelWidth = 64, pixelHeight = 32, imageKind = 7, kindValue = 8;
   std::string bytes = "image bytes";
-  std::optional<int> dataLength{};  // what the file says of the bytes, if it is not their count
+  std::optional<int> dataLength{};  // what the file says, if not the number of bytes
   int flagA = 1, flagB = 2, flagC = 3, flagD = 4, byteE = 5, imageFlag = 6;
   int valueA = 21, valueB = 22, valueC = 23, valueD = 24, valueE = 25, valueF = 26, valueG = 27;
   ColourFields colourA{.kind = 1, .value = 0xA1}, colourB{.value = 0xB2}, colourC{.value = 0xC3};
@@ -261,7 +261,7 @@ Part image(const ImageFields& f = {});
 
 struct ResourceFields {
   int resourceKind = 4, resourceFlag = 2, resourceExtra = 3;
-  int dataMode = 1;  // 0: the bytes are counted but not stored; above 1: is itself the count
+  int dataMode = 1;  // 0: the bytes are counted but not stored; above 1: the count itself
   std::string bytes = "resource";
   int x = 10, y = 20, scaleX = 30, scaleY = 40;
 
@@ -315,7 +315,7 @@ struct StartEndFields {
   Rectangle area{};
   std::optional<LinkFields> link{};
   std::vector<NameValueFields> nameValues{};
-  std::optional<int> nameValueCount{};  // what the file says, if it is not their number
+  std::optional<int> nameValueCount{};  // what the file says, if not their number
   int hasHyperlinkFlag = 1;
   std::vector<Point> pairs{};
 
@@ -375,7 +375,7 @@ struct HyperlinkAreaFields {
 inline Part hyperlinkArea(const HyperlinkAreaFields& f = {}) { return filled(40, f); }
 
 struct SubscribeEntryFields {
-  std::optional<int> version = 101;  // none: the old form, which starts with the id
+  std::optional<int> version = 101;  // empty: the old form, which starts with the id
   int entryId = 1, entryValue = 2;
   std::u16string entryName = u"entry";
   Sections sections{};
@@ -413,7 +413,7 @@ struct BookmarkFields {
 };
 inline Part bookmark(const BookmarkFields& f = {}) { return filled(43, f); }
 
-/// The two texts are the bytes that stand in the file: as many as the length tells characters.
+/// The two texts are the bytes in the file: as many as the length says there are characters.
 struct SignatureFieldFields {
   Rectangle area{};
   int fieldFlagA = 1, fieldFlagB = 2, fieldId = 3;
@@ -424,12 +424,12 @@ struct SignatureFieldFields {
 };
 inline Part signatureField(const SignatureFieldFields& f = {}) { return filled(44, f); }
 
-/// One part of every code from 0 to 44, in order, with all that the type can hold.
+/// One part of every code from 0 to 44, in order, with everything that the type can hold.
 std::vector<Part> allParts();
 
-/// Every version just before and just behind a change of some part's layout, in rising order: all
-/// from 100 to the newest, and some below, where a negative number counts as old for the fields
-/// but has the sections and the end mark of its size.
+/// Every version just before and just after a change of some part's layout, in ascending order: all
+/// from 100 to the newest, and some below, where a negative number counts as old for the fields but
+/// has the sections and the end mark of its magnitude.
 std::vector<int> versionGates();
 
 }  // namespace rvf::test

@@ -7,15 +7,15 @@
 
 namespace rvf::test {
 
-// No binary holds a path of the machine that built it. The tests find the build by their own place
-// in it, and the sources by a file that the build leaves beside them.
+// Binaries contain no paths of the build machine. The tests find the build by their own location in
+// it, and the sources by a file that the build leaves next to them.
 
-/// A file of the build, such as "rvfcompare".
+/// A file in the build, such as "rvfcompare".
 inline std::string builtPath(const std::string& name) {
   return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() / name;
 }
 
-/// A file or folder of the sources, such as "tests/reference".
+/// A file or folder in the sources, such as "tests/reference".
 inline std::string sourcePath(const std::string& name) {
   std::ifstream file(builtPath("tests/source-folder"));
   std::string folder;

@@ -8,11 +8,11 @@
 
 namespace rvf::test {
 
-/// The messages that the code under test gives: those held since this was made, or since the last
+/// The messages reported by the code under test: those held since this was made, or since the last
 /// take.
 class HeldMessages {
  public:
-  /// Each as "number argument|argument".
+  /// Each in the form "number argument|argument".
   std::vector<std::string> take() {
     std::vector<std::string> lines;
     for (; seen_ < messageReporter.pending().size(); ++seen_) {

@@ -14,7 +14,7 @@ namespace rvf::test {
 
 inline bool isPlain(char16_t unit) { return unit == 0 || (unit >= u' ' && unit <= u'~'); }
 
-/// "|" stands for a zero; a character that is not of ASCII is its number.
+/// "|" stands for a zero; a non-ASCII character is shown as its number.
 inline std::string quoted(std::u16string_view text) {
   std::string quoted = "\"";
   for (const char16_t unit : text) {
@@ -24,10 +24,10 @@ inline std::string quoted(std::u16string_view text) {
   return quoted + '"';
 }
 
-/// An object in lines, each of which starts with its name.
+/// An object as lines, each of which starts with its name.
 using Rows = std::vector<std::string>;
 
-/// Values as text. Numbers of more than 16 bits, which mostly are packed, are hexadecimal.
+/// Values as text. Numbers of more than 16 bits, which are usually packed, are hexadecimal.
 struct Shown {
   template <class... Values>
   static std::string row(std::string name, const Values&... values) {

@@ -10,7 +10,7 @@
 
 namespace rvf::test {
 
-/// A new folder that is removed with all it holds. Whatever cannot be done throws.
+/// A new folder that is removed with all its contents. All failures throw.
 class TempFolder {
  public:
   TempFolder() {

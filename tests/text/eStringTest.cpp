@@ -12,8 +12,8 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// Each edit with the content and the capacity that it leaves; a handle that shared the buffer keeps
-// its text.
+// Each edit with the resulting content and capacity; a handle that shared the buffer keeps its
+// text.
 TEST(eString, Edits) {
   const std::pair<void (*)(eString&), std::string> edits[] = {
       {[](eString& s) { EXPECT_EQ(s.Delete(-1, 2), 4); }, "cd 4"},
@@ -33,7 +33,7 @@ TEST(eString, Edits) {
       {[](eString& s) { s.getBufferSetLength(0); }, " 4"},
       {[](eString& s) { s.getBufferSetLength(1)[0] = u'y'; }, "y 4"},
       {[](eString& s) { s.Empty(), s.MakeUpper(), s.MakeLower(), s.ReleaseBuffer(-1); }, " 0"},
-      {[](eString& s) { s.ReleaseBuffer(0), s.Empty(); }, " 4"},  // empty already
+      {[](eString& s) { s.ReleaseBuffer(0), s.Empty(); }, " 4"},  // already empty
       {[](eString& s) { s.Empty(), s.Format(u""); }, " 128"},
       {[](eString& s) { s.SetAt(1, u'X'), s.TrimLeft(), s.TrimRight(); }, "aXcd 4"},
       {[](eString& s) { s.MakeUpper(); }, "ABCD 4"}};
@@ -82,7 +82,7 @@ TEST(eString, OwnTextMovesWithTheBuffer) {
 }
 
 TEST(eString, WidenTrimAndCase) {
-  EXPECT_EQ(eString("a\x7F\x80\xE9").view(), u"a\x7F\xFF80\xFFE9"sv);  // by the sign
+  EXPECT_EQ(eString("a\x7F\x80\xE9").view(), u"a\x7F\xFF80\xFFE9"sv);  // by sign extension
   eString text(u" \tx \t ");
   text.TrimLeft();
   text.TrimRight();
@@ -116,14 +116,14 @@ TEST(eString, FormatConversions) {
       {formatted(u"%hd %hu %ld %I64d", 98305, 65537, 0x100000005LL, 0x100000005LL),
        u"-32767 1 5 4294967301"},
       {formatted(u"%1.0f %f %.2e %g", 2.5, 0.5, 12345.0, 0.25), u"2 0.500000 1.23e+04 0.25"},
-      // Conversions without their argument: nothing is read that is not there.
+      // Conversions without an argument read nothing out of bounds.
       {formatted(u"%ls|%d|%ls|%d%k%", 5, u"text"), u"|0||0k"},
   };
   for (const auto& [text, expected] : rows) EXPECT_EQ(text.view(), expected);
 }
 
-// A text argument counts 1024 characters, whatever it has. The print is done again with 1024 more,
-// until the room has passed twice the estimate and 4: what is longer than that is cut.
+// A text argument is estimated at 1024 characters, whatever its length. Printing is repeated with
+// 1024 more until the size exceeds twice the estimate plus 4: anything longer is cut.
 TEST(eString, LongFormattedTextsAreCut) {
   for (const i32 length : {1024, 1025, 2048, 2049, 3071, 3072, 3073, 100000}) {
     const eString text(u'x', length);
@@ -132,7 +132,7 @@ TEST(eString, LongFormattedTextsAreCut) {
   }
   const std::u16string format = std::u16string(1023, u'y') + u"%ls";
   EXPECT_EQ(formatted(format.c_str(), eString(u'x', 9000)).length(), 5119);
-  EXPECT_EQ(formatted(u"%100000s|", u"x").length(), 4097);  // the widest that a format can ask for
+  EXPECT_EQ(formatted(u"%100000s|", u"x").length(), 4097);  // the widest that a format can request
   const FormatArgument widths[] = {FormatArgument(3000), FormatArgument(0)};
   for (const auto& [text, estimate] : {std::pair{u"ab%%c", 4},
                                        {u"%c", 2},

@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 const std::string kHead = "// test\n#define MESS_SYMB_VER 1602008\n";
 
-/// Loads the catalogue of a path and returns what it prints.
+/// Loads the catalogue at a path and returns what it prints.
 std::string printedByLoad(MessageCatalogue& catalogue, const std::string& path,
                           MessageCatalogue::Comments comments = {}) {
   catalogue.SetMessageFile(fromNative(path));
@@ -31,7 +31,7 @@ std::string printedByLoad(MessageCatalogue& catalogue, const std::string& path,
   return printed;
 }
 
-/// The loaded messages as number, letter and text, a line each; in front what the load prints.
+/// What the load prints, then the loaded messages as number, letter and text, one per line.
 std::string loaded(std::string_view bytes, i32 encoding = 30,
                    MessageCatalogue::Comments comments = {}) {
   const test::TempFolder folder;
@@ -66,7 +66,7 @@ TEST(MessageCatalogue, LinesThatCountAndLinesThatDoNot) {
   EXPECT_EQ(
       loaded(kHead + lines + start + longest + "\n" + start + longest + "y\n" + zero + last),
       "-7W no end\n0n g\n20W a\n30E b c\n70W gr\xC3\xBC\xC3\x9F\n80W z\n90W " + longest + "\n");
-  for (const std::string line :  // a malformed one ends the load
+  for (const std::string line :  // malformed, so the load ends
        {"#define B 30 // W|0 text", "#define B 30 /          ", "#define Bbbbb 30 //        "}) {
     EXPECT_EQ(loaded(kHead + "#define A 20 // W|0|0|a\n" + line + "\n" + lines),
               "20W a\nno fallback\n");
@@ -103,7 +103,8 @@ TEST(MessageCatalogue, RetriesOnceInTheOtherEncoding) {
   }
 }
 
-/// All lookups against a plain search, but for which one is found of several: that is frozen.
+/// Compares all lookups with a plain search, except for which of several records is found: that is
+/// frozen.
 TEST(MessageCatalogue, FindsEveryNumberAndNoOther) {
   const std::vector<std::vector<int>> catalogues = {
       {},
@@ -153,7 +154,7 @@ TEST(MessageCatalogue, IsFoundInTheWorkingDirectoryBesideTheProgramOrInItsShareF
   fs::current_path(before);
 }
 
-// Lines of "x" with a blank at one place, or without: the lengths of their pieces.
+// Lines of "x" with one blank or none: the lengths of their pieces.
 TEST(MessageLine, CutsAfterTheLastBlankThatFits) {
   std::string lines;
   for (const std::size_t length : {129U, 130U, 131U, 245U, 246U, 247U, 362U}) {
@@ -171,8 +172,9 @@ TEST(MessageLine, CutsAfterTheLastBlankThatFits) {
 }
 
 // The first placeholders of a text are replaced, whichever arguments they name, each at its last
-// place. Three characters are stepped over; neither of the two behind a backslash opens one. Eight
-// are remembered; a number of 8 and above vanishes, one below 1 hides its three characters.
+// position. A placeholder takes three characters; neither of the two after a backslash opens one.
+// Only eight are kept; one with a number of 8 and above vanishes, and one below 1 hides its three
+// characters.
 TEST(MessageLine, SubstitutesTheFirstPlaceholdersOfTheText) {
   MessageEntry entry;
   entry.arguments = {u"a", u"b", u"c", u"d", u"e", u"f"};
@@ -191,8 +193,8 @@ TEST(MessageLine, SubstitutesTheFirstPlaceholdersOfTheText) {
   test::expectFrozen("placeholders.txt", lines);
 }
 
-/// Every number once, severe where it counts without any catalogue too, with no limit and a text in
-/// which each argument stands exactly once.
+/// Every number occurs once, is severe if it means data loss, has no limit, and has a text in which
+/// each argument occurs exactly once.
 TEST(ShippedCatalogue, FitsTheProgram) {
   MessageCatalogue catalogue;
   ASSERT_EQ(printedByLoad(catalogue, test::sourcePath("share/MsgResource_en-us.dat")), "");

@@ -28,7 +28,7 @@ class RecordingSink final : public TextSink {
  public:
   RecordingSink() : TextSink(SinkKind::kFile, u"report.dat") { setBareLineFeed(true); }
 
-  MessageReporter* failsTo = nullptr;  // who is told of a full disk, while there is one
+  MessageReporter* failsTo = nullptr;  // receives the failure while the disk is full
   std::string lines;
 
  protected:
@@ -49,7 +49,7 @@ class MessageOutputTest : public ::testing::Test {
     reporter.attachBackEnd(&output);
     reporter.AttachReportSink(&sink);
   }
-  /// The lines that a flush, or a call behind it, has added.
+  /// The lines added by a flush or a later call.
   std::string takeLines() { return std::exchange(sink.lines, {}); }
   static std::string printedBy(const auto& action) {
     ::testing::internal::CaptureStderr();
@@ -76,10 +76,10 @@ TEST_F(MessageOutputTest, FlushWritesTheHeldMessagesInTheirOrder) {
             "QZ000040S (1) severe first\n"
             "QZ000020W (1) warning a and 2\n"
             "QZ000020W (2) warning only one and |2|\n"
-            "QZ000020W (3) warning |1| and |2|\n"  // quirk: an empty one ends the substitution
+            "QZ000020W (3) warning |1| and |2|\n"  // quirk: an empty argument ends the substitution
             "QZ000050I (1) information\n"
             "QZ009999W (1) Message a not found. b |3| |4| |5|\n");
-  // Behind the flush calls go out at once, and there an empty argument is an argument.
+  // After the flush, calls are written at once, and there an empty argument is an argument.
   reporter.reportUnchecked(kWarn, u"a", 2);  // quirk: an integer form counts its occurrence twice
   reporter.reportUnchecked(kWarn, u"", u"b");
   reporter.reportUnchecked(kWarn, static_cast<const char16_t*>(nullptr), u"b");
@@ -106,7 +106,7 @@ TEST_F(MessageOutputTest, TheFirstMessageHeldBackEndsTheFlush) {
   EXPECT_EQ(t.severeCount, 2);
 }
 
-// What is written and tallied under each setting for which there is no option.
+// What is written and tallied under each setting that has no option.
 TEST_F(MessageOutputTest, SettingsOfTheReporter) {
   const auto reportAll = [this] {
     for (const MessageNumber number :
@@ -158,7 +158,7 @@ TEST_F(MessageOutputTest, SettingsOfTheReporter) {
 }
 
 // Data loss makes the run fail, even if the flush does not reach the message, after the flush, and
-// without a record; but a catalogue that calls it a warning is obeyed.
+// without a record; but a catalogue that makes it a warning overrules this.
 TEST_F(MessageOutputTest, LossCountsUnlessTheCatalogueSaysOtherwise) {
   const std::pair<std::string, i32> cases[] = {{"w|", 4},   {"l|", 12}, {"h|", 0},  {"hw|", 0},
                                                {"hl|", 12}, {"h|w", 4}, {"h|l", 12}};
@@ -215,7 +215,7 @@ TEST(Severity, HasNamesAndDisplayNumbers) {
 
 TEST_F(MessageOutputTest, FailingSinkIsToldOnStandardErrorOnly) {
   reporter.FlushMessages();
-  // Raised while a line is being written: no endless recursion, and the line is not lost.
+  // Reported while a line is being written: no endless recursion, and the line is not lost.
   sink.failsTo = &reporter;
   EXPECT_EQ(printedBy([this] { reporter.reportUnchecked(kError, u"x"); }),
             "QZ001806S (1) sink other.dat: full\nQZ000030E (1) error x\n");

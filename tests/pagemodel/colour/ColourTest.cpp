@@ -7,7 +7,7 @@ namespace {
 
 using namespace std::string_literals;
 
-/// Colour lists of a few rows for the time of a test.
+/// Colour lists of a few rows, installed for the duration of a test.
 class ColourTables : public ::testing::Test {
  protected:
   ColourTables() { setNamedColourTables(&tables_); }
@@ -53,7 +53,7 @@ TEST_F(ColourTables, NamedColoursAreEnteredOnce) {
   const std::tuple<ColourValue, bool, std::string, std::string> rows[] = {
       // a colour, whether hexachromeCase is set, and the names under which it is entered
       {{2, 0x02000007}, true, "PANTONE Process Yellow U", "PANTONE#20Process#20Yellow#20U"},
-      {{2, 0x02000001}, true, "", ""},  // not in the list: its first row, which is there
+      {{2, 0x02000001}, true, "", ""},  // not in the list: its first row, already registered
       {{2, 0x03000009}, true, "PANTONE Hexachrome Cyan C", "PANTONE#20Hexachrome#20Cyan#20C"},
       {{2, 0x01000001}, true, "PANTONE second C", "PANTONE#20second#20C"},
       {{2, 0x00000002}, true, "PANTONE Blue C", "PANTONE#20Blue#20C"},

@@ -17,17 +17,17 @@ TEST(NativeText, EveryByteStringComesBack) {
       ASSERT_EQ(toNative(fromNative(bytes + rest).view()), bytes + rest);
     }
   }
-  EXPECT_EQ(toNative(u"a\xD83D"), "a\xED\xA0\xBD");  // half a pair at the end
+  EXPECT_EQ(toNative(u"a\xD83D"), "a\xED\xA0\xBD");  // half a surrogate pair at the end
 }
 
-/// Bytes as they stand, but for those that are no ASCII.
+/// Bytes as they are, except for those that are not ASCII.
 std::string quotedBytes(std::string_view bytes) {
   std::u16string text;
   for (const char byte : bytes) text += static_cast<u8>(byte);
   return test::quoted(text);
 }
 
-/// What stands in a file that was written in one encoding, and what is read from it.
+/// The content of a file that was written in one encoding, and what is read from it.
 std::string writtenAndRead(i32 id, ByteOrderMark mark) {
   const test::TempFolder folder;
   eDiskFile file;
@@ -47,7 +47,7 @@ std::string writtenAndRead(i32 id, ByteOrderMark mark) {
   return text;
 }
 
-// Each encoding with its names, the id that its name has, and the bytes of a text, read again.
+// Each encoding with its names, the id of its name, and the bytes of a text, which are read back.
 TEST(FileSink, WritesAndReadsEveryEncoding) {
   std::string text;
   for (i32 id = 0; id <= 40; ++id) {
@@ -105,7 +105,7 @@ TEST(TextConverter, OpenedAndClosed) {
   converter.setReplacements(kPairs);
   EXPECT_EQ(converter.ConvertToWide("a\xFF\xFE\xFD"), u"a\u20ACx\uFFFD");
   EXPECT_FALSE(converter.wasTruncated());
-  const std::u16string_view tooLong(u"a", TextConverter::kLongestText + 1);  // nothing is read
+  const std::u16string_view tooLong(u"a", TextConverter::kLongestText + 1);  // never read
   EXPECT_TRUE(converter.ConvertFromWide(tooLong).empty());
 }
 

@@ -16,7 +16,7 @@ using namespace std::string_literals;
 
 using Records = std::vector<std::u16string>;
 
-/// The records, and behind them the text of the error that ended the reading.
+/// The records, followed by the text of the error that ended the reading.
 Records readAll(std::string bytes, i32 encoding, i32 limit = 32767) {
   eMemFile file(reinterpret_cast<std::byte*>(bytes.data()), static_cast<i32>(bytes.size()), 0);
   RecordReader reader;
@@ -35,7 +35,7 @@ Records readAll(std::string bytes, i32 encoding, i32 limit = 32767) {
 const Records kWrongMark = {u"Incorrect Byte-Order Mark Found in UTF Encoded File"};
 const Records kTooLong = {u"Internal Buffer Full - End of Record Not Found"};
 
-/// The text as an encoding of these has it: 20, 21 or UTF-8.
+/// The text in encoding 20, 21 or else UTF-8.
 std::string encoded(std::u16string_view text, i32 encoding) {
   std::string bytes;
   for (const char16_t c : text) {
@@ -45,7 +45,7 @@ std::string encoded(std::u16string_view text, i32 encoding) {
   return encoding == 20 || encoding == 21 ? bytes : toNative(text);
 }
 
-/// The records of a text that is there as a whole.
+/// The records of a text that is in memory as a whole.
 Records recordsOf(std::u16string text) {
   Records records;
   while (!text.empty()) {
@@ -72,7 +72,7 @@ TEST(RecordReader, EveryEndAtEveryPlaceOfTheBuffer) {
       }
     }
   }
-  // Half a character at the end is made whole.
+  // Half a character at the end is completed.
   EXPECT_EQ(readAll("a\0\n"s, 20), Records{u"a"});
   EXPECT_EQ(readAll("\xFE\xFF\0a\1"s, 20), Records{u"a\u0100"});
 }
@@ -80,7 +80,7 @@ TEST(RecordReader, EveryEndAtEveryPlaceOfTheBuffer) {
 TEST(RecordReader, Marks) {
   const std::string marks[] = {"", "\xFF\xFE", "\xFE\xFF", "\xEF\xBB\xBF"};
   const std::pair<i32, std::array<i32, 4>> rows[] = {
-      // the encoding selected, and the one of the file by its mark; 0: none
+      // the selected encoding, and the file's according to its mark; 0: none
       {12, {20, 20, 21, 0}},
       {20, {20, 20, 21, 0}},
       {21, {21, 20, 21, 0}},
@@ -110,7 +110,8 @@ TEST(RecordReader, RecordsUpToTheLimit) {
   EXPECT_EQ(readAll(std::string(1000000, 'x'), 30), kTooLong);
 }
 
-// What the reader tells after each record: its place, the place of the next, the code, the warning.
+// The reader's state after each record: its position, the position of the next, the code, the
+// warning.
 TEST(RecordReader, StateAfterEachRecord) {
   const auto states = [](std::string bytes, i32 encoding) {
     test::FailingFile file(bytes, bytes == "?" ? 1 : test::FailingFile::kNever, false);
@@ -176,11 +177,11 @@ TEST(RecordReader, JefCleaning) {
     return record;
   };
   EXPECT_EQ(cleaned("\x30\xFE\xA2x\x30\xFE\xFEy\x30\xFE\xA1"), "xy\x30\xFE\xA1");
-  EXPECT_EQ(cleaned("\x30\x30\xF5\xF5\x30"), "\x30\xF5\x30");  // the walk does not go back
-  // In double-byte text the walk takes every second byte, from the shift on.
+  EXPECT_EQ(cleaned("\x30\x30\xF5\xF5\x30"), "\x30\xF5\x30");  // the scan does not go back
+  // In double-byte text, the scan takes every second byte, starting after the shift.
   EXPECT_EQ(cleaned("\x38z\x30\xF5z\x30\x28\x29\x38z\x29\x30\xF5z\x28\x30\xF5z"),
             "\x28zz\x30\x28\x29\x28z\x29z\x28\x30\xF5z");
-  std::string removed;  // what makes a control sequence behind 0x30
+  std::string removed;  // bytes that make a control sequence after 0x30
   for (int byte = 0; byte < 256; ++byte) {
     if (cleaned({'\x30', static_cast<char>(byte)}).empty()) removed += static_cast<char>(byte);
   }

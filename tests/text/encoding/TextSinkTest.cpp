@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::string_literals;
 
-/// What one step writes into a sink, behind the number that it returns.
+/// The number that a step returns, followed by what it writes into a sink.
 template <class Step>
 std::string written(TextSink& sink, Step step) {
   const i32 count = step(sink);
@@ -95,7 +95,7 @@ TEST(TextSink, Kinds) {
 TEST(TextSink, MemoryAndItsBuffers) {
   MemorySink narrow, wide(MemoryContent::kWide);
   for (TextSink* sink : {static_cast<TextSink*>(&narrow), static_cast<TextSink*>(&wide)}) {
-    for (const int lines : {66, 400}) {  // the room of 800 and of 4800 bytes: nothing moves
+    for (const int lines : {66, 400}) {  // 800 and 4800 reserved bytes: nothing moves
       const auto* start = static_cast<const char*>(sink->GetBuffer());
       for (int i = 0; i < lines; ++i) start += sink->WriteLine(u"abcd", LineEnd::kWritten);
       EXPECT_EQ(sink->GetBuffer(), start);
