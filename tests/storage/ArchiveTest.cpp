@@ -60,13 +60,20 @@ std::u16string readText(const std::string& bytes, bool isWide) {
   return std::u16string(text.view()) + (file.archive.failed() ? u" failed" : u"|" + behind);
 }
 
-std::string stored(std::u16string_view text, bool isWide) {
+template <class Store>
+std::string storedBy(const Store& store) {
   eMemFile file(16);
   eArchive archive(file, eArchive::Mode::kStore, 64);
-  archive.setWideStrings(isWide);
-  archive.WriteString(eString(text));
+  store(archive);
   archive.Close();
   return {reinterpret_cast<const char*>(file.data()), static_cast<std::size_t>(file.GetLength())};
+}
+
+std::string stored(std::u16string_view text, bool isWide) {
+  return storedBy([&](eArchive& archive) {
+    archive.setWideStrings(isWide);
+    archive.WriteString(eString(text));
+  });
 }
 
 TEST(Archive, StringForms) {
@@ -160,6 +167,29 @@ TEST(RecordFrame, KnownSections) {
       EXPECT_EQ(result, isFixed ? row.fixedResult : row.result);
       EXPECT_EQ(file.archive.failed(), result == kFailed);
     }
+  }
+}
+
+TEST(RecordFrame, MeasuredSections) {
+  for (const i32 length : {0, 5, 4096, 10000}) {
+    const std::string raw(static_cast<std::size_t>(length), 'r');
+    HeldMessages messages;
+    const auto content = [&](eArchive& part) {
+      part.WriteRaw(raw.data(), length);
+      if (length == 5) part.WriteString(eString(u"\x100"));
+      Report(MessageNumber::kArchiveDamaged, u"name");  // heard in the second pass only
+    };
+    const std::string bytes = storedBy([&](eArchive& archive) {
+      eRecordFrame frame(100);
+      frame.BeginRecord();
+      frame.writeMeasuredSection(archive, 101, content);
+      frame.writeEndMark(archive);
+    });
+    const std::string expected = raw + (length == 5 ? "\xFF\xFE\xFF\1\0\1"s : "");
+    EXPECT_EQ(bytes, ByteWriter().i32(101).i32(expected.size()).bytes + expected +
+                         ByteWriter().i32(kEndMark).bytes)
+        << length;
+    EXPECT_EQ(messages.takeNumbers(), std::vector{9042}) << length;
   }
 }
 
