@@ -8,7 +8,7 @@ _rvfjobs() {
     *)
       if [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "--out --manifest --jobs --time-limit --memory-limit --retries
-          --again --program --slurm --wait --engine-option --collect --help --version" -- "$word")
+          --again --report --program --slurm --wait --engine-option --collect --help --version" -- "$word")
       else
         compopt -o filenames
         mapfile -t COMPREPLY < <(compgen -d -- "$word")

@@ -26,6 +26,10 @@ using Choices = std::vector<std::pair<std::string, Value>>;
 
 const Choices<Format> kReportFormats = {
     {"text", Format::kText}, {"jsonl", Format::kJsonLines}, {"junit", Format::kJUnit}};
+const Choices<Format> kSummaryFormats = {{"text", Format::kText},
+                                         {"jsonl", Format::kJsonLines},
+                                         {"junit", Format::kJUnit},
+                                         {"html", Format::kHtml}};
 const Choices<Format> kDataFormats = {{"text", Format::kText}, {"jsonl", Format::kJsonLines}};
 const Choices<ColourReading> kColourReadings = {
     {"rgb", ColourReading::kRgb}, {"bgr", ColourReading::kBgr}, {"cmyk", ColourReading::kCmyk}};
@@ -116,8 +120,9 @@ class CommandLine {
     if (app_.got_subcommand("changes") && changes_.first.empty() && changes_.from.empty()) {
       throw Trouble("changes", "needs FIRST and SECOND, or --from FILE");
     }
-    if (app_.got_subcommand("report") && report_.first.empty() && report_.from.empty()) {
-      throw Trouble("report", "needs FIRST and SECOND, or --from FILE");
+    if (app_.got_subcommand("report") && report_.first.empty() && report_.from.empty() &&
+        report_.pair.empty()) {
+      throw Trouble("report", "needs FIRST and SECOND, --from FILE or --pair FOLDER");
     }
     return action_();
   }
@@ -242,9 +247,16 @@ class CommandLine {
     CLI::Option* first = command->add_option("FIRST", report_.first, "The first file");
     CLI::Option* second = command->add_option("SECOND", report_.second, "The second file");
     first->needs(second);
-    command->add_option("--from", report_.from, "The two files that this difference file names")
-        ->type_name("FILE")
-        ->excludes(first);
+    CLI::Option* from =
+        command->add_option("--from", report_.from, "The two files that this difference file names")
+            ->type_name("FILE")
+            ->excludes(first);
+    command
+        ->add_option("--pair", report_.pair,
+                     "The two files that rvfjobs compared in this folder, by their own options")
+        ->type_name("FOLDER")
+        ->excludes(first)
+        ->excludes(from);
     command
         ->add_option("--out", report_.out,
                      "Where to write; a report that is there already is replaced")
@@ -331,11 +343,12 @@ class CommandLine {
                      "The same, and leave out the groups that this file lists")
         ->type_name("FILE");
     addTolerances(command, summary_);
-    addOutput(command, summary_.output, kReportFormats);
+    addOutput(command, summary_.output, kSummaryFormats);
     addProgress(command, summary_.output);
     command->footer(
         "Tolerances and --two-byte-text are for pairs whose own options do not say.\n"
-        "Example:\n  rvfinspect summary --groups results");
+        "Examples:\n  rvfinspect summary --groups results\n"
+        "  rvfinspect summary --groups --format html --output results/index.html results");
   }
 
   [[nodiscard]] const CLI::App* commandOf(const std::vector<std::string>& words) const {

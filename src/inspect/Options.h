@@ -12,7 +12,7 @@
 
 namespace rvf::inspect {
 
-enum class Format { kText, kJsonLines, kJUnit };
+enum class Format { kText, kJsonLines, kJUnit, kHtml };
 enum class When { kAuto, kAlways, kNever };
 
 /// Where and how a command writes.
@@ -69,6 +69,7 @@ struct ReportOptions {
   std::string first;
   std::string second;
   std::string from;  // a difference file that names both; not empty: instead of them
+  std::string pair;  // the folder of a pair of rvfjobs; not empty: instead of them
   std::string out;
   Tolerances tolerances{0, 0};
   OldText oldText = OldText::kOneByte;

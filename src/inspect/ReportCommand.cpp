@@ -1,11 +1,15 @@
 #include <unistd.h>
 
+#include <filesystem>
+#include <optional>
 #include <set>
+#include <system_error>
 #include <utility>
 
 #include "inspect/Commands.h"
 #include "inspect/ComparedFiles.h"
 #include "inspect/model/Inspection.h"
+#include "inspect/model/JobResults.h"
 #include "inspect/model/Trouble.h"
 #include "inspect/model/VerdictCheck.h"
 #include "inspect/output/PageDrawing.h"
@@ -16,12 +20,34 @@
 
 namespace rvf::inspect {
 
+namespace {
+
+/// The file behind a link in the folder of a pair, so that the report names it and not the link.
+std::string fileOfPair(const std::string& folder, const char* name) {
+  const std::filesystem::path link = std::filesystem::path(folder) / name;
+  std::error_code error;
+  const std::filesystem::path file = std::filesystem::read_symlink(link, error);
+  return error ? link.native() : file.native();
+}
+
+}  // namespace
+
 int runReport(const ReportOptions& options) {
-  ComparedFiles files = openFiles(options.first, options.second, options.from, options.oldText);
+  PairOptions own{options.tolerances, options.oldText};
+  std::string first = options.first;
+  std::string second = options.second;
+  std::optional<PairResult> pair;
+  if (!options.pair.empty()) {
+    pair = readPairResult(options.pair);
+    own = withOptionsOf(*pair, own);
+    first = fileOfPair(options.pair, "first.rvf");
+    second = fileOfPair(options.pair, "second.rvf");
+  }
+  ComparedFiles files = openFiles(first, second, options.from, own.oldText);
   ReportFolder folder(options.out);
   InspectionSettings settings;
-  settings.tolerances = options.tolerances;
-  settings.oldText = options.oldText;
+  settings.tolerances = own.tolerances;
+  settings.oldText = own.oldText;
 
   ProgressLine progress(options.progress == When::kAlways ||
                         (options.progress == When::kAuto && ::isatty(STDERR_FILENO) == 1));
@@ -51,6 +77,9 @@ int runReport(const ReportOptions& options) {
     throw Trouble(options.from, "does not agree with its files: " + check.mismatch());
   }
   const Summary& summary = index.summary();
+  if (pair && summary.isComplete() && summary.bits != pair->bits) {
+    throw Trouble(options.pair, otherBits(*pair, summary.bits));
+  }
   if (!summary.isComplete()) {
     return status::kTrouble;
   }

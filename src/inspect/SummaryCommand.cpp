@@ -1,7 +1,6 @@
 #include <unistd.h>
 
 #include "inspect/Commands.h"
-#include "inspect/model/BitNames.h"
 #include "inspect/model/Inspection.h"
 #include "inspect/model/JobResults.h"
 #include "inspect/model/Trouble.h"
@@ -89,10 +88,7 @@ class PairInspector {
     if (!summary.isComplete()) {
       result.trouble = counted(summary.damagedPages, "damaged page");
     } else if (summary.bits != pair.bits) {
-      result.trouble =
-          "the files now give " + bitsInWords(summary.bits) + ", not " +
-          bitsInWords(pair.bits.value_or(0)) +
-          ": they have changed, or other options were in force, as from a control file";
+      result.trouble = otherBits(pair, summary.bits);
     }
     result.isAccepted =
         !options_.accepted.empty() && result.trouble.empty() && summary.changes == 0;
@@ -112,6 +108,8 @@ std::unique_ptr<SummaryWriter> makeWriter(const OutputOptions& options, Output& 
       return makeJsonSummaryWriter(output);
     case Format::kJUnit:
       return makeJUnitSummaryWriter(output);
+    case Format::kHtml:
+      return makePageSummaryWriter(output, options.path);
     default:
       return makeTextSummaryWriter(output, takesColour(options, output));
   }

@@ -116,16 +116,51 @@ TEST(Summary, LeavesAcceptedChangesOut) {
   expectAll(folder, {{"--accepted acc r", 2, "\"y\": r/pairs/y/first.rvf: damaged", ""}});
 }
 
+// The page has the data of the JSON Lines, which a browser test compares with what it shows.
+TEST(Summary, LinksItsPageToTheReportsThatExist) {
+  ResultsFolder folder;
+  folder.addSamples("a b#1%");
+  folder.addSamples("y");
+  folder.add("z", "only-first", "null");
+  folder.write("r/pairs/y/result.json", "{}");
+  const std::string line = folder.read("r/results.jsonl");
+  folder.write("r/pairs/a b#1%/result.json", line.substr(0, line.find('\n') + 1));
+  const std::string report = "r 2>&1; cd r/pairs; $I report --pair ";
+  const std::string link = R"("report":"pairs/a%20b%231%25/report/index.html"})";
+  expectAll(
+      folder,
+      {{report + "'a b#1%' --out 'a b#1%/report'", 1, "", ""},
+       {report + "y --out y/report", 2, "", "y/result.json: is no result of a pair"},
+       {report + "z --out z/report", 2, "", "z/result.json: cannot be read"},
+       {report + "y y --pair y --out y/report", 2, "", "--pair"},
+       {"--format html r", 1, link, ""},
+       {"--format html --output r/index.html r && cat r/index.html", 1, "", ""},
+       {"r >index.html --format html --output x.html; cat x.html", 0, "\"report\":\"r/pairs", ""},
+       {"r --format html --output r/pairs/z.html; cat r/pairs/z.html", 0, ":\"../pairs/a%20", ""},
+       {"--format html --groups r", 1, R"("inPairs":{"count":2,"names":["a b#1%","y"]})", ""}});
+  EXPECT_TRUE(std::filesystem::exists(folder.path() / "r/pairs/a b#1%/report/index.html"));
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "r/pairs/y/report"));
+  EXPECT_NE(folder.read("r/index.html").find(link), std::string::npos);
+  EXPECT_EQ(folder.summary("--format html --redact r").out.find("\"report\":"), std::string::npos);
+
+  // Other files than those compared: the report is written all the same, and says so.
+  std::filesystem::copy(folder.path() / "r/pairs/y/first.rvf",
+                        folder.path() / "r/pairs/a b#1%/second.rvf",
+                        std::filesystem::copy_options::overwrite_existing);
+  expectAll(folder, {{report + "'a b#1%' --out 'a b#1%/report'", 2, "", "the files now give "}});
+}
+
 // Names and messages are untrusted, and so may be the whole file.
 TEST(Summary, TakesNothingInResultsForMoreThanData) {
   ResultsFolder hostile;
   hostile.add(R"(\u001b[2J\u202e<b>&\ud83d\ude00\")", "failed", "null", R"(\u0007\u0085)", "", "x");
-  for (const char* format : {"text", "jsonl", "junit"}) {
+  for (const char* format : {"text", "jsonl", "junit", "html"}) {
     const ProgramResult result = hostile.summary(std::string("r --format ") + format);
     EXPECT_EQ(result.status, 2);
     for (const char* code : {"\x1b", "\x07", "\xC2\x85", "\xE2\x80\xAE"}) {
       EXPECT_EQ(result.out.find(code), std::string::npos) << format;
     }
+    if (result.out.starts_with("<")) EXPECT_EQ(result.out.find("<b>"), std::string::npos);
     if (result.out.starts_with("<?xml")) {
       EXPECT_TRUE(pugi::xml_document().load_string(result.out.c_str()));
     }

@@ -7,8 +7,8 @@ import path from "node:path";
 import { pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
 
-const programs = process.env.RVF_PROGRAMS ?? "build/release";
-const work = process.env.RVF_WORK ?? mkdtempSync("/tmp/rvf-report-");
+export const programs = process.env.RVF_PROGRAMS ?? "build/release";
+export const work = process.env.RVF_WORK ?? mkdtempSync("/tmp/rvf-report-");
 export const samples = ["samples/first.rvf", "samples/second.rvf"];
 
 /** Runs rvfinspect; fails where its status is none of those expected. */

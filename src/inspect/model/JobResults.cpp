@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "inspect/model/BitNames.h"
 #include "inspect/model/Trouble.h"
 #include "messages/catalogue/MessageRecord.h"
 #include "text/NativeText.h"
@@ -116,6 +117,27 @@ PairOptions withOptionsOf(const PairResult& pair, PairOptions options) {
     }
   }
   return options;
+}
+
+std::string otherBits(const PairResult& pair, DiffFlags found) {
+  return "the files now give " + bitsInWords(found) + ", not " +
+         bitsInWords(pair.bits.value_or(0)) +
+         ": they have changed, or other options were in force, as from a control file";
+}
+
+PairResult readPairResult(const std::string& folder) {
+  const std::string path = folder + "/result.json";
+  std::ifstream file(path, std::ios::binary);
+  std::string line;
+  if (!file || !std::getline(file, line)) {
+    throw Trouble(path, "cannot be read; rvfjobs writes it when it has compared a pair");
+  }
+  try {
+    return pairOf(json::parse(line));
+  } catch (const json::exception&) {
+  } catch (const NoResult&) {
+  }
+  throw Trouble(path, "is no result of a pair");
 }
 
 JobResults::JobResults(const std::string& folder)

@@ -41,6 +41,12 @@ struct PairOptions {
 };
 [[nodiscard]] PairOptions withOptionsOf(const PairResult& pair, PairOptions options);
 
+/// Why a comparison that gives other bits than the results say does not explain the pair.
+[[nodiscard]] std::string otherBits(const PairResult& pair, DiffFlags found);
+
+/// The result in the folder of one pair. Throws Trouble.
+[[nodiscard]] PairResult readPairResult(const std::string& folder);
+
 /// Reads the pairs of a folder of results, one after the other.
 class JobResults {
  public:

@@ -8,6 +8,7 @@
 #include "inspect/output/JsonChange.h"
 #include "inspect/output/JsonRecords.h"
 #include "inspect/output/ReportAssets.h"
+#include "inspect/output/ScriptData.h"
 #include "inspect/output/ShownText.h"
 #include "messages/MessageReporter.h"
 #include "pagemodel/DrawPart.h"
@@ -41,21 +42,6 @@ i32 partnerOf(const eString& id, i32 index, const CaptureFile& file) {
     c += 1;
   }
   return c < count ? c : kNone;
-}
-
-// The data stand in a script element, which ends where a text says so. Nothing outside of strings
-// has such a character.
-std::string inScriptElement(const std::string& json) {
-  std::string text;
-  text.reserve(json.size() + json.size() / 64);
-  for (const char c : json) {
-    if (c == '<') {
-      text += "\\u003c";
-    } else {
-      text += c;
-    }
-  }
-  return text;
 }
 
 }  // namespace

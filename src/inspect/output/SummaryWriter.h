@@ -21,5 +21,9 @@ class SummaryWriter {
 [[nodiscard]] std::unique_ptr<SummaryWriter> makeTextSummaryWriter(Output& output, bool isColoured);
 [[nodiscard]] std::unique_ptr<SummaryWriter> makeJsonSummaryWriter(Output& output);
 [[nodiscard]] std::unique_ptr<SummaryWriter> makeJUnitSummaryWriter(Output& output);
+/// An HTML page with links to the reports in the folders of pairs. `path` is where the page will
+/// be: links lead from there, or from the folder of results if it is empty.
+[[nodiscard]] std::unique_ptr<SummaryWriter> makePageSummaryWriter(Output& output,
+                                                                   const std::string& path);
 
 }  // namespace rvf::inspect

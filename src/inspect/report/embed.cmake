@@ -1,6 +1,6 @@
-# Puts the style and the scripts of the report into its page, with the hashes that its policy allows
-# them by, and writes the page as a source of the program, cut where its data belong.
-#   cmake -DFOLDER=... -DSTYLES=a.css,b.css -DSCRIPTS=a.js,b.js -DOUTPUT=... -P embed.cmake
+# Puts style and scripts into a page, with the hashes that its policy allows them by, and writes the page
+# as a source of the program, cut where its data belong.
+#   cmake -DFOLDER=... -DPAGE=a.html -DSTYLES=a.css,b.css -DSCRIPTS=a.js,b.js -DNAME=Report -DOUTPUT=... -P embed.cmake
 
 # The form that a policy wants: base64 of the 32 bytes.
 function(policy_hash text result)
@@ -21,16 +21,19 @@ function(policy_hash text result)
   set(${result} "sha256-${encoded}=" PARENT_SCOPE)
 endfunction()
 
-file(READ "${FOLDER}/template.html" page)
-foreach(kind style script)
-  string(TOUPPER ${kind}S names)
-  string(REPLACE "," ";" names "${${names}}")
-  set(${kind} "")
+function(read_all names result)
+  set(all "")
+  string(REPLACE "," ";" names "${names}")
   foreach(name IN LISTS names)
     file(READ "${FOLDER}/${name}" text)
-    string(APPEND ${kind} "${text}")
+    string(APPEND all "${text}")
   endforeach()
-endforeach()
+  set(${result} "${all}" PARENT_SCOPE)
+endfunction()
+
+file(READ "${FOLDER}/${PAGE}" page)
+read_all("${STYLES}" style)
+read_all("${SCRIPTS}" script)
 policy_hash("${style}" style_hash)
 policy_hash("${script}" script_hash)
 foreach(name style style_hash script_hash script)
@@ -45,8 +48,8 @@ file(WRITE "${OUTPUT}" "#include \"inspect/output/ReportAssets.h\"
 
 namespace rvf::inspect {
 
-const std::string_view kReportHead = R\"rvfpage(${head})rvfpage\";
-const std::string_view kReportTail = R\"rvfpage(${tail})rvfpage\";
+const std::string_view k${NAME}Head = R\"rvfpage(${head})rvfpage\";
+const std::string_view k${NAME}Tail = R\"rvfpage(${tail})rvfpage\";
 
 }  // namespace rvf::inspect
 ")

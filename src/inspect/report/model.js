@@ -46,13 +46,4 @@ const report = JSON.parse(document.getElementById("data")?.textContent ?? "");
 const groups = report.list.groups;
 const groupById = new Map(groups.map((group) => [group.id, group]));
 
-/** The kinds of change, each with the sign that always goes with its colour. */
-const kinds = /** @type {Record<string, {sign: string, word: string}>} */ ({
-  changed: { sign: "~", word: "changed" },
-  moved: { sign: "\u2192", word: "moved" },
-  order: { sign: "\u21C5", word: "order" },
-  added: { sign: "+", word: "added" },
-  removed: { sign: "\u2212", word: "removed" },
-});
-
 const modes = ["Side by side", "Slider", "Blink", "Overlay", "Differences"];

@@ -2,6 +2,15 @@
 
 // How numbers, texts and places are told to people.
 
+/** The kinds of change, each with the sign that always goes with its colour. */
+const kinds = /** @type {Record<string, {sign: string, word: string}>} */ ({
+  changed: { sign: "~", word: "changed" },
+  moved: { sign: "\u2192", word: "moved" },
+  order: { sign: "\u21C5", word: "order" },
+  added: { sign: "+", word: "added" },
+  removed: { sign: "\u2212", word: "removed" },
+});
+
 const grouped = new Intl.NumberFormat("en");
 
 /**
