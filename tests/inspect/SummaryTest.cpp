@@ -160,7 +160,7 @@ TEST(Summary, TakesNothingInResultsForMoreThanData) {
     for (const char* code : {"\x1b", "\x07", "\xC2\x85", "\xE2\x80\xAE"}) {
       EXPECT_EQ(result.out.find(code), std::string::npos) << format;
     }
-    if (result.out.starts_with("<")) EXPECT_EQ(result.out.find("<b>"), std::string::npos);
+    EXPECT_TRUE(!result.out.starts_with("<") || result.out.find("<b>") == std::string::npos);
     if (result.out.starts_with("<?xml")) {
       EXPECT_TRUE(pugi::xml_document().load_string(result.out.c_str()));
     }

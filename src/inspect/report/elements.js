@@ -49,3 +49,21 @@ function button(label, text, act, key) {
   made.addEventListener("click", act);
   return made;
 }
+
+/** @param {string} label @param {string} name @param {[string, string][]} choices values and words */
+function choiceField(label, name, choices) {
+  const options = choices.map(([value, word]) => element("option", { value }, word));
+  return element("label", {}, `${label} `, element("select", { name }, ...options));
+}
+
+/** @param {string} label @param {string} name @param {string} placeholder */
+function searchField(label, name, placeholder) {
+  const attributes = {
+    name,
+    type: "search",
+    placeholder,
+    autocomplete: "off",
+    spellcheck: "false",
+  };
+  return element("label", { class: "wide" }, `${label} `, element("input", attributes));
+}

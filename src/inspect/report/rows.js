@@ -9,21 +9,6 @@ function rowHeight() {
 }
 
 /**
- * What a group is about, in one line: the first example's values.
- * @param {Group} group
- */
-function groupSummary(group) {
-  const example = group.examples[0];
-  const content = example?.field
-    ? [
-        element("span", { class: "field" }, `${example.field.name} `),
-        valueOfKind(group.kind, example.field, 160),
-      ]
-    : [element("bdi", {}, shortened(example?.text ?? "", 160))];
-  return element("span", { class: "says" }, ...content);
-}
-
-/**
  * @param {Group} group
  * @param {number} index
  * @param {number} count

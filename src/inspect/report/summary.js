@@ -26,7 +26,13 @@ function pairFigure(name, count, filter) {
     count > 0 && filter !== undefined
       ? element("a", { href: addressOfPairs({ state: filter }) }, text)
       : text;
-  return element("div", { class: "figure" }, element("dt", {}, name), element("dd", {}, node));
+  const isZero = count === 0 ? " zero" : "";
+  return element(
+    "div",
+    { class: `figure${isZero}` },
+    element("dt", {}, name),
+    element("dd", {}, node),
+  );
 }
 
 /** @param {string} name @param {string} title @param {...(Node | string)} content */
@@ -83,19 +89,7 @@ function greatestList(title, entries) {
 
 /** @param {GroupOfPairs} group */
 function sharedRow(group) {
-  const example = group.examples[0];
-  const place = [
-    group.page === null ? "" : `page ${group.page + 1}`,
-    listInWords(group.list),
-    group.distance ? `by ${group.distance.join(", ")}` : "",
-    group.ignoredBy ?? "",
-  ].filter(Boolean);
-  const says = example?.field
-    ? [
-        element("span", { class: "field" }, `${example.field.name} `),
-        valueOfKind(group.kind, example.field, 160),
-      ]
-    : [element("bdi", {}, shortened(example?.text ?? "", 160))];
+  const place = [groupPlace(group), group.ignoredBy ?? ""].filter(Boolean).join(" \u00B7 ");
   return element(
     "li",
     {},
@@ -104,9 +98,9 @@ function sharedRow(group) {
       { class: "what" },
       badge(group),
       ` ${group.type} `,
-      element("span", { class: "quiet" }, place.join(" \u00B7 ")),
+      element("span", { class: "quiet" }, place),
     ),
-    element("span", { class: "says" }, ...says),
+    groupSummary(group),
     element(
       "span",
       { class: "says" },
@@ -114,40 +108,6 @@ function sharedRow(group) {
       ...pairNames(group.inPairs, `#group=${group.id}`),
     ),
   );
-}
-
-/** @param {Pair} pair */
-function pairRow(pair) {
-  const { names, bits, reason, seconds, firstBytes, secondBytes, inspected } = pair;
-  let says = pair.state === "different" && bits ? `${(names ?? []).join(", ")} (${bits})` : reason;
-  if (inspected?.trouble) says += `; not explained: ${inspected.trouble}`;
-  const bytes =
-    firstBytes === null && secondBytes === null ? null : Number(firstBytes) + Number(secondBytes);
-  return element(
-    "li",
-    {},
-    stateBadge(pair),
-    element("span", { class: "cut" }, pairName(pair.name)),
-    element(
-      "span",
-      { class: "cut quiet", title: shortened(says, 500) },
-      element("bdi", {}, shortened(says, 300)),
-    ),
-    element("span", { class: "count" }, seconds === null ? "" : `${seconds.toFixed(3)} s`),
-    element("span", { class: "count" }, bytes === null ? "" : sizeInWords(bytes)),
-  );
-}
-
-/** @param {number} bytes */
-function sizeInWords(bytes) {
-  const units = ["bytes", "KiB", "MiB", "GiB", "TiB"];
-  let value = bytes;
-  let unit = 0;
-  while (value >= 1024 && unit + 1 < units.length) {
-    value /= 1024;
-    unit += 1;
-  }
-  return `${unit === 0 ? value : value.toFixed(1)} ${units[unit]}`;
 }
 
 function nightOverview() {
@@ -159,9 +119,12 @@ function nightOverview() {
     element("h1", {}, `Results of ${counted(pairs, "pair")}`),
     element("p", { class: "quiet" }, element("bdi", {}, shortened(night.path, 300))),
     element(
-      "p",
-      { class: `verdict ${identical + accepted === pairs ? "same" : "different"}` },
-      outcomeInWords(),
+      "section",
+      {
+        class: `verdict ${identical + accepted === pairs ? "same" : "different"}`,
+        "aria-label": "Verdict",
+      },
+      element("p", {}, outcomeInWords()),
     ),
   );
   if (night.redacted)
@@ -202,83 +165,6 @@ function nightOverview() {
     ),
   );
   return made;
-}
-
-/** The list of all pairs with its filter; `show` brings it up to date with the address. */
-class PairList {
-  constructor() {
-    this.found = element("output", { class: "found", "aria-live": "polite" });
-    this.form = this.makeFilter();
-    /** @type {LongList<Pair>} */
-    this.list = new LongList("pairs", "Pairs", pairRow);
-    this.node = section("", "Pairs", this.form, this.list.node);
-    addEventListener("hashchange", () => this.show());
-  }
-
-  makeFilter() {
-    /** @param {string} name @param {string} label @param {[string, string][]} choices */
-    const select = (name, label, choices) =>
-      element(
-        "label",
-        {},
-        `${label} `,
-        element(
-          "select",
-          { name },
-          ...choices.map(([value, word]) => element("option", { value }, word)),
-        ),
-      );
-    /** @type {[string, string][]} */
-    const states = [...new Set(night.pairs.map((pair) => pair.state))].map((word) => [word, word]);
-    /** @type {[string, string][]} */
-    const collective = [
-      ["one-sided", "on one side only"],
-      ["no-answer", "without an answer"],
-      ["accepted", "accepted"],
-      ["not-explained", "not explained"],
-    ];
-    /** @type {[string, string][]} */
-    const bits = night.summary.byBit.map(({ bit, name }) => [String(bit), name]);
-    const search = {
-      name: "text",
-      type: "search",
-      placeholder: "name or reason",
-      spellcheck: "false",
-    };
-    const form = element(
-      "form",
-      { class: "filter", role: "search", "aria-label": "Filter of the pairs" },
-      select("state", "State", [["", "all"], ...states, ...collective]),
-      select("bit", "Bit", [["", "all"], ...bits]),
-      element("label", { class: "wide" }, "Text ", element("input", search)),
-      element("button", { type: "reset" }, "Clear"),
-      this.found,
-    );
-    form.addEventListener("submit", (event) => event.preventDefault());
-    form.addEventListener("input", () => this.take());
-    form.addEventListener("reset", () => setTimeout(() => this.take()));
-    return form;
-  }
-
-  /** Puts what was entered into the address, and shows it. */
-  take() {
-    const fields = new FormData(this.form);
-    const value = (/** @type {string} */ name) => String(fields.get(name) ?? "");
-    const filter = { state: value("state"), bit: value("bit"), text: value("text") };
-    history.replaceState(null, "", addressOfPairs(filter));
-    this.show();
-  }
-
-  show() {
-    const filter = pairFilter();
-    for (const [name, value] of Object.entries(filter)) {
-      const control = /** @type {HTMLInputElement} */ (this.form.elements.namedItem(name));
-      if (control.value !== value) control.value = value;
-    }
-    const pairs = filteredPairs(filter);
-    this.found.textContent = `${grouped.format(pairs.length)} of ${counted(night.pairs.length, "pair")}`;
-    this.list.show(pairs);
-  }
 }
 
 const pairList = new PairList();
