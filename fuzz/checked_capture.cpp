@@ -1,4 +1,4 @@
-// The check of a page-capture file: it finds damage if, and only if, a run over the file refuses it
+// The check of a page-capture file: it finds damage if and only if a run over the file rejects it
 // or reports something.
 
 #include "inspect/output/CheckWriter.h"

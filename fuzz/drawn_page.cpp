@@ -1,5 +1,5 @@
-// Every page of a page-capture file as a drawing: harmless XML in which each element has a list and
-// leads to something, and no larger than the file explains.
+// Every page of a page-capture file as a drawing: harmless XML, no larger than the file justifies,
+// in which each element has a list and every reference a target.
 
 #include <set>
 
@@ -11,7 +11,7 @@
 namespace rvf::fuzz {
 namespace {
 
-/// Adds the ids below a node to `ids` and what its elements refer to to `targets`.
+/// Adds the ids below a node to `ids` and the targets of its references to `targets`.
 void visit(const pugi::xml_node& node, std::set<std::string>& ids, std::set<std::string>& targets) {
   const std::string id = node.attribute("id").value();
   require(id.empty() || ids.insert(id).second, "an id is there once");
@@ -41,7 +41,7 @@ void checkInput(FuzzInput input) {
   inspect::CaptureFile file(capture.path(), inspect::OldText(flags & 1),
                             inspect::Acceptance::kOptional);
   if (!file.reader().valid()) return;
-  int left = 16;  // pages, which may all be the same one
+  int left = 16;  // pages, which may all be the same
   for (i32 c = 0; c < file.customerCount(); ++c) {
     for (i32 p = 0; p < static_cast<i32>(file.customer(c).pages.size()) && left > 0; ++p, --left) {
       static_cast<void>(file.loadPage(c, p));

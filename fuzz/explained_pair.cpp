@@ -1,5 +1,5 @@
 // Two page-capture files, explained: the bits of all pages are those of a run, and files that
-// differ are never explained by nothing.
+// differ always get an explanation.
 
 #include "support/Explanation.h"
 #include "support/MemoryFile.h"
@@ -34,7 +34,8 @@ bool saySame(inspect::CaptureFile& a, inspect::CaptureFile& b) {
 
 void checkInput(FuzzInput input) {
   CapturePair pair(input);
-  pair.flags = pair.flag(0) ? 0b111 : 0b100;  // a run reads both alike and stops at other counts
+  // A run reads both files alike and stops if the customer counts differ.
+  pair.flags = pair.flag(0) ? 0b111 : 0b100;
   PairWalk run(pair, true);
   if (!run.isWalked) return;
   const auto oldText = pair.flag(0) ? inspect::OldText::kTwoBytes : inspect::OldText::kOneByte;

@@ -1,5 +1,5 @@
-// What is written of two page-capture files as JSON Lines: every line is a record as the schema
-// describes it, and what is complete has its first record and its last.
+// The JSON Lines output for two page-capture files: every line is a record that follows the schema,
+// and complete outputs have their first and last record.
 
 #include "support/CommandsOnPair.h"
 #include "support/RecordSchema.h"

@@ -1,5 +1,5 @@
-// What is written of two page-capture files as JUnit reports: XML in which every case has its names
-// and at most one outcome.
+// The JUnit reports for two page-capture files: XML in which every case has its names and at most
+// one outcome.
 
 #include "support/CommandsOnPair.h"
 #include "support/WrittenText.h"

@@ -1,5 +1,5 @@
-// What is written of two page-capture files for people: whatever the files contain, nothing in it
-// steers a terminal.
+// The text output for two page-capture files: whatever the files contain, it has no control
+// sequences for a terminal.
 
 #include "support/CommandsOnPair.h"
 #include "support/WrittenText.h"

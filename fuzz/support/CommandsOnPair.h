@@ -11,7 +11,7 @@
 
 namespace rvf::fuzz {
 
-/// Two files, and what the commands of rvfinspect write about them.
+/// Two files and the output of the rvfinspect commands for them.
 class CommandsOnPair {
  public:
   explicit CommandsOnPair(FuzzInput input)
@@ -44,7 +44,7 @@ class CommandsOnPair {
     return written(inspect::runCheck, options, format);
   }
 
-  /// Of the difference file of a run, and of a file that may be none.
+  /// For the difference file of a run, and for a file that may not be one.
   [[nodiscard]] std::string list(inspect::Format format) const {
     const MemoryFile differences(PairWalk(pair_, true).differences);
     inspect::ListOptions options;
@@ -57,7 +57,7 @@ class CommandsOnPair {
     return pair_.flag(0) ? inspect::OldText::kTwoBytes : inspect::OldText::kOneByte;
   }
 
-  // Nothing of a command that refuses its input.
+  // Empty for a command that rejects its input.
   template <class Options>
   [[nodiscard]] static std::string written(int (*command)(const Options&), Options& options,
                                            inspect::Format format) {

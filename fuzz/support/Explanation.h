@@ -9,7 +9,7 @@
 
 namespace rvf::fuzz {
 
-/// Looks at all that an inspection tells, and counts it.
+/// Reads and counts everything that an inspection reports.
 struct Explanation final : inspect::InspectionListener {
   void begin(const inspect::CaptureFile&, const inspect::CaptureFile&,
              const inspect::InspectionSettings&) override {}
@@ -55,7 +55,7 @@ struct Explanation final : inspect::InspectionListener {
   }
 };
 
-/// The bits that stand in the bytes of a difference file, which may lack its end.
+/// The bits in a difference file, which may be incomplete.
 inline inspect::JudgedPages judgedPages(std::string_view bytes) {
   InputFile input(bytes);
   inspect::JudgedPages pages;

@@ -11,7 +11,7 @@
 
 namespace rvf::fuzz {
 
-/// A file on no disk, under a path of its own as long as it is there.
+/// A file in memory, with its own path as long as it exists.
 class MemoryFile {
  public:
   explicit MemoryFile(std::string_view bytes = {}) : descriptor_(::memfd_create("fuzz", 0)) {

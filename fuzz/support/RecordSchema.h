@@ -13,7 +13,7 @@
 
 namespace rvf::fuzz {
 
-/// The schema of the records that are written as JSON Lines, as far as it uses the vocabulary.
+/// The schema of the JSON Lines records. Only the vocabulary that it uses is supported.
 class RecordSchema {
  public:
   using Json = nlohmann::json;
@@ -27,7 +27,7 @@ class RecordSchema {
     }
   }
 
-  /// Ends the process with a record that is not as its definition says.
+  /// Ends the process if the record does not follow its definition.
   void requireValid(const Json& record) const {
     const auto found = records_.find(record.is_object() ? record.value("record", "") : "");
     const bool isValid = found != records_.end() && fits(record, *found->second);
@@ -84,7 +84,7 @@ class RecordSchema {
   }
 
   Json definitions_;
-  std::map<std::string, const Json*> records_;  // the definitions by the kind of record
+  std::map<std::string, const Json*> records_;  // definitions by kind of record
 };
 
 }  // namespace rvf::fuzz

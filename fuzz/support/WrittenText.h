@@ -9,7 +9,7 @@
 
 namespace rvf::fuzz {
 
-/// Nothing in the text, which is valid UTF-8, can steer a terminal.
+/// Requires that the text is valid UTF-8 without control sequences for a terminal.
 inline void requireHarmless(const std::string& text) {
   const eString decoded = fromNative(text);
   for (std::u16string_view left = decoded.view(); !left.empty();) {
@@ -19,7 +19,7 @@ inline void requireHarmless(const std::string& text) {
   }
 }
 
-/// The document that a harmless text is.
+/// The text as an XML document; it must also be harmless.
 inline pugi::xml_document parsedXml(const std::string& text) {
   requireHarmless(text);
   pugi::xml_document document;

@@ -2,7 +2,7 @@
 _rvfcompare() {
   local names="-COMPARE= -POS_TOLERANCE= -LINE_TOLERANCE= -DIFFTOLERANCE= -DIFFERENCEFILE= -MESSAGEFILE=
     -MSGENCODE= -SIMPLERETURN -DBCS_MODE= -CONTROLFILE= -CONTROLFILEENCODING= --help --version"
-  # The "=" is a word of its own here, or the last character of one, as COMP_WORDBREAKS has it.
+  # Depending on COMP_WORDBREAKS, the "=" is a separate word or the last character of one.
   local word=${COMP_WORDS[COMP_CWORD]} name=""
   if [[ $word == "=" ]]; then
     name=${COMP_WORDS[COMP_CWORD - 1]} word=""
@@ -19,7 +19,7 @@ _rvfcompare() {
     -MSGENCODE) values="ASCII BIG5 EBCDIC ISO88592 LATIN1 LATIN2 SJIS UTF16 UTF16BE UTF16LE UTF8" ;;
     -CONTROLFILEENCODING) values="ISO88591 UTF8 UTF16BE UTF16LE" ;;
     -DBCS_MODE) values=TRUE ;;
-    -COMPARE) # behind the comma stands the second file
+    -COMPARE) # the second file follows the comma
       compopt -o nospace -o filenames
       local before=""
       if [[ $word == *,* ]]; then before=${word%%,*}, word=${word#*,}; fi

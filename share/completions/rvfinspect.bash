@@ -1,4 +1,4 @@
-# Completion of rvfinspect for bash. Commands and options are those of its help.
+# Completion of rvfinspect for bash. Commands and options are taken from its help.
 _rvfinspect() {
   local word=${COMP_WORDS[COMP_CWORD]} command="" words=""
   if [[ $COMP_CWORD -gt 1 ]]; then command=${COMP_WORDS[1]}; fi

@@ -1,4 +1,4 @@
-# Completion of rvfinspect for fish. Commands and options are those of its help.
+# Completion of rvfinspect for fish. Commands and options are taken from its help.
 function __rvfinspect_words
     set -l command (commandline -opc)[2]
     if test -z "$command"
