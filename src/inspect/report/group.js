@@ -35,9 +35,9 @@ function groupFacts(group) {
     `${group.allPairs ? "" : "more than "}${counted(group.pairs, "pair")} of values`,
     groupPlace(group),
   ];
-  const examples = group.examples.map(({ field, text }) => {
-    const plain = () => element("bdi", {}, shortened(text ?? "", 200));
-    return element("li", {}, field ? valueOfKind(group.kind, field, 200) : plain());
+  const examples = group.examples.flatMap(({ field, text }) => {
+    if (field) return [element("li", {}, valueOfKind(group.kind, field, 200))];
+    return text ? [element("li", {}, element("bdi", {}, shortened(text, 200)))] : [];
   });
   const rule = group.ignoredBy ? `: ${group.ignoredBy}` : "";
   return element(

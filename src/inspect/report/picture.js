@@ -136,7 +136,9 @@ async function drawPlace(group, host) {
       canvas.height,
     );
   const mark = svgElement("svg", { viewBox: stretch.join(" ") });
-  mark.append(placeMark(group, picture.box, width / 40));
+  const away = (5 * width) / host.clientWidth;
+  const [x, y, right, bottom] = picture.box;
+  mark.append(placeMark(group, [x - away, y - away, right + away, bottom + away], 0));
   host.replaceChildren(canvas, mark);
 }
 

@@ -16,6 +16,20 @@ function buttonSet(label, ...children) {
   return element("div", { class: "set", role: "group", "aria-label": label }, ...children);
 }
 
+/**
+ * What a run says of a page, and with which page it was paired.
+ * @param {PageData} data
+ */
+function verdictOfPage({ bits, names, first, second }) {
+  if (first === null && second === null) return "Only one of the files has this customer";
+  if (first === null || second === null)
+    return `Only the ${first === null ? "second" : "first"} file has this page`;
+  const verdict = `Verdict: ${bits === 0 ? "identical for a run" : `${names.join(", ")} (${bits})`}`;
+  if (first === second) return verdict;
+  const page = first + 1;
+  return `${verdict}. Paired by content with page ${second + 1} of the second file; a run compares page ${page} with page ${page}`;
+}
+
 class Toolbar {
   /**
    * @param {{toggle: (layer: LayerName) => void, zoom: (factor: number) => void, fit: () => void}} acts
@@ -73,14 +87,8 @@ class Toolbar {
 
   /** @param {PageData} data */
   tellPage(data) {
-    const { bits, names, first, second } = data;
-    const verdict = bits === 0 ? "identical for a run" : `${names.join(", ")} (${bits})`;
-    const isElsewhere = first !== null && second !== null && first !== second;
-    const pairing = isElsewhere
-      ? `. Paired by content with page ${second + 1} of the second file; a run compares page ${first + 1} with page ${first + 1}`
-      : "";
     this.tell(
-      `Verdict: ${verdict}${pairing}`,
+      verdictOfPage(data),
       new Text("Customer "),
       element("bdi", {}, shortened(data.id, 80)),
       new Text(", "),

@@ -94,9 +94,10 @@ class Viewport {
     ) => Math.min(Math.max(value, margin - size * scale), space - margin);
     this.at = { x: clamp(at.x, this.view[2], width), y: clamp(at.y, this.view[3], height), scale };
     for (const sheet of this.sheets) {
-      sheet.style.width = `${this.view[2] * scale}px`;
-      sheet.style.height = `${this.view[3] * scale}px`;
-      sheet.style.transform = `translate(${this.at.x}px, ${this.at.y}px)`;
+      // Whole pixels, or the edges of two sheets above each other would differ by a shade.
+      sheet.style.width = `${Math.round(this.view[2] * scale)}px`;
+      sheet.style.height = `${Math.round(this.view[3] * scale)}px`;
+      sheet.style.transform = `translate(${Math.round(this.at.x)}px, ${Math.round(this.at.y)}px)`;
     }
     this.stage.style.setProperty("--unit", String(1 / scale));
     this.changed(scale / this.fittingScale());
