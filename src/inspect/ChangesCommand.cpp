@@ -42,7 +42,7 @@ std::unique_ptr<InspectionListener> makeWriter(const ChangesOptions& options, Ou
   }
 }
 
-/// Keeps the totals and the groups, for the exit status and the file of accepted changes.
+/// Keeps the totals and the groups for the exit status and the file of accepted changes.
 class ResultKeeper {
  public:
   void keep(const Summary& summary, const ChangeGroups& groups) {

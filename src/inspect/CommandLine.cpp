@@ -20,7 +20,7 @@ namespace {
 
 constexpr const char* kVersionLine = "rvfinspect 16.2.0";
 
-/// The words of an option that takes one of a few.
+/// The values of an option that takes one of a few words.
 template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
@@ -80,7 +80,7 @@ int editDistance(std::string_view a, std::string_view b) {
   return row.back();
 }
 
-/// ", did you mean NAME?" for the name most like a word; nothing if none is.
+/// ", did you mean NAME?" for the name most similar to a word; empty if none is.
 std::string suggestion(std::string_view word, const std::vector<std::string>& names) {
   int least = std::max(2, static_cast<int>(word.size()) / 3) + 1;
   std::string nearest;
@@ -127,7 +127,7 @@ class CommandLine {
     return action_();
   }
 
-  /// One line about a command line that is not understood; the help when that was asked for.
+  /// Prints one line about a command line that is not understood, or the help if it was requested.
   int explain(const CLI::ParseError& error, int argc, char** argv) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
       return app_.exit(error);
@@ -378,7 +378,7 @@ class CommandLine {
     return names;
   }
 
-  // The first word that looks like an option and is none.
+  // The first word that looks like an option but is not one.
   static std::string unknownWord(const CLI::App& command, const std::vector<std::string>& words) {
     const std::vector<std::string> names = optionNames(command);
     for (const std::string& word : words) {

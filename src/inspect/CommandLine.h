@@ -2,8 +2,8 @@
 
 namespace rvf::inspect {
 
-/// The whole program: understands the command line, runs the command and returns the exit status.
-/// Trouble is one line on standard error.
+/// The whole program: parses the command line, runs the command and returns the exit status.
+/// Trouble is reported in one line on standard error.
 [[nodiscard]] int runInspect(int argc, char** argv);
 
 }  // namespace rvf::inspect

@@ -9,11 +9,11 @@ namespace status {
 constexpr int kSame = 0;  // no difference, or a sound file
 constexpr int kDifferent = 1;
 constexpr int kTrouble = 2;
-constexpr int kWarnings = 3;  // check alone
+constexpr int kWarnings = 3;  // only from check
 }  // namespace status
 
-// One function a command, in a source of its name. Each returns an exit status; whatever keeps it
-// from its work is thrown as Trouble.
+// One function per command, in a source of the same name. Each returns an exit status; whatever
+// prevents it from doing its work is thrown as Trouble.
 
 [[nodiscard]] int runChanges(const ChangesOptions& options);
 [[nodiscard]] int runList(const ListOptions& options);

@@ -20,7 +20,7 @@ class Dump {
         isWhole_(customer_.isAny() && !options.selection.page) {}
 
   int run() {
-    // What is asked for alone leaves the rest out.
+    // Requesting only some parts leaves the rest out.
     const bool all = !options_.objects && !options_.index;
     if (isWhole_) {
       writer_.file(file_);

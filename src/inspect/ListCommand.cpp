@@ -12,7 +12,7 @@ namespace rvf::inspect {
 
 namespace {
 
-/// Passes on what the options select.
+/// Passes on only what the options select.
 class SelectingVisitor final : public DifferenceVisitor {
  public:
   SelectingVisitor(const ListOptions& options, ListWriter& writer)

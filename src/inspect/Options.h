@@ -27,7 +27,7 @@ struct OutputOptions {
   return options.color == When::kAuto ? output.takesColour() : options.color == When::kAlways;
 }
 
-/// Which customers and pages a command looks at; all of them without a choice.
+/// Which customers and pages a command processes; by default, all of them.
 struct Selection {
   std::string customer;     // an id, or # and the number from 1; empty: all
   std::optional<i32> page;  // the number from 1
@@ -37,7 +37,7 @@ struct ListOptions {
   std::vector<std::string> files;
   Selection selection;
   bool onlyDiffering = false;
-  std::string bitName;  // pages with this bit only; empty: all
+  std::string bitName;  // only pages with this bit; empty: all
   OutputOptions output;
 };
 
@@ -45,8 +45,8 @@ struct DumpOptions {
   std::string file;
   OldText oldText = OldText::kOneByte;
   Selection selection;
-  bool objects = false;  // the shared objects alone
-  bool index = false;    // the index alone
+  bool objects = false;  // only the shared objects
+  bool index = false;    // only the index
   OutputOptions output;
 };
 
@@ -93,7 +93,7 @@ struct ChangesOptions {
 
 struct SummaryOptions {
   std::string results;          // the folder
-  Tolerances tolerances{0, 0};  // of pairs whose options do not say
+  Tolerances tolerances{0, 0};  // for pairs whose options specify none
   OldText oldText = OldText::kOneByte;
   bool groups = false;
   std::string accepted;

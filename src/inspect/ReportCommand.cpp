@@ -22,7 +22,7 @@ namespace rvf::inspect {
 
 namespace {
 
-/// The file behind a link in the folder of a pair, so that the report names it and not the link.
+/// The target of a link in a pair's folder, so that the report names the file and not the link.
 std::string fileOfPair(const std::string& folder, const char* name) {
   const std::filesystem::path link = std::filesystem::path(folder) / name;
   std::error_code error;

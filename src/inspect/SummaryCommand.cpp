@@ -13,7 +13,7 @@ namespace rvf::inspect {
 
 namespace {
 
-/// Keeps what a summary needs of one pair's changes.
+/// Keeps what a summary needs from one pair's changes.
 class PairListener final : public InspectionListener {
  public:
   PairListener(const std::u16string& name, ResultsSummary& results, ProgressLine& progress)
@@ -57,7 +57,8 @@ class PairInspector {
     }
   }
 
-  /// What keeps a pair from being read again is told with it; the others follow all the same.
+  /// If a pair cannot be read again, the reason is kept with it, and the others follow all the
+  /// same.
   PairInspection inspect(const PairResult& pair) {
     PairInspection result;
     try {

@@ -8,21 +8,21 @@
 
 namespace rvf::inspect {
 
-// The file of accepted changes: a JSON list with one group a line, sorted, which people read, edit
-// and keep under version control. What identifies a group are its fields; the id is told for
-// reference, and a key that an editor changes means another group.
+// The file of accepted changes: a sorted JSON list with one group per line, which users read, edit
+// and keep under version control. A group is identified by its fields; the id is only written for
+// reference, and an edited key means another group.
 
-/// The groups of a file by their ids. Throws Trouble for a file that cannot be read.
+/// The groups in a file by their ids. Throws Trouble if the file cannot be read.
 [[nodiscard]] std::map<u64, GroupKey> readAccepted(const std::string& path);
 
-/// Throws Trouble for a file that cannot be written.
+/// Throws Trouble if the file cannot be written.
 void writeAccepted(const std::string& path, const std::map<u64, GroupKey>& groups);
 
-/// A group in words, for a message about it.
+/// A description of a group for messages.
 [[nodiscard]] std::string inWords(const GroupKey& key);
 
-/// Tells on standard error which entries of a file matched nothing: those that older captures
-/// needed hide nothing any more, and somebody should take them out.
+/// Reports on standard error which entries of a file matched nothing: they no longer hide anything
+/// and should be removed.
 void tellUnused(const std::string& path, const std::map<u64, GroupKey>& accepted,
                 const std::set<u64>& seen);
 

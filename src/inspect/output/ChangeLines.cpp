@@ -45,7 +45,7 @@ std::string headOf(const Change& change, bool isColoured) {
   const std::string kind(nameOf(change.kind));
   std::string line = isColoured ? colourOf(change.kind) + kind + "\x1b[m" : kind;
   line += " " + change.type;
-  // The text that was changed comes with its old and new words.
+  // A changed text is shown with its old and new words.
   const bool showsText = change.kind != ChangeKind::kChanged ||
                          std::ranges::none_of(change.fields, [](const FieldChange& field) {
                            return std::holds_alternative<std::u16string>(field.from);

@@ -10,15 +10,15 @@
 
 namespace rvf::inspect {
 
-// What the writers for people say, line by line, without indentation.
+// The lines of the text output, without indentation.
 
-/// A change and, behind it, its fields.
+/// A change, followed by its fields.
 [[nodiscard]] std::vector<std::string> linesOf(const Change& change, bool isColoured);
 
 /// Which comparison set the bits.
 [[nodiscard]] std::string lineOf(const VerdictReason& reason);
 
-/// A group, and behind it its examples.
+/// A group, followed by its examples.
 [[nodiscard]] std::vector<std::string> linesOf(const ChangeGroup& group, bool isColoured);
 
 /// The totals of an inspection.

@@ -8,8 +8,7 @@ namespace rvf::inspect {
 
 namespace {
 
-/// One suite for each customer, one case for each page; a page fails when it has a change that
-/// counts.
+/// One suite per customer, one case per page; a page fails if it has a change that counts.
 class JUnitChangesWriter final : public InspectionListener {
  public:
   explicit JUnitChangesWriter(Output& output) : report_(output) {}

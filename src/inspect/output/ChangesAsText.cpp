@@ -38,7 +38,7 @@ class TextChangesWriter final : public InspectionListener {
     pendingPage_ = address.first;
   }
 
-  // A verdict concerns the pages with one number, and is told with the first file's page.
+  // A verdict concerns the pages with the same number and is shown with the first file's page.
   void page(const PageResult& page) override {
     const bool isJudged = page.address.first == pendingPage_ && pending_.bits != 0;
     const bool isShown = style_.showsAllPages || isJudged || !page.changes.empty();

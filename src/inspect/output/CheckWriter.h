@@ -7,7 +7,7 @@
 
 namespace rvf::inspect {
 
-/// Writes the findings of one file, and what they amount to.
+/// Writes the findings for one file and their totals.
 class CheckWriter : public FindingListener {
  public:
   CheckWriter(Output& output, const CaptureFile& file) : output_(output), file_(file) {}

@@ -15,15 +15,15 @@ namespace {
 
 constexpr i64 kLargestSize = 10000;
 
-/// What a pair of runs one behind the other says of the size; 0: nothing.
+/// The size implied by two consecutive runs; 0 if they imply none.
 i64 sizeBetween(const TextRun& a, const TextRun& b) {
   const i64 dx = i64{b.x} - a.x;
   const i64 dy = i64{b.y} - a.y;
   if (dy > 0 && dy < kLargestSize) {
-    return dy * 4 / 5;  // a line is a quarter higher than its letters
+    return dy * 4 / 5;  // lines are a quarter higher than their letters
   }
   if (dy == 0 && dx > 0 && a.charCount > 0) {
-    return std::min(dx * 2 / a.charCount, kLargestSize);  // a letter is half as wide as high
+    return std::min(dx * 2 / a.charCount, kLargestSize);  // letters are half as wide as high
   }
   return 0;
 }

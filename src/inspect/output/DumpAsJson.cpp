@@ -9,7 +9,7 @@ namespace rvf::inspect {
 
 namespace {
 
-/// Adds fields under their full names, as changes have them.
+/// Adds fields under their full names, as in changes.
 class JsonVisitor final : public FieldVisitor {
  public:
   explicit JsonVisitor(JsonLine& json) : json_(json) {}
@@ -45,7 +45,7 @@ class JsonVisitor final : public FieldVisitor {
     full_ = prefix_;
     full_ += name;
     if (name.empty()) {
-      full_.pop_back();  // an element that is a plain value: the dot
+      full_.pop_back();  // the dot, for an element that is a plain value
     }
     return full_;
   }

@@ -8,7 +8,7 @@
 
 namespace rvf::inspect {
 
-/// Writes what a capture file contains, in the order in which it is told.
+/// Writes the contents of a capture file in the order of the calls.
 class DumpWriter {
  public:
   explicit DumpWriter(Output& output) : output_(output) {}
@@ -19,7 +19,7 @@ class DumpWriter {
   virtual void customer(i32 index, const CustomerRecord& customer) = 0;
   /// The index's entry of a page.
   virtual void page(i32 customer, i32 index, const PageRecord& page) = 0;
-  /// The body of the page that was told last, up to `end`; -1 if it is damaged.
+  /// The body of the last page passed to `page`, up to `end`; -1 if it is damaged.
   virtual void body(const CompareContext& page, i64 end) = 0;
   virtual void damage(const std::string& what) = 0;
   void list(const std::string& name, const DrawList& list);

@@ -6,8 +6,8 @@
 
 namespace rvf::inspect {
 
-/// The media type of image data that a browser shows (PNG, JPEG, GIF), told by its first bytes;
-/// empty for anything else.
+/// The media type of image data that browsers can show (PNG, JPEG, GIF), recognised by its first
+/// bytes; empty for anything else.
 [[nodiscard]] std::string embeddableType(std::span<const std::byte> data);
 
 [[nodiscard]] std::string base64(std::span<const std::byte> data);

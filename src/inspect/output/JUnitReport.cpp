@@ -32,7 +32,8 @@ void JUnitReport::beginSuite(const std::string& name) {
   endSuite();
   suite_ = name;
   isInSuite_ = true;
-  // The start tag of an element that is never held whole: an empty one without its slash.
+  // The start tag of an element that is never in memory as a whole: an empty element without its
+  // slash.
   pugi::xml_document document;
   document.append_child("testsuite").append_attribute("name") = name.c_str();
   StringWriter tag;

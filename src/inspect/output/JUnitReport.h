@@ -7,8 +7,8 @@
 
 namespace rvf::inspect {
 
-/// A JUnit report as CI servers read it, written suite by suite and case by case, so that no more
-/// than one case is in memory. Texts are given as they are to be shown.
+/// A JUnit report as CI servers read it, written suite by suite and case by case, so that only one
+/// case is in memory. Texts are passed as they are to be shown.
 class JUnitReport {
  public:
   explicit JUnitReport(Output& output);
@@ -16,7 +16,7 @@ class JUnitReport {
   void beginSuite(const std::string& name);
   void passed(const std::string& caseName);
   void failed(const std::string& caseName, const std::string& message, const std::string& details);
-  /// Something kept the case from being judged.
+  /// The case could not be judged.
   void error(const std::string& caseName, const std::string& message);
   void endSuite();
   void finish();

@@ -9,7 +9,7 @@ namespace rvf::inspect {
 
 namespace {
 
-/// A character that stands for itself; most texts consist of them.
+/// Whether a character stands for itself; most texts consist of such characters.
 bool isPlain(u32 c) { return c >= 0x20 && c < 0x7F && c != '"' && c != '\\'; }
 
 }  // namespace

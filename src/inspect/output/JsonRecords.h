@@ -8,10 +8,10 @@
 
 namespace rvf::inspect {
 
-/// The number of the format that docs/rvfinspect.schema.json describes.
+/// The number of the format described by docs/rvfinspect.schema.json.
 constexpr int kJsonFormat = 1;
 
-/// Starts a line with the kind of its record.
+/// Starts a line with the kind of record.
 JsonLine& openRecord(JsonLine& json, std::string_view record);
 /// Writes a closed record as one line and empties it.
 void writeRecord(Output& output, JsonLine& json);

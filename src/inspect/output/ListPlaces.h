@@ -9,17 +9,17 @@
 
 namespace rvf::inspect {
 
-/// Where the lists of a page are on it, under their names in changes. A shared object is as often
-/// there as the page refers to it, up to a limit.
+/// Where the lists of a page are on it, by the names used in changes. A shared object occurs as
+/// often as the page refers to it, up to a limit.
 class ListPlaces {
  public:
   static constexpr std::size_t kMostPlaces = 50;
 
   explicit ListPlaces(const CompareContext& page);
 
-  /// The boxes that a box of a list takes on the page; none for a list that is not there.
+  /// The boxes on the page that correspond to a box in a list; empty for a list that is not on it.
   [[nodiscard]] std::vector<Box> onPage(const std::string& list, const Box& box) const;
-  /// The space of the list itself, for each place: of a shared object, what its references say.
+  /// The space of the list itself at each place; for a shared object, as its references say.
   [[nodiscard]] std::vector<Box> onPage(const std::string& list) const;
   [[nodiscard]] bool has(const std::string& list) const { return places_.contains(list); }
 

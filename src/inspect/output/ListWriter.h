@@ -8,14 +8,14 @@
 
 namespace rvf::inspect {
 
-/// Shows difference files, one after the other: those pages that it is told.
+/// Shows difference files one after another, with the pages that are passed to it.
 class ListWriter : public DifferenceVisitor {
  public:
   explicit ListWriter(Output& output) : output_(output) {}
   virtual void begin(const std::string& path) = 0;
   /// `lack` is empty for a complete file.
   virtual void end(const std::string& lack) = 0;
-  /// Behind the last file.
+  /// Called after the last file.
   virtual void finish() {}
 
  protected:

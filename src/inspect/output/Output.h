@@ -7,11 +7,11 @@
 
 namespace rvf::inspect {
 
-/// Where a command writes: standard output or a file. Buffered; a write that fails throws Trouble
-/// with the path and the reason.
+/// Where a command writes: standard output or a file. Buffered; a failed write throws Trouble with
+/// the path and the reason.
 class Output {
  public:
-  /// An empty path is standard output.
+  /// An empty path means standard output.
   explicit Output(std::string path);
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
@@ -26,10 +26,10 @@ class Output {
     write(bytes);
     write("\n");
   }
-  /// Writes out what is left. Whoever needs the result calls it before the output is dropped.
+  /// Writes the rest. Must be called before the output is destroyed if its failure matters.
   void finish();
 
-  /// Whether the output is a terminal whose user has not asked for no colours.
+  /// Whether the output is a terminal whose user has not turned colours off.
   [[nodiscard]] bool takesColour() const;
 
  private:

@@ -69,7 +69,7 @@ class PageDrawing {
   }
 
  private:
-  /// A shared object that is drawn already.
+  /// A shared object that has been drawn.
   struct DrawnObject {
     std::string id;
     std::optional<Box> box;

@@ -123,7 +123,7 @@ void drawRect(const DrawPart& part, i32 index, const DrawingTarget& target) {
   }
 }
 
-// As far as gradients are known: their stops, from left to right.
+// Draws the stops from left to right; the other fields of a gradient have no known meaning.
 std::string defineGradient(const Gradient& gradient, const DrawingTarget& target) {
   xml_node definitions = target.definitions;
   xml_node node = definitions.append_child("linearGradient");
@@ -154,7 +154,7 @@ void drawPoly(const DrawPart& part, i32 index, const DrawingTarget& target) {
   }
 }
 
-/// An empty frame that says what stands there.
+/// An empty frame with a label.
 void drawFrame(const Box& box, const std::string& label, i32 index, xml_node parent) {
   xml_node group = element(parent, "g", index);
   xml_node frame = group.append_child("rect");
@@ -196,7 +196,7 @@ void drawImage(const DrawPart& part, i32 index, const DrawingTarget& target) {
   set(node, "href", "data:" + type + ";base64," + base64(bytes));
 }
 
-// Resources, imported pages and barcodes are known by their place alone.
+// Only the position of resources, imported pages and barcodes is known.
 void drawPlaceholder(const DrawPart& part, i32 index, const DrawingTarget& target) {
   constexpr i64 kWidth = 300, kHeight = 60;
   if (const std::optional<Place> place = placeOf(part)) {

@@ -7,18 +7,19 @@
 
 namespace rvf::inspect {
 
-/// Where a part is drawn: what is printed, and on a layer of its own what only marks a place.
+/// Where parts are drawn: those that are printed, and on a separate layer those that only mark a
+/// place.
 struct DrawingTarget {
   pugi::xml_node ink;
   pugi::xml_node marks;
   pugi::xml_node definitions;
   const DrawingStyle& style;
   const FontSizes& sizes;
-  int& gradients;  // how many are defined
+  int& gradients;  // number defined so far
 };
 
-/// Appends a part as one element that carries its index. Parts that neither print nor have a place
-/// add nothing; a reference is drawn by whoever knows the objects.
+/// Appends a part as one element with its index. Parts that neither print nor have a position add
+/// nothing; references are drawn by the caller, which has the objects.
 void drawPart(const DrawPart& part, i32 index, const DrawingTarget& target);
 
 }  // namespace rvf::inspect

@@ -6,8 +6,8 @@
 
 namespace rvf::inspect {
 
-/// One line on standard error that tells how far the work has come, kept up to date a few times a
-/// second and erased at the end.
+/// One line on standard error that shows the progress, updated a few times a second and erased at
+/// the end.
 class ProgressLine {
  public:
   explicit ProgressLine(bool isShown) : isShown_(isShown) {}

@@ -36,7 +36,7 @@ bool isEmptyFolder(const fs::path& path) {
 
 ReportFolder::ReportFolder(const std::string& path) : target_(path) {
   if (!target_.has_filename()) {
-    target_ = target_.parent_path();  // a slash at the end
+    target_ = target_.parent_path();  // the path ends with a slash
   }
   if (target_.empty() || target_.filename() == "." || target_.filename() == "..") {
     throw Trouble(path, "name a folder of its own for the report");
@@ -51,7 +51,7 @@ ReportFolder::ReportFolder(const std::string& path) : target_(path) {
   unfinished_ += ".unfinished-" + std::to_string(::getpid());
   fs::create_directories(target_.has_parent_path() ? target_.parent_path() : fs::path("."), error);
   check(target_, error);
-  // A folder of this name is nobody's but ours, so it is not taken over.
+  // The name must be new: an existing folder belongs to someone else.
   if (!fs::create_directory(unfinished_, error)) {
     throw Trouble(unfinished_.native(), error ? error.message() : "exists");
   }

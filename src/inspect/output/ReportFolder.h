@@ -6,20 +6,20 @@
 
 namespace rvf::inspect {
 
-/// The folder that a report is written to, under another name until it is complete: a report that
-/// was there before stays until then. What is not completed is removed.
+/// The folder that a report is written to, under another name until it is complete: an existing
+/// report is kept until then. An incomplete folder is removed.
 class ReportFolder {
  public:
-  /// Throws Trouble if something stands at `path` that is no report, or nothing can be written
-  /// beside it.
+  /// Throws Trouble if something other than a report exists at `path`, or if its parent folder
+  /// cannot be written to.
   explicit ReportFolder(const std::string& path);
   ~ReportFolder();
   ReportFolder(const ReportFolder&) = delete;
   ReportFolder& operator=(const ReportFolder&) = delete;
 
-  /// Writes a file; `name` may have a folder in front.
+  /// Writes a file; `name` may include a folder.
   void write(const std::string& name, std::string_view content);
-  /// Puts the folder to its place.
+  /// Moves the folder to its place.
   void complete();
 
  private:
@@ -27,7 +27,7 @@ class ReportFolder {
   std::filesystem::path unfinished_;
 };
 
-/// What the first line of a report says, by which one is known.
+/// The first line of a report, by which one is recognised.
 constexpr std::string_view kReportMark = "<!doctype html><!-- rvfinspect report, format 1 -->";
 
 }  // namespace rvf::inspect

@@ -18,7 +18,7 @@ namespace rvf::inspect {
 
 namespace {
 
-// Pages that are drawn for the sake of a shared object.
+// Number of pages that are drawn to show a shared object.
 constexpr int kWantedUsers = 3;
 
 void addFileOnDisk(JsonLine& json, const char* name, const CaptureFile& file) {
@@ -31,7 +31,7 @@ void addFileOnDisk(JsonLine& json, const char* name, const CaptureFile& file) {
   json.close();
 }
 
-/// The customer with an id: at the same index in most files, otherwise the first one.
+/// The customer with an id: in most files at the same index, otherwise the first one.
 i32 partnerOf(const eString& id, i32 index, const CaptureFile& file) {
   const i32 count = file.customerCount();
   if (index < count && file.customer(index).id == id) {
@@ -132,7 +132,7 @@ void ReportIndex::findUsers(CaptureFile& file, i32 ObjectChanges::*index, i64 Ob
   };
   std::map<std::pair<i32, i32>, Wanted> wanted;
   for (const ObjectChanges& object : objects_) {
-    // Pages of the first file serve for an object of both.
+    // For an object in both files, pages of the first are enough.
     const bool isServed = index == &ObjectChanges::second && object.firstPages > 0;
     if (object.*index != kNone && object.*pages > 0 && !isServed) {
       wanted[{object.objectType, object.*index}] = {&object, 0};
@@ -156,7 +156,7 @@ void ReportIndex::findUsers(CaptureFile& file, i32 ObjectChanges::*index, i64 Ob
       std::erase_if(wanted, [](const auto& entry) { return entry.second.users == kWantedUsers; });
     }
   }
-  // What the reader reports was told as damage when the pages were inspected.
+  // The reader's messages were reported as damage when the pages were inspected.
   static_cast<void>(messageReporter.takePending());
 }
 
@@ -188,7 +188,7 @@ std::string ReportIndex::html(const CaptureFile& first, const CaptureFile& secon
 
 void ReportIndex::addGroups(JsonLine& json, const CaptureFile& first,
                             const DrawnPages& drawn) const {
-  std::map<i32, std::size_t> customers;  // where an id stands in the table behind the groups
+  std::map<i32, std::size_t> customers;  // index of an id in the table that follows the groups
   json.name("groups").openList();
   for (const ChangeGroup& group : groups_) {
     addGroup(json.open(), group);

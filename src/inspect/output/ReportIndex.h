@@ -11,7 +11,8 @@
 
 namespace rvf::inspect {
 
-/// Keeps what the overview and the list of groups show, and writes them as the report's first page.
+/// Keeps the data of the overview and the list of groups, and writes them as the report's first
+/// page.
 class ReportIndex final : public InspectionListener {
  public:
   static constexpr std::size_t kMostDamages = 100;
@@ -29,8 +30,8 @@ class ReportIndex final : public InspectionListener {
 
   [[nodiscard]] const std::vector<ObjectChanges>& objects() const { return objects_; }
   [[nodiscard]] const Summary& summary() const { return summary_; }
-  /// The pages to draw. A shared object's change is in no page's list, so pages that refer to it
-  /// are looked for in both files.
+  /// The pages to draw. The changes of a shared object are not in the list of any page, so pages
+  /// that refer to it are looked for in both files.
   [[nodiscard]] std::vector<PagePlace> choosePages(CaptureFile& first, CaptureFile& second,
                                                    std::size_t maxPages);
   /// The whole page index.html.

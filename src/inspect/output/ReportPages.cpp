@@ -40,10 +40,10 @@ std::string fileName(const char* folder, std::size_t number) {
   return name;
 }
 
-// What comes from a file is data alone: a string or JSON, never a script's own text.
+// Content from a file is only data: a string or JSON, never script code.
 std::string asScript(const JsonLine& json) { return "rvfReport.receive(" + json.text() + ");\n"; }
 
-/// The customer whose pages a record stands among.
+/// The customer that a page record belongs to.
 i32 customerOf(const CaptureFile& file, const PageRecord* record) {
   for (i32 c = 0; c < file.customerCount(); ++c) {
     const auto& pages = file.customer(c).pages;
@@ -72,7 +72,7 @@ std::vector<Box> spaceOf(const std::optional<ListPlaces>& places, const std::str
   return places ? places->onPage(list) : std::vector<Box>();
 }
 
-/// A page is in one pair only, whatever it is paired with, so one side names the pair.
+/// A page is in only one pair, whatever it is paired with, so one side identifies the pair.
 PagePlace withOneSide(const PagePlace& place) {
   return place.first == kNone ? place : PagePlace{place.customer, place.first, kNone};
 }
@@ -116,7 +116,7 @@ void ReportPages::verdict(const PageAddress& address, const PageVerdict& verdict
   verdict_ = verdict;
 }
 
-// Of a customer that only one file has, the first page is drawn.
+// For a customer that only one file has, the first page is drawn.
 void ReportPages::customer(const Change& change, i32 customer, const eString& id) {
   const bool isAdded = change.kind == ChangeKind::kAdded;
   CaptureFile& file = isAdded ? second_ : first_;
@@ -217,7 +217,7 @@ void ReportPages::addChanges(Writing& page) {
   page.json.closeList();
 }
 
-// A shared object that changed shows on every page that refers to it.
+// A changed shared object is shown on every page that refers to it.
 void ReportPages::addSharedChanges(Writing& page) {
   for (const ObjectChanges& object : objects_) {
     for (const Change& change : object.changes) {

@@ -22,15 +22,15 @@ struct DrawnPlace {
   Box box;
 };
 
-/// What the overview needs of the pages that are drawn.
+/// What the overview needs from the drawn pages.
 struct DrawnPages {
-  std::vector<std::string> entries;                    // as JSON, one a page
+  std::vector<std::string> entries;                    // as JSON, one per page
   std::unordered_map<u64, std::vector<i32>> ofGroups;  // indexes of entries
   std::unordered_map<u64, DrawnPlace> places;          // of groups, on the first page that has one
 };
 
-/// Writes the data files of chosen pages when an inspection comes to them: both drawings and every
-/// change. The pages of the files in memory are others afterwards.
+/// Writes the data files of chosen pages when an inspection reaches them: both drawings and every
+/// change. Afterwards, the files have other pages in memory.
 class ReportPages final : public InspectionListener {
  public:
   /// Draws the page that a context holds, as SVG.
@@ -52,7 +52,7 @@ class ReportPages final : public InspectionListener {
   void end(const Summary&, const ChangeGroups&) override {}
 
  private:
-  /// A page of one file while it is written.
+  /// A page of one file while it is being written.
   struct Side;
   struct Writing;
 

@@ -22,8 +22,8 @@ struct PagePlace {
   }
 };
 
-/// Keeps where the changes of each group are, and chooses the pages that the report draws. Takes no
-/// more memory than its limits allow.
+/// Keeps where the changes of each group are, and chooses the pages that the report draws. Memory
+/// use is limited.
 class ReportPlan {
  public:
   static constexpr std::size_t kMostPlacesOfGroup = 200;
@@ -31,12 +31,12 @@ class ReportPlan {
 
   void add(u64 group, const PagePlace& place);
 
-  /// Up to `maxPages`, for groups in their order: one of each group, then a second and a third,
-  /// then all that are known of the largest.
+  /// Up to `maxPages` pages for groups in their order: one for each group, then a second and a
+  /// third, then all known ones of the largest groups.
   [[nodiscard]] std::vector<PagePlace> choose(std::span<const ChangeGroup* const> groups,
                                               std::size_t maxPages) const;
 
-  /// The customers of a group, as far as they were kept.
+  /// The customers of a group, as far as they are kept.
   [[nodiscard]] std::vector<i32> customersOf(u64 group) const;
 
  private:

@@ -5,8 +5,8 @@
 
 namespace rvf::inspect {
 
-/// JSON as it can stand in a script element, which ends where a text says so. Nothing outside of
-/// the strings of JSON has such a character.
+/// JSON that is safe in a script element, which a text could otherwise end. Only strings in JSON
+/// can contain such a character.
 [[nodiscard]] inline std::string inScriptElement(std::string_view json) {
   std::string text;
   text.reserve(json.size() + json.size() / 64);

@@ -32,7 +32,7 @@ void refer(xml_node node, i32 number, std::vector<i32>& stored) {
   }
 }
 
-/// A text of one run needs no element of its own for it, and large pages consist of such texts.
+/// A text of one run needs no separate element for the run, and large pages consist of such texts.
 void joinRun(xml_node text) {
   const xml_node run = text.first_child();
   if (std::strcmp(run.name(), "tspan") != 0 || run.next_sibling() ||

@@ -10,17 +10,17 @@
 namespace rvf::inspect {
 
 /// A drawing whose shared objects and images are replaced by references to stored ones:
-/// `data-stored="N"` on the element that lacks its content or its image.
+/// `data-stored="N"` on the element whose content or image is missing.
 struct SplitDrawing {
   std::string svg;
-  std::vector<i32> stored;  // the numbers that it refers to, each once
+  std::vector<i32> stored;  // the numbers it refers to, each once
   std::string viewBox;
 };
 
-/// Takes what many drawings have in common out of them, so that it is stored once.
+/// Extracts what many drawings have in common, so that it is stored once.
 class SharedDrawings {
  public:
-  /// Told each thing that is stored, once: the content of a group as SVG, or an image's address.
+  /// Receives each stored item once: the content of a group as SVG, or an image's address.
   using Store = std::function<void(i32 number, const std::string& content)>;
 
   explicit SharedDrawings(Store store) : store_(std::move(store)) {}

@@ -7,7 +7,7 @@ namespace rvf::inspect {
 
 namespace {
 
-/// One suite with one case for each pair.
+/// One suite with one case per pair.
 class JUnitSummaryWriter final : public SummaryWriter {
  public:
   explicit JUnitSummaryWriter(Output& output) : report_(output) {}

@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A path as an address: every byte that could mean something else there by its number.
+/// A path as an address: every byte with a special meaning is written by its number.
 std::string addressOf(std::string_view path) {
   constexpr std::string_view kPlain =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
@@ -31,7 +31,7 @@ std::string addressOf(std::string_view path) {
   return address;
 }
 
-/// Writes the pairs into the page as they come, so that no number of them is in memory.
+/// Writes the pairs into the page one by one, so that they are not all in memory.
 class PageSummaryWriter final : public SummaryWriter {
  public:
   PageSummaryWriter(Output& output, fs::path home) : output_(output), home_(std::move(home)) {}
@@ -56,7 +56,7 @@ class PageSummaryWriter final : public SummaryWriter {
     addPair(json.open(), pair, inspection);
     const std::string report = pair.folder + "/report/index.html";
     std::error_code error;
-    // The address of a report has the pair's name in it.
+    // The address of a report contains the pair's name.
     if (!redactsTexts && fs::exists(folder_ / report, error)) {
       json.field("report", std::string_view(way_ + addressOf(report)));
     }

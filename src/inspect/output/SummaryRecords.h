@@ -5,9 +5,9 @@
 
 namespace rvf::inspect {
 
-// What JSON Lines and the page of a night have in common. Each appends to an object that is open.
+// Shared by JSON Lines and the summary page. Each function appends to an open object.
 
-/// As rvfjobs writes it, with the names of the bits and what reading the pair again brought;
+/// As rvfjobs writes it, with the names of the bits and the results of reading the pair again;
 /// `inspection` is null for a pair that was not read again.
 void addPair(JsonLine& json, const PairResult& pair, const PairInspection* inspection);
 void addGroupOfPairs(JsonLine& json, const GroupOfPairs& entry);

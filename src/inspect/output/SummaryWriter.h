@@ -8,7 +8,7 @@
 
 namespace rvf::inspect {
 
-/// Shows the results of many pairs: each as it is read, then what they add up to.
+/// Shows the results of many pairs: each as it is read, then their totals.
 class SummaryWriter {
  public:
   virtual ~SummaryWriter() = default;
@@ -22,7 +22,7 @@ class SummaryWriter {
 [[nodiscard]] std::unique_ptr<SummaryWriter> makeJsonSummaryWriter(Output& output);
 [[nodiscard]] std::unique_ptr<SummaryWriter> makeJUnitSummaryWriter(Output& output);
 /// An HTML page with links to the reports in the folders of pairs. `path` is where the page will
-/// be: links lead from there, or from the folder of results if it is empty.
+/// be: links are relative to it, or to the folder of results if it is empty.
 [[nodiscard]] std::unique_ptr<SummaryWriter> makePageSummaryWriter(Output& output,
                                                                    const std::string& path);
 
