@@ -15,9 +15,9 @@ namespace rvf::inspect {
 /// "Text, Content (2176)", or "identical".
 [[nodiscard]] std::string bitsInWords(DiffFlags bits);
 
-/// The bit of a name, in any case; 0 for a name that there is not.
+/// The bit with a name, in any case; 0 for an unknown name.
 [[nodiscard]] DiffFlags bitOfName(std::string_view name);
-/// All names, with a comma between them.
+/// All names, separated by commas.
 [[nodiscard]] std::string allBitNames();
 
 }  // namespace rvf::inspect

@@ -35,7 +35,7 @@ class CaptureCheck {
   }
 
  private:
-  /// Bytes of the file that something refers to.
+  /// A range of bytes that something refers to.
   struct Stretch {
     i64 begin = 0;
     i64 end = 0;
@@ -115,7 +115,7 @@ class CaptureCheck {
     }
   }
 
-  // Each object that is missing is told once a page.
+  // Each missing object is reported once per page.
   void checkParts(const DrawList& list, i32 c, i32 p, std::set<std::pair<i32, i32>>& missing) {
     const i32 position = file_.page(c, p).filePosition;
     for (const DrawPart& part : list.parts()) {

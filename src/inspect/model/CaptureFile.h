@@ -9,16 +9,16 @@
 
 namespace rvf::inspect {
 
-/// How text is stored in files that are too old to tell.
+/// How text is stored in files too old to specify it.
 enum class OldText { kOneByte, kTwoBytes };
 
-/// Whether a file that a run would refuse is trouble at once.
+/// Whether a file that a run would reject is an error at once.
 enum class Acceptance { kRequired, kOptional };
 
 /// A page-capture file on disk, loaded: its tables, its index, and one page at a time.
 class CaptureFile {
  public:
-  /// Throws Trouble with the reason if the file cannot be opened or, where that is required, is not
+  /// Throws Trouble with the reason if the file cannot be opened or, with kRequired, is not
   /// accepted.
   CaptureFile(const std::string& path, OldText oldText,
               Acceptance acceptance = Acceptance::kRequired);
@@ -38,8 +38,8 @@ class CaptureFile {
     return customer(c).pages[static_cast<std::size_t>(p)];
   }
 
-  /// Brings a page into the context. The result says what keeps it from being whole; what was read
-  /// in front of that is there.
+  /// Loads a page into the context. The result says why it is incomplete, if it is; everything
+  /// before that place has been read.
   const std::optional<PageFailure>& loadPage(i32 customer, i32 page);
 
  private:
@@ -49,9 +49,9 @@ class CaptureFile {
   RvfReader reader_;
 };
 
-/// What is wrong with a file that was not accepted, in words.
+/// Describes what is wrong with a file that was not accepted.
 [[nodiscard]] std::string inWords(const LoadResult& result);
-/// The same for a page, without its place.
+/// The same for a page, without its location.
 [[nodiscard]] std::string inWords(const PageFailure& failure);
 
 }  // namespace rvf::inspect

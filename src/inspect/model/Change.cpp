@@ -22,7 +22,7 @@ std::string_view nameOf(ChangeKind kind) {
 
 void setFields(Change& change, std::vector<FieldChange> fields) {
   change.fields = std::move(fields);
-  // What a text says is the first thing that people want to know, and its length follows from it.
+  // The text itself is the most interesting field, and its length follows from it.
   std::stable_partition(change.fields.begin(), change.fields.end(), [](const FieldChange& field) {
     return std::holds_alternative<std::u16string>(field.from) ||
            std::holds_alternative<std::u16string>(field.to);

@@ -16,7 +16,7 @@ enum class ChangeKind { kChanged, kMoved, kOrder, kAdded, kRemoved };
 /// "changed", "moved" and so on.
 [[nodiscard]] std::string_view nameOf(ChangeKind kind);
 
-/// Why the verdict does not see a change. The texts are part of the output formats.
+/// Why the verdict ignores a change. The texts are part of the output formats.
 namespace ignored_by {
 constexpr std::string_view kPositionTolerance = "position tolerance";
 constexpr std::string_view kLineTolerance = "line tolerance";
@@ -30,12 +30,12 @@ constexpr std::string_view kPageName = "page name";
 constexpr std::string_view kEncoding = "bytes that no field holds";
 }  // namespace ignored_by
 
-/// What an index of a change says when the side has nothing there.
+/// The index in a change for a side that has nothing there.
 constexpr i32 kNone = -1;
 
-/// One difference between two files, as a person would say it.
+/// One difference between two files, as a person would describe it.
 struct Change {
-  /// Fields that are listed; those behind them are counted.
+  /// The number of fields that are listed; the rest are counted.
   static constexpr std::size_t kMostFields = 64;
 
   ChangeKind kind = ChangeKind::kChanged;
@@ -46,7 +46,7 @@ struct Change {
   std::string_view ignoredBy;  // empty: the change counts for the verdict
   std::vector<FieldChange> fields;
   i64 fieldsLeftOut = 0;
-  std::u16string text;  // what a part says, such as the characters of a text, for people
+  std::u16string text;  // readable content of a part, such as the characters of a text
   std::optional<Box> firstBox;
   std::optional<Box> secondBox;
   Place distance;  // of kMoved
@@ -54,7 +54,7 @@ struct Change {
   [[nodiscard]] bool counts() const { return ignoredBy.empty(); }
 };
 
-/// Takes over the fields up to the limit, texts first, and counts the others.
+/// Sets the fields up to the limit, texts first, and counts the rest.
 void setFields(Change& change, std::vector<FieldChange> fields);
 
 }  // namespace rvf::inspect

@@ -9,7 +9,7 @@ namespace rvf::inspect {
 
 namespace {
 
-// An id is shown by 48 of its bits.
+// Only 48 bits of an id are shown.
 constexpr u64 kIdMask = 0xFFFFFFFFFFFF;
 constexpr std::size_t kMostExampleCharacters = 200;
 

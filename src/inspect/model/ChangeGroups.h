@@ -17,11 +17,11 @@ struct GroupKey {
   std::string type{};
   std::string list{};
   std::vector<std::string> fields{};  // sorted, without the numbers of elements; none if added
-  i32 page = kNone;                   // its number within the customer, from 0
-  std::optional<Place> place{};       // in the first file, if there is one and nothing moved
+  i32 page = kNone;                   // its index within the customer
+  std::optional<Place> place{};       // in the first file if it exists there and nothing moved
   std::optional<Place> distance{};
 
-  /// What names the group, the same in every run.
+  /// Identifies the group, the same in every run.
   [[nodiscard]] u64 id() const;
 };
 
@@ -52,23 +52,22 @@ struct ChangeGroup {
   i64 customers = 0;
   i64 changes = 0;
   i64 pairs = 0;            // distinct old and new values
-  bool hasAllPairs = true;  // false: there are more than were counted
+  bool hasAllPairs = true;  // false: more than were counted
   std::vector<GroupExample> examples;
 };
 
-/// Puts changes that say the same together. Takes no more memory than its limits allow; what no
-/// longer fits is counted.
+/// Groups changes that are alike. Memory use is limited; what no longer fits is counted.
 class ChangeGroups {
  public:
   static constexpr std::size_t kMostGroups = 20000;
   static constexpr std::size_t kMostPairs = 400000;  // of all groups together
 
-  /// Changes of one page come one after the other, and so do pages of one customer.
+  /// Changes on the same page must be added consecutively, and so must pages of the same customer.
   void add(const Change& change, const ChangePlace& place);
-  /// An object's change stands for all pages that use it.
+  /// A change of an object counts for all pages that use it.
   void addForPages(const Change& change, i64 pages);
 
-  /// With the most pages first.
+  /// Those with the most pages first.
   [[nodiscard]] std::vector<const ChangeGroup*> sorted() const;
   [[nodiscard]] std::size_t count() const { return groups_.size(); }
   [[nodiscard]] i64 changesLeftOut() const { return changesLeftOut_; }

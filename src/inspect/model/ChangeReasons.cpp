@@ -11,7 +11,7 @@ namespace {
 
 constexpr Tolerances kStrict{0, 0};
 
-// Why parts that are equal as far as they are compared are not the same.
+// Why parts that compare as equal are not the same.
 std::string_view ruleOfEqualParts(const DrawPart& right) {
   switch (right.type) {
     case PartType::kUnknown:

@@ -28,7 +28,8 @@ struct DifferenceTotals {
   i32 pageCountDelta = 0;
 };
 
-/// Told what stands in a difference file, in its order. What is never told is not in the file.
+/// Receives the contents of a difference file in order. A function is not called for what the file
+/// lacks.
 class DifferenceVisitor {
  public:
   virtual ~DifferenceVisitor() = default;
@@ -39,8 +40,8 @@ class DifferenceVisitor {
   virtual void totals(const DifferenceTotals&) {}
 };
 
-/// Reads a difference file, which is open, to its end. The result is empty for a complete file and
-/// otherwise says what it lacks; what was read before is told all the same.
+/// Reads an open difference file to its end. The result is empty for a complete file and otherwise
+/// says what is missing; everything before that is passed on all the same.
 [[nodiscard]] std::string readDifferenceFile(FileObject& file, DifferenceVisitor& visitor);
 
 }  // namespace rvf::inspect

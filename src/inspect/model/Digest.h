@@ -9,8 +9,8 @@
 
 namespace rvf::inspect {
 
-/// A 64-bit digest of values in their order. Equal digests are taken for equal values; that two
-/// different pages or parts have one by chance is less likely than a fault of the memory.
+/// A 64-bit digest of a sequence of values. Equal digests are taken as equal values: that two
+/// different pages or parts have the same digest by chance is less likely than a memory fault.
 class Digest {
  public:
   void add(u64 value) {
@@ -19,7 +19,7 @@ class Digest {
   }
   void addBytes(std::span<const std::byte> bytes) {
     add(bytes.size());
-    // Four chains at a time, since each step waits for the one before.
+    // Four chains in parallel, since each step has to wait for the previous one.
     constexpr std::size_t kLanes = 4;
     if (bytes.size() >= 2 * kLanes * sizeof(u64)) {
       u64 lanes[kLanes] = {state_, ~state_, state_ * kFactor, ~(state_ * kFactor)};

@@ -40,7 +40,7 @@ class Inspection {
   }
 
  private:
-  // How many customers a run compares: all, or those in front of the first with another id.
+  // How many customers a run compares: all, or those before the first with a different id.
   i32 judgedCustomers() {
     Summary& summary = tally_.summary;
     if (first_.reader().resolution != second_.reader().resolution) {
@@ -120,12 +120,12 @@ class Inspection {
       InspectedSide second{second_, secondBytes_};
       inspectCustomers(first, second, pair, {settings_, listener_, tally_, childLists_});
     }
-    // What the readers report is told as damage already.
+    // The readers' messages have been reported as damage.
     static_cast<void>(messageReporter.takePending());
     listener_.progress(pair.first + 1, first_.customerCount());
   }
 
-  // A number of pages below 0 stands for none; any other one shows in the pages.
+  // A negative number of pages means none; any other number shows in the pages.
   static std::vector<Field> fieldsOfCustomer(const CustomerRecord& customer) {
     return {{"leadValue", i64{customer.leadValue}},
             {"pageCount", i64{std::min(customer.pageCount, 0)}}};
@@ -230,7 +230,7 @@ class Inspection {
       change.second = object.second;
       object.changes.push_back(std::move(change));
     }
-    // An object counts through the references that lead to it.
+    // An object counts through the references to it.
     for (Change& change : object.changes) {
       if (change.counts() && (pages == 0 || !isPaired)) {
         change.ignoredBy = ignored_by::kChildren;
@@ -242,8 +242,8 @@ class Inspection {
     }
   }
 
-  // Two files that differ are never told to be the same: whatever differs in the index and shows
-  // nowhere else, such as a record of another form, is told by its bytes.
+  // Two files that differ are never reported as the same: differences in the index that show
+  // nowhere else, such as a record in another form, are reported by its bytes.
   void explainTheRest() {
     if (tally_.reported > 0) {
       return;

@@ -19,15 +19,15 @@ namespace rvf::inspect {
 struct InspectionSettings {
   Tolerances tolerances{};
   OldText oldText = OldText::kOneByte;
-  /// Whether a customer is looked at, by its index and id; all are without it.
+  /// Whether a customer is inspected, by its index and id; if empty, all are.
   std::function<bool(i32 index, const eString& id)> selectsCustomer{};
-  std::optional<i32> page{};       // this page of each customer alone, from 0
-  std::set<u64> acceptedGroups{};  // whose changes are left out
+  std::optional<i32> page{};       // only this page of each customer, from 0
+  std::set<u64> acceptedGroups{};  // their changes are left out
 };
 
-/// Where a page stands in both files; kNone on the side that does not have it.
+/// The position of a page in both files; kNone on a side that lacks it.
 struct PageAddress {
-  i32 customer = 0;  // of the first file; of the second for a customer that only that one has
+  i32 customer = 0;  // of the first file, or of the second if only that has it
   const eString* id = nullptr;
   i32 first = kNone;
   i32 second = kNone;
@@ -38,7 +38,7 @@ struct PageResult {
   PageAddress address;
   const PageRecord* firstRecord = nullptr;
   const PageRecord* secondRecord = nullptr;
-  DiffFlags verdictBits = 0;  // of the first file's page, as far as a run judges it
+  DiffFlags verdictBits = 0;  // for the first file's page, if a run compares it
   std::vector<Change> changes;
 };
 
@@ -53,17 +53,17 @@ struct Damage {
 
 struct Summary {
   DiffFlags bits = 0;
-  std::string verdictEnd;  // why a run compares no further; empty if it compares everything
+  std::string verdictEnd;  // why a run stops early; empty if it compares everything
   i64 pagesCompared = 0;
   i64 pagesDiffering = 0;
   i64 pagesAdded = 0;
   i64 pagesRemoved = 0;
   i64 customersAdded = 0;
   i64 customersRemoved = 0;
-  i64 changes = 0;  // those that count
+  i64 changes = 0;  // that count
   i64 changesAccepted = 0;
   std::map<std::string_view, i64> ignored;           // by rule
-  std::optional<i64> smallestPositionTolerance = 0;  // nothing: no tolerance is enough
+  std::optional<i64> smallestPositionTolerance = 0;  // empty: no tolerance is enough
   i64 smallestLineTolerance = 0;
   i64 damagedPages = 0;
   std::set<u64> acceptedSeen;
@@ -71,13 +71,13 @@ struct Summary {
   [[nodiscard]] bool isComplete() const { return damagedPages == 0; }
 };
 
-/// Is told the results of an inspection as it goes through the files.
+/// Receives the results of an inspection as it goes through the files.
 class InspectionListener {
  public:
   virtual ~InspectionListener() = default;
   virtual void begin(const CaptureFile& first, const CaptureFile& second,
                      const InspectionSettings& settings) = 0;
-  /// Changes of the file as a whole and of a customer's record.
+  /// Changes to the file as a whole and to customer records.
   virtual void file(const Change& change) = 0;
   virtual void customer(const Change& change, i32 customer, const eString& id) = 0;
   /// Pages whose bits are not 0.
@@ -87,11 +87,11 @@ class InspectionListener {
   virtual void object(const ObjectChanges& object) = 0;
   virtual void damage(const Damage& damage) = 0;
   virtual void end(const Summary& summary, const ChangeGroups& groups) = 0;
-  /// Customers done, of how many.
+  /// The number of customers done, and their total.
   virtual void progress(i32, i32) {}
 };
 
-/// Compares two files: what a run would say of each page and why, and what changed.
+/// Compares two files: what a run reports for each page and why, and what changed.
 void inspectFiles(CaptureFile& first, CaptureFile& second, const InspectionSettings& settings,
                   InspectionListener& listener);
 

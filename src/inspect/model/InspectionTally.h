@@ -7,14 +7,15 @@
 
 namespace rvf::inspect {
 
-/// Adds up what an inspection finds: leaves out accepted changes, groups the others, and counts.
+/// Adds up the findings of an inspection: leaves out accepted changes, groups the others, and
+/// counts.
 class InspectionTally {
  public:
   explicit InspectionTally(const InspectionSettings& settings) : settings_(settings) {}
 
   /// Removes accepted changes and counts the rest.
   void take(std::vector<Change>& changes, const ChangePlace& place);
-  /// The same for the changes of an object, on all pages that use it.
+  /// The same for changes of an object, for all pages that use it.
   void takeForPages(std::vector<Change>& changes, i64 pages);
 
   Summary summary;

@@ -40,7 +40,7 @@ std::optional<i64> optionalCount(const json& value, i64 most) {
   return value.get<i64>();
 }
 
-// Folders are opened: one that a changed line names must not lead out of the results.
+// The folders are opened, so a manipulated line must not name one outside the results.
 bool isFolderOfPair(const std::string& folder) {
   constexpr std::string_view kPairs = "pairs/";
   if (!folder.starts_with(kPairs)) {

@@ -11,7 +11,7 @@
 
 namespace rvf::inspect {
 
-/// What a pair of a night came to.
+/// The outcome of a pair in a job.
 enum class Outcome { kIdentical, kDifferent, kOneSided, kFailed };
 
 /// A line of results.jsonl, which rvfjobs writes. Its texts come from file names and messages and
@@ -20,9 +20,9 @@ struct PairResult {
   std::u16string name;
   std::string folder;  // within the folder of results
   std::optional<std::u16string> first;
-  std::optional<std::u16string> second;  // nothing: there is no such file
+  std::optional<std::u16string> second;  // empty: there is no such file
   std::vector<std::u16string> options;
-  std::string state;  // one of those that rvfjobs knows
+  std::string state;  // one of the states of rvfjobs
   std::u16string reason;
   std::optional<i64> status;
   std::optional<DiffFlags> bits;
@@ -34,27 +34,27 @@ struct PairResult {
   [[nodiscard]] i64 bytes() const { return firstBytes.value_or(0) + secondBytes.value_or(0); }
 };
 
-/// What the options of a pair say of the comparison. Those in a control file are not seen.
+/// The comparison settings in the options of a pair, except for those in control files.
 struct PairOptions {
   Tolerances tolerances{};
   OldText oldText = OldText::kOneByte;
 };
 [[nodiscard]] PairOptions withOptionsOf(const PairResult& pair, PairOptions options);
 
-/// Why a comparison that gives other bits than the results say does not explain the pair.
+/// Explains why a comparison whose bits differ from those in the results does not explain the pair.
 [[nodiscard]] std::string otherBits(const PairResult& pair, DiffFlags found);
 
-/// The result in the folder of one pair. Throws Trouble.
+/// The result in a pair's folder. Throws Trouble.
 [[nodiscard]] PairResult readPairResult(const std::string& folder);
 
-/// Reads the pairs of a folder of results, one after the other.
+/// Reads the pairs in a folder of results one after another.
 class JobResults {
  public:
-  /// Throws Trouble if the folder holds no results of a run that has ended.
+  /// Throws Trouble if the folder has no results of a finished job.
   explicit JobResults(const std::string& folder);
 
   [[nodiscard]] const std::string& path() const { return path_; }
-  /// The next pair, or nothing behind the last one. Throws Trouble for a line that is none.
+  /// The next pair, or empty after the last one. Throws Trouble for a line that is not a result.
   [[nodiscard]] std::optional<PairResult> next();
 
  private:

@@ -29,7 +29,7 @@ std::string_view nameOf(PairedBy by) {
   }
 }
 
-/// Listens to the matcher and keeps what sets a bit first.
+/// Listens to the matcher and keeps the pairs that first set a bit.
 class ReasonCollector final : public PairingObserver {
  public:
   ReasonCollector(PageVerdict& verdict, ChildListResults& childLists)
@@ -74,7 +74,7 @@ class ReasonCollector final : public PairingObserver {
     keep(std::move(reason));
   }
 
-  // A pair of shared lists is looked into once, however often a page refers to it.
+  // A pair of shared lists is entered only once, however often a page refers to it.
   bool enterGroup(i32 first, i32 second) override {
     const DrawPart& a = (*lists_.back().first)[first];
     const DrawPart& b = (*lists_.back().second)[second];

@@ -11,9 +11,9 @@ namespace rvf::inspect {
 
 namespace {
 
-constexpr i64 kUsualLineHeight = 50;  // 12 points at 300 dots an inch
+constexpr i64 kUsualLineHeight = 50;  // 12 points at 300 dots per inch
 
-/// Follows the positions of a part as its fields are shown.
+/// Collects the positions of a part as its fields are shown.
 class PositionVisitor final : public FieldVisitor {
  public:
   explicit PositionVisitor(const DrawPart& part) : part_(part) {}
@@ -102,7 +102,7 @@ Axis axisOf(const DrawPart& part, std::string_view member, std::string_view fiel
 }
 
 std::optional<Place> placeOf(const DrawPart& part) {
-  // The first position that is shown, for the types that pages consist of.
+  // A short cut to the first position for the most frequent types.
   if (part.type == PartType::kText && !textRuns(part).empty()) {
     return Place{textRuns(part).front().x, textRuns(part).front().y};
   }

@@ -8,7 +8,7 @@
 
 namespace rvf::inspect {
 
-/// A point in page units. Differences of two are 64 bits wide, so that none overflows.
+/// A point in page units, with 64 bits so that differences do not overflow.
 struct Place {
   i64 x = 0;
   i64 y = 0;
@@ -19,21 +19,21 @@ struct Box {
   i64 left = 0, top = 0, right = 0, bottom = 0;
 };
 
-/// Along which axis a field places its part.
+/// The axis along which a field positions its part.
 enum class Axis { kNone, kX, kY };
 
-/// The axis of a field by its name: that of its member or array, and its own. `part` tells which
-/// way a LINESET runs.
+/// The axis of a field by the name of its member or array and its own name. `part` determines the
+/// direction of a LINESET.
 [[nodiscard]] Axis axisOf(const DrawPart& part, std::string_view member, std::string_view field);
 
-/// The first x and the first y of a part; nothing for one without a place.
+/// The first x and the first y of a part; empty for one without a position.
 [[nodiscard]] std::optional<Place> placeOf(const DrawPart& part);
 
 /// The space that a part takes. That of a text is estimated: one line high, from the first run to
-/// where the last one ends at half a line's height a character.
+/// the end of the last one, with characters half as wide as a line is high.
 [[nodiscard]] std::optional<Box> boxOf(const DrawPart& part);
 
-/// The height of a line of a text: the spacing of its runs, or a usual one where there is only one
+/// The line height of a text: the spacing of its runs, or a typical height if there is only one
 /// line.
 [[nodiscard]] i64 lineHeightOf(const DrawPart& text);
 

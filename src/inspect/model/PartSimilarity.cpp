@@ -34,7 +34,7 @@ class SketchVisitor final : public FieldVisitor {
 
  private:
   void addField(std::string_view name, u64 value) {
-    // How long a text is says no more than the text.
+    // The length of a text adds nothing to the text itself.
     const bool isLength = name == "textLength" || name == "charCount" || name == "dataLength";
     if (isLength || sketch_.fields.size() == PartSketch::kMostDigests) {
       return;
@@ -63,7 +63,7 @@ class SketchVisitor final : public FieldVisitor {
   std::string_view member_;
 };
 
-/// The share of two sorted lists that both hold; all of it if both are empty.
+/// The share of values that two sorted lists have in common; all if both are empty.
 i32 sharePer1000(const std::vector<u64>& a, const std::vector<u64>& b) {
   if (a.empty() && b.empty()) {
     return kAll;

@@ -9,8 +9,8 @@
 
 namespace rvf::inspect {
 
-/// What a part is compared by when no equal one was found: its place, its words, and its other
-/// fields by their digests.
+/// What a part without an equal one is compared by: its place, its words, and the digests of its
+/// other fields.
 struct PartSketch {
   static constexpr std::size_t kMostDigests = 64;
 
@@ -21,11 +21,12 @@ struct PartSketch {
 
 [[nodiscard]] PartSketch sketchOf(const DrawPart& part);
 
-/// How far two places may lie apart and still count as near, in page units.
+/// The greatest distance at which two places count as close, in page units.
 constexpr i64 kNearDistance = 300;
 
-/// How alike two parts of one type are, from 0 to 1000; 0: they are not the same part, changed.
-/// `isSameStretch`: they stand between the same equal parts of their lists.
+/// How similar two parts of the same type are, from 0 to 1000; 0 means that they are not versions
+/// of the same part. `isSameStretch` says whether they are between the same equal parts of their
+/// lists.
 [[nodiscard]] i32 similarity(const PartSketch& a, const PartSketch& b, bool isSameStretch);
 
 }  // namespace rvf::inspect

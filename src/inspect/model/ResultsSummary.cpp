@@ -60,7 +60,7 @@ void ResultsSummary::add(const PairResult& pair, const PairInspection* inspectio
 }
 
 void ResultsSummary::addFailure(const PairResult& pair) {
-  // In other states a number is the reason, such as that of a signal.
+  // In other states, a number is part of the reason, such as the number of a signal.
   const std::u16string general = pair.state == "failed" ? withoutNumbers(pair.reason) : pair.reason;
   const std::pair key(pair.state, general);
   if (reasons_.size() == kMostReasons && !reasons_.contains(key)) {
@@ -103,7 +103,7 @@ void ResultsSummary::addGroups(const std::u16string& name, const ChangeGroups& g
     all.group.pages += group->pages;
     all.group.customers += group->customers;
     all.group.changes += group->changes;
-    // Whether the values of one pair are those of another is not known.
+    // It is unknown whether two pairs have the same values.
     all.group.pairs = std::max(all.group.pairs, group->pairs);
     all.group.hasAllPairs = false;
     all.group.ignoredBy = all.group.ignoredBy.empty() ? all.group.ignoredBy : group->ignoredBy;

@@ -12,15 +12,15 @@
 
 namespace rvf::inspect {
 
-/// What reading the files of a different pair again brought.
+/// The results of reading the files of a differing pair again.
 struct PairInspection {
   i64 changes = 0;  // that count and are not accepted
   i64 changesAccepted = 0;
-  bool isAccepted = false;  // nothing counts but accepted changes
-  std::string trouble;      // in shown text: why the pair is not explained; empty if it is
+  bool isAccepted = false;  // only accepted changes count
+  std::string trouble;      // why the pair is not explained, as shown text; empty if it is
 };
 
-/// Pairs that have something in common: how many, and the names of the first few.
+/// Pairs that have something in common: their number, and the names of the first few.
 struct NamedPairs {
   static constexpr std::size_t kMostNames = 3;
 
@@ -30,16 +30,16 @@ struct NamedPairs {
   void add(const std::u16string& name);
 };
 
-/// Pairs that failed for one reason. Failures that differ in their numbers alone, such as offsets,
-/// have one reason.
+/// Pairs that failed for the same reason. Reasons that differ only in numbers, such as offsets,
+/// count as the same.
 struct FailedPairs : NamedPairs {
   std::string state{};
-  std::u16string reason{};  // with N for each number, where the pairs have several
+  std::u16string reason{};  // with N for each number if the pairs have several
 };
 
 /// A group of changes in all pairs.
 struct GroupOfPairs {
-  ChangeGroup group;  // its distinct values are at least as many as in any one pair
+  ChangeGroup group;  // the number of its distinct values is a lower bound
   NamedPairs pairs;
 };
 
@@ -65,8 +65,8 @@ class Greatest {
   std::vector<std::pair<Value, std::u16string>> entries_;
 };
 
-/// Adds up the pairs of a night. Takes no more memory than its limits allow, however many pairs
-/// there are; what no longer fits is counted.
+/// Adds up the pairs of a job. Memory use is limited, however many pairs there are; what no longer
+/// fits is counted.
 class ResultsSummary {
  public:
   static constexpr std::size_t kMostReasons = 1000;
@@ -80,15 +80,15 @@ class ResultsSummary {
   [[nodiscard]] const std::map<Outcome, i64>& outcomes() const { return outcomes_; }
   [[nodiscard]] i64 count(Outcome outcome) const;
   [[nodiscard]] i64 accepted() const { return accepted_; }
-  /// Pairs that were read again, in vain.
+  /// Pairs that were read again without success.
   [[nodiscard]] i64 unexplained() const { return unexplained_; }
   [[nodiscard]] const std::map<DiffFlags, i64>& pairsByBit() const { return pairsByBit_; }
-  /// By state and reason, those of files on one side only among them; the most frequent ones first.
+  /// By state and reason, including files on one side only; the most frequent first.
   [[nodiscard]] std::vector<const FailedPairs*> reasons() const;
   [[nodiscard]] i64 reasonsLeftOut() const { return reasonsLeftOut_; }
   [[nodiscard]] const Greatest<f64>& slowest() const { return slowest_; }
   [[nodiscard]] const Greatest<i64>& largest() const { return largest_; }
-  /// With the most pairs first.
+  /// Those with the most pairs first.
   [[nodiscard]] std::vector<const GroupOfPairs*> groups() const;
   [[nodiscard]] i64 changesNotGrouped() const { return changesNotGrouped_; }
 
@@ -96,7 +96,7 @@ class ResultsSummary {
   [[nodiscard]] bool isComplete() const {
     return count(Outcome::kFailed) == 0 && unexplained_ == 0;
   }
-  /// Whether a pair differs otherwise than by accepted changes.
+  /// Whether any pair differs in more than accepted changes.
   [[nodiscard]] bool differs() const {
     return count(Outcome::kDifferent) > accepted_ || count(Outcome::kOneSided) > 0;
   }
@@ -109,7 +109,8 @@ class ResultsSummary {
   i64 unexplained_ = 0;
   std::map<Outcome, i64> outcomes_;
   std::map<DiffFlags, i64> pairsByBit_;
-  std::map<std::pair<std::string, std::u16string>, FailedPairs> reasons_;  // numbers left out
+  std::map<std::pair<std::string, std::u16string>, FailedPairs>
+      reasons_;  // reasons without numbers
   i64 reasonsLeftOut_ = 0;
   Greatest<f64> slowest_;
   Greatest<i64> largest_;

@@ -8,8 +8,8 @@
 
 namespace rvf::inspect {
 
-/// A choice of customers, as the command line gives it: an id, or # and a number from 1; all
-/// customers if it is empty.
+/// A selection of customers, as given on the command line: an id, or # and a number from 1; all
+/// customers if empty.
 class SelectedCustomer {
  public:
   explicit SelectedCustomer(const std::string& choice) : id_(fromNative(choice)) {}

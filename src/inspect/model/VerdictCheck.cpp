@@ -14,7 +14,7 @@ void VerdictCheck::verdict(const PageAddress& address, const PageVerdict& verdic
 }
 
 void VerdictCheck::end(const Summary& summary, const ChangeGroups& groups) {
-  // What is left was told by nobody: the page has no difference now.
+  // The remaining pages were not reported, so they have no difference now.
   for (std::size_t c = 0; c < expected_.customers.size(); ++c) {
     for (std::size_t p = 0; p < expected_.customers[c].size(); ++p) {
       note(c, p, expected_.customers[c][p], 0);

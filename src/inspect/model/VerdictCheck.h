@@ -8,7 +8,7 @@
 
 namespace rvf::inspect {
 
-/// The bits that a difference file holds, and what it says of its inputs.
+/// The bits in a difference file, and what it says about its inputs.
 struct JudgedPages : DifferenceVisitor {
   void header(const DifferenceHeader& fileHeader) override { header_ = fileHeader; }
   void customer(const DifferenceCustomer&) override { customers.emplace_back(); }
@@ -18,7 +18,7 @@ struct JudgedPages : DifferenceVisitor {
   std::vector<std::vector<DiffFlags>> customers;
 };
 
-/// Passes everything on, and compares the bits of the pages with those of a difference file.
+/// Passes everything on, and compares the bits of the pages with those in a difference file.
 class VerdictCheck final : public InspectionListener {
  public:
   using AtEnd = std::function<void(const Summary&, const ChangeGroups&)>;
@@ -30,7 +30,7 @@ class VerdictCheck final : public InspectionListener {
         atEnd_(std::move(atEnd)),
         atProgress_(std::move(atProgress)) {}
 
-  /// Empty if the bits are the same; otherwise the first page where they are not.
+  /// Empty if the bits are the same; otherwise the first page where they differ.
   [[nodiscard]] std::string mismatch() const { return mismatch_; }
 
   void begin(const CaptureFile& first, const CaptureFile& second,
