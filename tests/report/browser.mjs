@@ -21,6 +21,15 @@ export function inspect(words, statuses = [1]) {
   return result;
 }
 
+/** The JSON Lines of a comparison. */
+export function recordsOf(files, statuses = [1]) {
+  const { stdout } = inspect(["changes", ...files, "--format", "jsonl"], statuses);
+  return stdout
+    .trim()
+    .split("\n")
+    .map((line) => JSON.parse(line));
+}
+
 /** Paths of a made pair of files. */
 export function made(name) {
   execFileSync(path.join(programs, "tests", "make_report_captures"), [work]);

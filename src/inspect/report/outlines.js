@@ -3,7 +3,7 @@
 // The outlines of the changes on the pages.
 
 /** What outlines and rows of changes do for the reader. */
-/** @typedef {{choose: (index: number) => void, hover: (index: number, isOn: boolean) => void}} ChangeActs */
+/** @typedef {{choose: (index: number) => unknown, hover: (index: number, isOn: boolean) => void}} ChangeActs */
 
 /** A box that stays a little away from what it is about, at any scale. @param {Box} box */
 function outlineRect([left, top, right, bottom]) {

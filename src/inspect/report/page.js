@@ -19,9 +19,7 @@ class PageView {
     this.blinker = new Blinker();
     /** @type {ChangeActs} */
     this.acts = {
-      choose: (index) => {
-        if (!this.viewport.hasDragged) go({ ...state, change: index }, "replace");
-      },
+      choose: (index) => go({ ...state, change: index }, "replace"),
       hover: (index, isOn) => this.mark(index, "hovered", isOn),
     };
     this.isOn = { outlines: true, ignored: true, marks: false };
@@ -44,6 +42,7 @@ class PageView {
       return;
     }
     const isNew = this.data?.page !== wanted;
+    this.stage.toggleAttribute("aria-busy", false);
     if (isNew) {
       this.stage.setAttribute("aria-busy", "true");
       try {
@@ -103,7 +102,11 @@ class PageView {
     const view = commonView(this.drawings);
     const sheets = this.drawings.map((drawing, at) => makeSheet(drawing, view, sides[at]));
     const outlines = (/** @type {Side[]} */ shown) =>
-      outlineLayer(data.changes, view, shown, this.acts);
+      outlineLayer(data.changes, view, shown, {
+        ...this.acts,
+        // A drag that ends on an outline is no click.
+        choose: (index) => this.viewport.hasDragged || this.acts.choose(index),
+      });
     const panes =
       state.mode === 1
         ? [

@@ -95,8 +95,8 @@ class Viewport {
     this.at = { x: clamp(at.x, this.view[2], width), y: clamp(at.y, this.view[3], height), scale };
     for (const sheet of this.sheets) {
       // Whole pixels, or the edges of two sheets above each other would differ by a shade.
-      sheet.style.width = `${Math.round(this.view[2] * scale)}px`;
-      sheet.style.height = `${Math.round(this.view[3] * scale)}px`;
+      sheet.style.width = `${Math.max(Math.round(this.view[2] * scale), 1)}px`;
+      sheet.style.height = `${Math.max(Math.round(this.view[3] * scale), 1)}px`;
       sheet.style.transform = `translate(${Math.round(this.at.x)}px, ${Math.round(this.at.y)}px)`;
     }
     this.stage.style.setProperty("--unit", String(1 / scale));
@@ -193,6 +193,8 @@ class Viewport {
 
   /** @param {PointerEvent} event */
   release(event) {
+    // A finger belongs to what it touched first, which loses it when the stage takes it over.
+    if (event.type === "lostpointercapture" && event.target !== this.stage) return;
     this.pointers.delete(event.pointerId);
   }
 }
