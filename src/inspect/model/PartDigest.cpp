@@ -73,6 +73,31 @@ class ShapeVisitor final : public DigestVisitor {
   std::string_view member_;
 };
 
+/// Takes positions and texts alone.
+class PlaceVisitor final : public FieldVisitor {
+ public:
+  explicit PlaceVisitor(const DrawPart& part) : part_(part) { digest_.add(partIndex(part.type)); }
+
+  void number(std::string_view name, i64 value) override {
+    if (axisOf(part_, member_, name) != Axis::kNone) {
+      digest_.add(static_cast<u64>(value));
+    }
+  }
+  void floating(std::string_view, f64) override {}
+  void colour(std::string_view, u32) override {}
+  void text(std::string_view, std::u16string_view value) override { digest_.addText(value); }
+  void bytes(std::string_view, std::span<const std::byte>) override {}
+  void enter(std::string_view name, i32) override { member_ = name; }
+  void leave() override { member_ = {}; }
+
+  [[nodiscard]] u64 value() const { return digest_.value(); }
+
+ private:
+  const DrawPart& part_;
+  std::string_view member_;
+  Digest digest_;
+};
+
 template <class T>
 void addAll(Digest& digest, std::span<const T> items) {
   digest.addBytes(std::as_bytes(items));
@@ -135,6 +160,12 @@ std::vector<u64> digestsOf(const DrawList& list) {
 
 u64 shapeDigestOf(const DrawPart& part) {
   ShapeVisitor visitor(part, placeOf(part).value_or(Place()));
+  forEachField(part, visitor);
+  return visitor.value();
+}
+
+u64 placeDigestOf(const DrawPart& part) {
+  PlaceVisitor visitor(part);
   forEachField(part, visitor);
   return visitor.value();
 }

@@ -15,4 +15,8 @@ namespace rvf::inspect {
 /// Of all fields but for the place: parts with equal digests differ in nothing else.
 [[nodiscard]] u64 shapeDigestOf(const DrawPart& part);
 
+/// Of a part's type, all of its positions, and its texts: parts with equal digests are at one place
+/// and say the same.
+[[nodiscard]] u64 placeDigestOf(const DrawPart& part);
+
 }  // namespace rvf::inspect

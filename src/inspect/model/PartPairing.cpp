@@ -1,9 +1,10 @@
 #include "inspect/model/PartPairing.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <unordered_map>
 
+#include "base/Sizes.h"
 #include "inspect/model/Digest.h"
 #include "inspect/model/PartDigest.h"
 #include "inspect/model/PartSimilarity.h"
@@ -17,6 +18,7 @@ namespace {
 struct Rest {
   i32 index = 0;    // in its list
   i32 stretch = 0;  // how many parts in front of it are equal and in sequence
+  u64 shape = 0;    // all of it but the place, by a digest
 };
 
 /// Beyond so many parts without an equal one on a page, the n-th of a type in a stretch is paired
@@ -58,15 +60,38 @@ class PartPairing {
   [[nodiscard]] const DrawPart& first(const Rest& rest) const { return first_.list[rest.index]; }
   [[nodiscard]] const DrawPart& second(const Rest& rest) const { return second_.list[rest.index]; }
 
+  // A long common subsequence. Of those that are equally long, one that moves no part which has the
+  // same place in both lists: of A B C and C B A, B stays.
+  [[nodiscard]] std::vector<IndexPair> pairsInSequence() const {
+    std::vector<IndexPair> kept = pairInSequence(first_.digests, second_.digests);
+    const auto end = [](const DigestedList& list) { return static_cast<i32>(list.digests.size()); };
+    for (std::size_t p = 0; p < kept.size(); ++p) {
+      const IndexPair before = p == 0 ? IndexPair(-1, -1) : kept[p - 1];
+      const IndexPair behind =
+          p + 1 == kept.size() ? IndexPair(end(first_), end(second_)) : kept[p + 1];
+      const i32 offset = before.second - before.first;
+      if (kept[p].second - kept[p].first == offset || behind.second - behind.first != offset) {
+        continue;
+      }
+      for (i32 i = before.first + 1; i < behind.first; ++i) {
+        if (first_.digests[asSize(i)] == second_.digests[asSize(i + offset)]) {
+          kept[p] = {i, i + offset};
+          break;
+        }
+      }
+    }
+    return kept;
+  }
+
   void pairEqual() {
-    const std::vector<IndexPair> equal = pairInSequence(first_.digests, second_.digests);
+    const std::vector<IndexPair> equal = pairsInSequence();
     const auto count = [](std::span<const u64> keys) { return static_cast<i32>(keys.size()); };
     const auto fill = [&equal](std::vector<Rest>& rest, i32 size, auto indexOf) {
       i32 next = 0;
       for (std::size_t p = 0; p <= equal.size(); ++p) {
         const i32 end = p < equal.size() ? indexOf(equal[p]) : size;
         for (; next < end; ++next) {
-          rest.push_back({next, static_cast<i32>(p)});
+          rest.push_back({next, static_cast<i32>(p), 0});
         }
         next = end + 1;
       }
@@ -89,19 +114,53 @@ class PartPairing {
     if (firstRest_.empty() || secondRest_.empty()) {
       return;
     }
-    for (const bool inSequence : {true, false}) {
-      const auto shapes = [](const DrawList& list, const std::vector<Rest>& rest) {
-        std::vector<u64> keys;
-        keys.reserve(rest.size());
-        for (const Rest& r : rest) {
-          keys.push_back(shapeDigestOf(list[r.index]));
-        }
-        return keys;
-      };
-      const std::vector<u64> a = shapes(first_.list, firstRest_);
-      const std::vector<u64> b = shapes(second_.list, secondRest_);
-      take(inSequence ? pairInSequence(a, b) : pairAnywhere(a, b), ChangeKind::kMoved);
+    for (Rest& rest : firstRest_) {
+      rest.shape = shapeDigestOf(first(rest));
     }
+    for (Rest& rest : secondRest_) {
+      rest.shape = shapeDigestOf(second(rest));
+    }
+    pairRestyled();
+    take(pairInSequence(shapes(firstRest_), shapes(secondRest_)), ChangeKind::kMoved);
+    take(pairAnywhere(shapes(firstRest_), shapes(secondRest_)), ChangeKind::kMoved);
+  }
+
+  static std::vector<u64> shapes(const std::vector<Rest>& rests) {
+    std::vector<u64> keys;
+    keys.reserve(rests.size());
+    for (const Rest& rest : rests) {
+      keys.push_back(rest.shape);
+    }
+    return keys;
+  }
+
+  // Where more parts of a shape are on one side than on the other, not all of them moved: those
+  // that still say the same at the same place stayed there, and changed otherwise.
+  void pairRestyled() {
+    const std::vector<u64> uneven = unevenShapes();
+    if (uneven.empty()) {
+      return;
+    }
+    const auto keys = [&uneven](const DrawList& list, const std::vector<Rest>& rests, u64 side) {
+      std::vector<u64> result;
+      result.reserve(rests.size());
+      for (const Rest& rest : rests) {
+        const bool isUneven = std::ranges::binary_search(uneven, rest.shape);
+        result.push_back(isUneven ? placeDigestOf(list[rest.index]) : side);
+      }
+      return result;
+    };
+    take(pairAnywhere(keys(first_.list, firstRest_, 1), keys(second_.list, secondRest_, 2)),
+         ChangeKind::kChanged);
+  }
+
+  // Those that occur in different numbers on both sides, in rising order.
+  [[nodiscard]] std::vector<u64> unevenShapes() const {
+    std::vector<u64> a = shapes(firstRest_), b = shapes(secondRest_), uneven;
+    std::ranges::sort(a);
+    std::ranges::sort(b);
+    std::ranges::set_symmetric_difference(a, b, std::back_inserter(uneven));
+    return uneven;
   }
 
   void pairSimilar() {
