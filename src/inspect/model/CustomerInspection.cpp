@@ -28,13 +28,9 @@ class CustomerInspection {
     if (pair_.isJudged && a_.pageCount != b_.pageCount) {
       sink_.tally.summary.bits |= diff::kPageCount;
     }
-    // Nearly always, most pages are the same at the same place.
+    // Nearly always, most pages are the same at the same place, or nearly so.
     i32 p = 0;
-    while (p < common_ && isSameAtSamePlace(p)) {
-      if (isSelected(p, p)) {
-        judge(p);
-        report(p, p, {});
-      }
+    while (p < common_ && (passSamePage(p) || passNearlySamePage(p))) {
       p += 1;
     }
     if (p == count(a_) && p == count(b_)) {
@@ -60,6 +56,57 @@ class CustomerInspection {
   [[nodiscard]] bool isSelected(i32 first, i32 second) const {
     const std::optional<i32>& wanted = sink_.settings.page;
     return !wanted || first == *wanted || second == *wanted;
+  }
+
+  bool passSamePage(i32 p) {
+    if (!isSameAtSamePlace(p)) {
+      return false;
+    }
+    if (isSelected(p, p)) {
+      judge(p);
+      report(p, p, {});
+    }
+    return true;
+  }
+
+  // A page that changed a little is explained while it is at hand. Not if it may have been the next
+  // one: that is found out by looking at all pages.
+  bool passNearlySamePage(i32 p) {
+    const i32 positionA = page(a_, p).filePosition;
+    const i32 positionB = page(b_, p).filePosition;
+    const bool isInStep = count(a_) == count(b_) && positionA >= 0 && positionB >= 0 &&
+                          !hasSameBody(p, p + 1) && !hasSameBody(p + 1, p);
+    if (!isInStep) {
+      return false;
+    }
+    const CompareContext& a = load(first_, pair_.first, p);
+    const CompareContext& b = load(second_, pair_.second, p);
+    PageDigests firstDigests = digestsOf(a);
+    PageDigests secondDigests = digestsOf(b);
+    if (!areNearlyEqual(firstDigests, secondDigests)) {
+      return false;
+    }
+    if (isSelected(p, p)) {
+      judge(p);
+      std::vector<Change> changes;
+      explain({p, p, false}, firstDigests, secondDigests, changes);
+      report(p, p, std::move(changes));
+    }
+    return true;
+  }
+
+  bool hasSameBody(i32 first, i32 second) {
+    if (first >= count(a_) || second >= count(b_)) {
+      return false;
+    }
+    const i32 positionA = page(a_, first).filePosition;
+    const i32 positionB = page(b_, second).filePosition;
+    if (positionA < 0 || positionB < 0) {
+      return positionA < 0 && positionB < 0;
+    }
+    const i64 length = first_.bytes.bodyLengthAt(positionA);
+    return length == second_.bytes.bodyLengthAt(positionB) &&
+           first_.bytes.same(positionA, second_.bytes, positionB, length);
   }
 
   [[nodiscard]] bool isSameAtSamePlace(i32 p) {
@@ -117,7 +164,11 @@ class CustomerInspection {
       change.second = pages.second;
       changes.push_back(std::move(change));
     } else if (!pages.hasSameBytes) {
-      explain(pages, firstPages, secondPages, changes);
+      const CompareContext& a = load(first_, pair_.first, pages.first);
+      const PageDigests firstDigests = digestsFor(firstPages, pages.first, a);
+      const CompareContext& b = load(second_, pair_.second, pages.second);
+      const PageDigests secondDigests = digestsFor(secondPages, pages.second, b);
+      explain(pages, firstDigests, secondDigests, changes);
     }
     report(pages.first, pages.second, std::move(changes));
   }
@@ -152,12 +203,11 @@ class CustomerInspection {
     return known.empty() ? digestsOf(page) : std::move(known.mapped());
   }
 
-  void explain(const PagePair& pages, CustomerPages& firstPages, CustomerPages& secondPages,
-               std::vector<Change>& changes) {
-    const CompareContext& a = load(first_, pair_.first, pages.first);
-    const CompareContext& b = load(second_, pair_.second, pages.second);
-    explainPages(a, digestsFor(firstPages, pages.first, a), b,
-                 digestsFor(secondPages, pages.second, b), sink_.childLists, changes);
+  // Explains the pages that are loaded.
+  void explain(const PagePair& pages, const PageDigests& firstDigests,
+               const PageDigests& secondDigests, std::vector<Change>& changes) {
+    explainPages(first_.file.context(), firstDigests, second_.file.context(), secondDigests,
+                 sink_.childLists, changes);
     const i32 positionA = page(a_, pages.first).filePosition;
     const i32 positionB = page(b_, pages.second).filePosition;
     const bool bothHaveBodies = positionA >= 0 && positionB >= 0;
@@ -184,7 +234,9 @@ class CustomerInspection {
       explainIndex(page(a_, first), page(b_, second), changes);
     }
     const i32 customer = pair_.first;
-    sink_.tally.take(changes, {customer, std::u16string(a_.id.view()), first, second});
+    if (!changes.empty()) {
+      sink_.tally.take(changes, {customer, std::u16string(a_.id.view()), first, second});
+    }
     PageResult result{{customer, &a_.id, first, second},
                       nullptr,
                       nullptr,

@@ -1,17 +1,21 @@
 #include "inspect/model/Fields.h"
 
+#include <functional>
 #include <unordered_map>
 #include <utility>
-
-#include "inspect/model/Digest.h"
 
 namespace rvf::inspect {
 
 void FieldCollector::text(std::string_view name, std::u16string_view value) {
-  add(name, std::u16string(value));
+  if (isWanted()) {
+    add(name, std::u16string(value));
+  }
 }
 
 void FieldCollector::bytes(std::string_view name, std::span<const std::byte> value) {
+  if (!isWanted()) {
+    return;
+  }
   Digest digest;
   digest.addBytes(value);
   add(name, ByteDigest{static_cast<i64>(value.size()), digest.value()});
@@ -68,6 +72,42 @@ void FieldCollector::fold(std::string_view name, const FieldValue& value) {
   digest.add(digestOf(value));
   folded.digest = digest.value();
   folded.length += 1;
+}
+
+void FieldDigests::text(std::string_view name, std::u16string_view value) {
+  Digest digest;
+  digest.addText(value);
+  add(name, digest.value());
+}
+
+void FieldDigests::bytes(std::string_view name, std::span<const std::byte> value) {
+  Digest digest;
+  digest.addBytes(value);
+  add(name, digest.value());
+}
+
+void FieldDigests::enter(std::string_view name, i32 index) {
+  names_.add(std::hash<const void*>()(name.data()) ^ name.size());
+  names_.add(static_cast<u64>(index));
+  hasLongArray_ = hasLongArray_ || index >= FieldCollector::kMostElements;
+}
+
+void FieldDigests::add(std::string_view name, u64 value) {
+  names_.add(std::hash<const void*>()(name.data()) ^ name.size());
+  values_.push_back(value);
+}
+
+std::optional<std::vector<std::size_t>> FieldDigests::differing(const FieldDigests& other) const {
+  if (hasLongArray_ || other.hasLongArray_ || names_.value() != other.names_.value()) {
+    return std::nullopt;
+  }
+  std::vector<std::size_t> numbers;
+  for (std::size_t i = 0; i < values_.size(); ++i) {
+    if (values_[i] != other.values_[i]) {
+      numbers.push_back(i);
+    }
+  }
+  return numbers;
 }
 
 u64 digestOf(const FieldValue& value) {

@@ -24,9 +24,17 @@ ByteDigest FileBytes::bodyAt(i32 position) {
   return stretch(position, position + bodyLengthAt(position));
 }
 
-i64 FileBytes::bodyLengthAt(i32 position) const {
-  const auto next = std::ranges::upper_bound(boundaries_, position);
-  return next == boundaries_.end() ? 0 : i64{*next} - position;
+i64 FileBytes::bodyLengthAt(i32 position) {
+  const auto isNext = [&](std::size_t i) {
+    return i < boundaries_.size() && boundaries_[i] > position &&
+           (i == 0 || boundaries_[i - 1] <= position);
+  };
+  // Pages are mostly asked for in the order of the file.
+  if (!isNext(next_) && !isNext(++next_)) {
+    const auto next = std::ranges::upper_bound(boundaries_, position);
+    next_ = static_cast<std::size_t>(next - boundaries_.begin());
+  }
+  return next_ == boundaries_.size() ? 0 : i64{boundaries_[next_]} - position;
 }
 
 ByteDigest FileBytes::stretch(i64 begin, i64 end) {

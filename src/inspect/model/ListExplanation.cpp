@@ -53,7 +53,7 @@ Change changeOfPair(const DigestedList& first, const DigestedList& second, const
     const Place to = placeOf(b).value_or(Place());
     change.distance = {to.x - from.x, to.y - from.y};
   } else if (pair.kind == ChangeKind::kChanged) {
-    setFields(change, changedFields(fieldsOf(a), fieldsOf(b)));
+    setFields(change, changesOfFields(a, b));
   }
   return change;
 }
@@ -72,6 +72,12 @@ std::u16string textOf(const DrawPart& part) {
   FirstTextVisitor visitor;
   forEachField(part, visitor);
   return std::move(visitor.found);
+}
+
+std::vector<FieldChange> changesOfList(const DrawList& first, const DrawList& second) {
+  std::vector<FieldChange> changes = changesOfFields(first, second);
+  std::erase_if(changes, [](const FieldChange& field) { return field.name == "count"; });
+  return changes;
 }
 
 std::vector<Field> fieldsOfList(const DrawList& list) {

@@ -19,6 +19,8 @@ void explainFields(std::vector<FieldChange> fields, const std::string& type,
                    const std::string& list, std::string_view ignoredBy,
                    std::vector<Change>& changes);
 
+/// The fields of two lists that differ, but for the number of their parts.
+[[nodiscard]] std::vector<FieldChange> changesOfList(const DrawList& first, const DrawList& second);
 /// The fields of a list but for the number of its parts, which shows in the parts.
 [[nodiscard]] std::vector<Field> fieldsOfList(const DrawList& list);
 

@@ -91,6 +91,9 @@ void explainPlacedPair(const PlacedLists& first, i32 i, const PlacedLists& secon
 /// Equal contents first, in sequence; what lies between them, place by place.
 void explainPlacedLists(const PlacedLists& first, const PlacedLists& second,
                         ChildListResults& childLists, std::vector<Change>& changes) {
+  if (first.count() == 0 && second.count() == 0) {
+    return;
+  }
   std::vector<IndexPair> anchors = pairInSequence(first.contents(), second.contents());
   anchors.emplace_back(first.count(), second.count());
   i32 i = 0, j = 0;
@@ -134,12 +137,14 @@ void explainPages(const CompareContext& first, const PageDigests& firstDigests,
                   const CompareContext& second, const PageDigests& secondDigests,
                   ChildListResults& childLists, std::vector<Change>& changes) {
   const bool bothHaveBodies = first.cachedPagePosition >= 0 && second.cachedPagePosition >= 0;
-  if (bothHaveBodies) {
+  const bool sameExtents =
+      first.pageExtentA == second.pageExtentA && first.pageExtentB == second.pageExtentB;
+  if (bothHaveBodies && !sameExtents) {
     explainFields(changedFields(extentsOf(first), extentsOf(second)), "PAGE", "",
                   ignored_by::kField, changes);
   }
-  explainFields(changedFields(fieldsOfList(first.pageList), fieldsOfList(second.pageList)), "LIST",
-                "page", ignored_by::kField, changes);
+  explainFields(changesOfList(first.pageList, second.pageList), "LIST", "page", ignored_by::kField,
+                changes);
   explainParts({first.pageList, firstDigests.pageList}, {second.pageList, secondDigests.pageList},
                "page", childLists, changes);
   explainPlacedLists({first, firstDigests}, {second, secondDigests}, childLists, changes);
@@ -147,6 +152,9 @@ void explainPages(const CompareContext& first, const PageDigests& firstDigests,
 
 void explainIndex(const PageRecord& first, const PageRecord& second, std::vector<Change>& changes) {
   const bool sameName = first.name == second.name;
+  if (sameName && first.leadValue == second.leadValue && first.tailValue == second.tailValue) {
+    return;
+  }
   explainFields(changedFields(indexFieldsOf(first), indexFieldsOf(second)), "PAGE", "",
                 sameName ? ignored_by::kField : ignored_by::kPageName, changes);
 }

@@ -65,19 +65,6 @@ i64 similarityOf(const PageSketch& a, const PageSketch& b) {
   return (commonCount(a.parts, b.parts) + commonCount(a.places, b.places)) * kAll / (2 * larger);
 }
 
-/// Whether three of four parts are the same in front of what differs and behind it.
-bool areNearlyEqual(const std::vector<u64>& a, const std::vector<u64>& b) {
-  const std::size_t shorter = std::min(a.size(), b.size());
-  std::size_t front = 0, end = 0;
-  while (front < shorter && a[front] == b[front]) {
-    front += 1;
-  }
-  while (front + end < shorter && a[a.size() - 1 - end] == b[b.size() - 1 - end]) {
-    end += 1;
-  }
-  return shorter > 0 && 4 * (front + end) >= 3 * std::max(a.size(), b.size());
-}
-
 class PagePairing {
  public:
   PagePairing(CustomerPages& first, CustomerPages& second, i32 start)
@@ -141,7 +128,7 @@ class PagePairing {
     const bool hasSameNumbers = beginI == beginJ && endI == endJ;
     for (i32 p = beginI; hasSameNumbers && p < endI; ++p) {
       if (sketchedParts_ <= kMostParts &&
-          areNearlyEqual(digestsOfPage(first_, p).pageList, digestsOfPage(second_, p).pageList)) {
+          areNearlyEqual(digestsOfPage(first_, p), digestsOfPage(second_, p))) {
         pairStretch(beginI, p, beginJ, p);
         pairs_.push_back({p, p, false});
         beginI = beginJ = p + 1;
@@ -270,6 +257,20 @@ class PagePairing {
 };
 
 }  // namespace
+
+bool areNearlyEqual(const PageDigests& first, const PageDigests& second) {
+  const std::vector<u64>& a = first.pageList;
+  const std::vector<u64>& b = second.pageList;
+  const std::size_t shorter = std::min(a.size(), b.size());
+  std::size_t front = 0, end = 0;
+  while (front < shorter && a[front] == b[front]) {
+    front += 1;
+  }
+  while (front + end < shorter && a[a.size() - 1 - end] == b[b.size() - 1 - end]) {
+    end += 1;
+  }
+  return shorter > 0 && 4 * (front + end) >= 3 * std::max(a.size(), b.size());
+}
 
 std::vector<PagePair> pairPages(CustomerPages& first, CustomerPages& second, i32 start) {
   return PagePairing(first, second, start).run();

@@ -31,6 +31,9 @@ struct CustomerPages {
 /// customers; with more, pages pair by position. Told in the help.
 constexpr i64 kMostParts = 1000000;
 
+/// Whether three of four parts of two pages are the same in front of what differs and behind it.
+[[nodiscard]] bool areNearlyEqual(const PageDigests& first, const PageDigests& second);
+
 /// Pairs pages from index `start` of both sides on by their content: those of equal bytes in
 /// sequence; between them those of one number that are nearly equal, and the most similar that
 /// share at least half of their parts. A part at the same place that was changed counts half. Pages

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <unordered_map>
 
 #include "base/Sizes.h"
@@ -44,6 +45,7 @@ class PartPairing {
 
   std::vector<PartPair> run() {
     pairEqual();
+    pairTheOnlyOne();
     pairMoved();
     pairSimilar();
     for (const Rest& rest : firstRest_) {
@@ -108,6 +110,19 @@ class PartPairing {
     };
     take(pairAnywhere(digest(first_, firstRest_), digest(second_, secondRest_)),
          ChangeKind::kOrder);
+  }
+
+  // Nearly always one part of a page changed, and stays where it is.
+  void pairTheOnlyOne() {
+    if (firstRest_.size() != 1 || secondRest_.size() != 1) {
+      return;
+    }
+    const DrawPart& a = first(firstRest_.front());
+    const DrawPart& b = second(secondRest_.front());
+    const std::optional<Place> place = placeOf(a);
+    if (a.type == b.type && place && place == placeOf(b)) {
+      take({{0, 0}}, ChangeKind::kChanged);
+    }
   }
 
   void pairMoved() {

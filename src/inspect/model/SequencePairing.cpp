@@ -24,6 +24,7 @@ class SequencePairing {
       : first_(first), second_(second) {}
 
   std::vector<IndexPair> run() {
+    pairs_.reserve(std::min(first_.size(), second_.size()));
     pair({0, static_cast<i32>(first_.size()), 0, static_cast<i32>(second_.size())}, 0);
     return std::move(pairs_);
   }
@@ -39,7 +40,8 @@ class SequencePairing {
   // Appends the pairs of a stretch in rising order.
   void pair(Stretch s, int level) {
     const i32 sameAtEnd = trim(s);
-    if (!s.isEmpty() && !pairByEdits(s) && level < kMostLevels) {
+    const bool hasOneEach = s.firstSize() == 1 && s.secondSize() == 1;  // and they differ
+    if (!s.isEmpty() && !hasOneEach && !pairByEdits(s) && level < kMostLevels) {
       pairBetweenAnchors(s, level);
     }
     for (i32 i = 0; i < sameAtEnd; ++i) {

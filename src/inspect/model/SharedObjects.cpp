@@ -41,8 +41,7 @@ std::vector<u64> objectDigests(const CompareContext& tables, i32 objectType) {
 
 void explainLists(const DrawList& first, const DrawList& second, const std::string& name,
                   ChildListResults& childLists, std::vector<Change>& changes) {
-  explainFields(changedFields(fieldsOfList(first), fieldsOfList(second)), "LIST", name,
-                ignored_by::kField, changes);
+  explainFields(changesOfList(first, second), "LIST", name, ignored_by::kField, changes);
   const std::vector<u64> firstDigests = digestsOf(first);
   const std::vector<u64> secondDigests = digestsOf(second);
   explainParts({first, firstDigests}, {second, secondDigests}, name, childLists, changes);
@@ -53,8 +52,7 @@ ObjectChanges changesOf(const CompareContext& first, const CompareContext& secon
   const DrawStatic& a = *first.FindStatic(objectType, i);
   const DrawStatic& b = *second.FindStatic(objectType, j);
   ObjectChanges object{objectType, i, j, std::u16string(a.name.view()), 0, 0, {}};
-  explainFields(changedFields(fieldsOf(a), fieldsOf(b)), "OBJECT", "", ignored_by::kField,
-                object.changes);
+  explainFields(changesOfFields(a, b), "OBJECT", "", ignored_by::kField, object.changes);
   explainLists(a.firstList, b.firstList, objectListName(objectType, i, false), childLists,
                object.changes);
   explainLists(a.secondList, b.secondList, objectListName(objectType, i, true), childLists,

@@ -2,7 +2,9 @@
 
 #include <unicode/uchar.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 #include "text/NativeText.h"
 
@@ -21,10 +23,16 @@ bool isDirectionMark(u32 c) {
 
 void appendPlain(std::string& target, std::u16string_view text) {
   while (!text.empty()) {
+    const auto isAscii = [](char16_t c) { return c >= 0x20 && c < 0x7F; };
+    const auto end = std::ranges::find_if_not(text, isAscii);
+    std::ranges::transform(text.begin(), end, std::back_inserter(target),
+                           [](char16_t c) { return static_cast<char>(c); });
+    text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
+    if (text.empty()) {
+      break;
+    }
     const u32 c = takeCodePoint(text);
-    if (c >= 0x20 && c < 0x7F) {
-      target += static_cast<char>(c);
-    } else if (isUnsafe(c) || isSurrogate(c)) {
+    if (isUnsafe(c) || isSurrogate(c)) {
       char number[16];
       std::snprintf(number, sizeof number, "\\u%04X", c);
       target += number;

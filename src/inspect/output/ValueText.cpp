@@ -26,17 +26,25 @@ std::string floatingText(f64 value) {
   return text;
 }
 
-bool isLetter(char16_t c) { return u_isalpha(c) != 0; }
+// Texts are mostly ASCII, for which the full tables take too long.
+bool isAsciiLetter(char16_t c) { return (c | 0x20) >= u'a' && (c | 0x20) <= u'z'; }
 
-/// A text cut into words and what stands between them. Runs follow each other without a blank, so
-/// that a full stop in front of a letter ends a word too.
+bool isLetter(char16_t c) { return c < 0x80 ? isAsciiLetter(c) : u_isalpha(c) != 0; }
+
+bool isPunctuation(char16_t c) { return c != u' ' && !isAsciiLetter(c) && u_ispunct(c) != 0; }
+
+/// Whether one word ends and something else begins between two characters. Runs follow each other
+/// without a blank, so that a full stop in front of a letter ends a word too.
+bool isBoundary(char16_t before, char16_t behind) {
+  return (before == u' ') != (behind == u' ') || (isPunctuation(before) && isLetter(behind));
+}
+
+/// A text cut into words and what stands between them.
 std::vector<std::u16string_view> tokensOf(std::u16string_view text) {
   std::vector<std::u16string_view> tokens;
   while (!text.empty()) {
-    const bool isBlank = text.front() == u' ';
     std::size_t size = 1;
-    while (size < text.size() && (text[size] == u' ') == isBlank &&
-           !(isLetter(text[size]) && u_ispunct(text[size - 1]) != 0)) {
+    while (size < text.size() && !isBoundary(text[size - 1], text[size])) {
       size += 1;
     }
     tokens.push_back(text.substr(0, size));
@@ -53,6 +61,32 @@ std::vector<u64> digestsOf(const std::vector<std::u16string_view>& tokens) {
     digests.push_back(digest.value());
   }
   return digests;
+}
+
+/// How many characters two texts share at their start, up to the last boundary in front of which
+/// they do.
+std::size_t sameAtStart(std::u16string_view a, std::u16string_view b) {
+  const auto differing = std::ranges::mismatch(a, b).in1;
+  auto size = static_cast<std::size_t>(differing - a.begin());
+  size -= size > 0 ? 1 : 0;
+  while (size > 0 && !isBoundary(a[size - 1], a[size])) {
+    size -= 1;
+  }
+  return size;
+}
+
+/// The same at their end.
+std::size_t sameAtEnd(std::u16string_view a, std::u16string_view b) {
+  const std::size_t shorter = std::min(a.size(), b.size());
+  std::size_t size = 0;
+  while (size < shorter && a[a.size() - 1 - size] == b[b.size() - 1 - size]) {
+    size += 1;
+  }
+  size -= size > 0 ? 1 : 0;
+  while (size > 0 && !isBoundary(a[a.size() - size - 1], a[a.size() - size])) {
+    size -= 1;
+  }
+  return size;
 }
 
 class MarkedText {
@@ -152,11 +186,21 @@ void addValue(JsonLine& json, const FieldValue& value) {
 }
 
 std::string markedWords(std::u16string_view from, std::u16string_view to, bool isColoured) {
+  // Most of a text stays.
+  const std::size_t start = sameAtStart(from, to);
+  const std::u16string_view front = from.substr(0, start);
+  from.remove_prefix(start);
+  to.remove_prefix(start);
+  const std::size_t end = sameAtEnd(from, to);
+  const std::u16string_view back = from.substr(from.size() - end);
+  from.remove_suffix(end);
+  to.remove_suffix(end);
   const std::vector<std::u16string_view> a = tokensOf(from);
   const std::vector<std::u16string_view> b = tokensOf(to);
   std::vector<IndexPair> same = pairInSequence(digestsOf(a), digestsOf(b));
   same.emplace_back(static_cast<i32>(a.size()), static_cast<i32>(b.size()));
   MarkedText text(isColoured);
+  text.same(front);
   i32 i = 0, j = 0;
   for (const auto& [nextI, nextJ] : same) {
     text.removed(a, i, nextI);
@@ -167,6 +211,7 @@ std::string markedWords(std::u16string_view from, std::u16string_view to, bool i
     i = nextI + 1;
     j = nextJ + 1;
   }
+  text.same(back);
   return text.take();
 }
 
