@@ -10,15 +10,15 @@
 namespace rvf::test {
 namespace {
 
-// Jobs with all kinds of parts get edits that are known, and the explanation has to name these and
-// no others. RVF_EDIT_PAIRS sets the number of pairs for each kind of edit, RVF_EDIT_SEED the first
-// of their seeds.
+// Jobs with all kinds of parts get known edits, and the explanation must name these and no others.
+// RVF_EDIT_PAIRS sets the number of pairs for each kind of edit, RVF_EDIT_SEED their first seed;
+// with RVF_EDIT_SHOW every wrong explanation is printed.
 
-/// One edit: a line of `lines` tells it, and no other line does. Any of them is right where the
-/// result does not say which part it was, such as one of two equal parts that was removed.
+/// The lines that may report an edit. Any of them is right where the result leaves open which part
+/// it was, such as one of two equal parts that was removed.
 struct Made {
   std::set<std::string> lines;
-  std::string added{};  // the bytes of a new part, whose index is known when all edits are made
+  std::string added{};  // the bytes of a new part, whose index is known once all edits are made
 };
 
 /// Where edits are made: one page of a job, or the job around it.
@@ -45,7 +45,7 @@ std::string nameOfType(const Item& item) {
   return toNative(kPartTypeNames[static_cast<std::size_t>(item.type)]);
 }
 
-/// A part of one of the types that no edit has touched yet and that `fits`.
+/// A part of one of these types (of any if none is given) that `fits` and has no edit yet.
 template <class Fits>
 Item& pick(Place& place, JobGenerator& random, const std::set<int>& types, Fits fits) {
   while (true) {
@@ -58,7 +58,7 @@ Item& pick(Place& place, JobGenerator& random, const std::set<int>& types) {
   return pick(place, random, types, [](const Item&) { return true; });
 }
 
-/// An edit of one part by its fields, told as "changed" with the name of the field.
+/// An edit of one field, reported as "changed" with its name.
 Edit changing(const char* name, std::set<int> types, const char* field,
               std::function<void(Item&, JobGenerator&)> change) {
   return {name, [=](Place& place, JobGenerator& random) -> Made {
@@ -82,7 +82,8 @@ Edit moving(const char* name, std::set<int> types) {
 void reword(Item& item, JobGenerator& random) {
   const std::u16string before = item.words;
   while (item.words == before) {
-    const std::size_t space = item.words.find(u' ', random.below(int(item.words.size())));
+    const int start = random.below(int(item.words.size()));
+    const std::size_t space = item.words.find(u' ', static_cast<std::size_t>(start));
     const int way = random.below(4);
     if (way == 0 || space == item.words.npos) {
       item.words = random.sentence(1 + random.below(4));
@@ -215,7 +216,7 @@ const std::vector<Edit>& edits() {
   return all;
 }
 
-/// Two jobs that differ by edits, and what an inspection has to tell.
+/// Two jobs that differ by known edits.
 struct Pair {
   explicit Pair(unsigned seed) : random(seed), first(random.job()), second(first) {
     place.recipient = static_cast<std::size_t>(random.below(int(first.recipients.size())));
@@ -230,7 +231,7 @@ struct Pair {
 
   void make(const Edit& edit) { made.push_back(edit.make(place, random)); }
 
-  /// Without rules, and without the lengths that follow from a text.
+  /// The reported lines without rules, and without the lengths that follow from a text.
   std::vector<std::string> told() {
     for (Made& edit : made) {
       if (edit.added.empty()) continue;
@@ -262,7 +263,7 @@ int pairs() { return setting("RVF_EDIT_PAIRS", 5); }
 unsigned seed(int pair) { return static_cast<unsigned>(setting("RVF_EDIT_SEED", 0) + pair); }
 bool isTalkative() { return std::getenv("RVF_EDIT_SHOW") != nullptr; }
 
-/// How many of the edits are told, and how many of the told lines are edits.
+/// How many edits are reported, and how many reported lines are edits.
 struct Score {
   int made = 0, found = 0, told = 0, right = 0;
 
