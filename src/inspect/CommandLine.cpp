@@ -50,7 +50,7 @@ CLI::Option* addChoice(CLI::App* command, const std::string& name, Value& target
         return;
       }
     }
-    throw CLI::ValidationError(name, word + " is none of " + names);
+    throw CLI::ValidationError(name, word + " is not one of " + names);
   };
   return command->add_option_function<std::string>(name, choose, purpose + ": " + names);
 }
@@ -105,7 +105,7 @@ class CommandLine {
     app_.footer(
         "Exit status: 0 no differences, or the file is sound; 1 differences; 2 trouble; 3 check "
         "found "
-        "warnings only.\nrvfinspect COMMAND --help tells the options of a command.");
+        "warnings only.\nrvfinspect COMMAND --help lists the options of a command.");
     addChanges();
     addReport();
     addList();
@@ -164,10 +164,10 @@ class CommandLine {
   }
 
   static void addOutput(CLI::App* command, OutputOptions& output, const Choices<Format>& formats) {
-    addChoice(command, "--format", output.format, formats, "How to write")->type_name("FORMAT");
+    addChoice(command, "--format", output.format, formats, "Output format")->type_name("FORMAT");
     command->add_option("--output", output.path, "Write to FILE instead of standard output")
         ->type_name("FILE");
-    addChoice(command, "--color", output.color, kWhens, "Colours")->type_name("WHEN");
+    addChoice(command, "--color", output.color, kWhens, "When to use colours")->type_name("WHEN");
     addRedaction(command);
   }
 
@@ -179,9 +179,9 @@ class CommandLine {
   static void addSelection(CLI::App* command, Selection& selection) {
     command
         ->add_option("--customer", selection.customer,
-                     "This customer alone: its id, or # and its number from 1")
+                     "Only this customer: its id, or # and its number from 1")
         ->type_name("ID|#N");
-    command->add_option("--page", selection.page, "This page of each customer alone, from 1")
+    command->add_option("--page", selection.page, "Only this page of each customer, from 1")
         ->check(kFromOne)
         ->type_name("N");
   }
@@ -194,16 +194,16 @@ class CommandLine {
     CLI::Option* first = command->add_option("FIRST", changes_.first, "The first file");
     CLI::Option* second = command->add_option("SECOND", changes_.second, "The second file");
     first->needs(second);
-    command->add_option("--from", changes_.from, "The two files that this difference file names")
+    command
+        ->add_option("--from", changes_.from, "Compare the two files named in this difference file")
         ->type_name("FILE")
         ->excludes(first);
     addTolerances(command, changes_);
     addSelection(command, changes_.selection);
     command->add_flag("--groups", changes_.groups,
-                      "Equal changes of many pages as one group, the largest first");
-    command->add_flag("--all-pages", changes_.showsAllPages, "Pages without changes too");
-    command
-        ->add_option("--accepted", changes_.accepted, "Leave out the groups that this file lists")
+                      "Show equal changes on many pages as one group, the largest first");
+    command->add_flag("--all-pages", changes_.showsAllPages, "Show pages without changes too");
+    command->add_option("--accepted", changes_.accepted, "Leave out the groups listed in this file")
         ->type_name("FILE");
     command
         ->add_option("--write-accepted", changes_.writeAccepted,
@@ -212,7 +212,8 @@ class CommandLine {
     addOutput(command, changes_.output, kReportFormats);
     addProgress(command, changes_.output);
     command->footer(
-        "Pages pair by content; customers with more than 1,000,000 changed parts, by position.\n"
+        "Pages are paired by content, or by position if a customer has over 1,000,000 changed "
+        "parts.\n"
         "Example:\n  rvfinspect changes --position-tolerance 5 before.rvf after.rvf");
   }
 
@@ -220,11 +221,11 @@ class CommandLine {
   static void addTolerances(CLI::App* command, Options& options) {
     command
         ->add_option("--position-tolerance", options.tolerances.positionTolerance,
-                     "Positions that differ by up to N units are the same")
+                     "Positions that differ by up to N units count as the same")
         ->type_name("N");
     command
         ->add_option("--line-tolerance", options.tolerances.lineTolerance,
-                     "Line widths that differ by up to N units are the same")
+                     "Line widths that differ by up to N units count as the same")
         ->type_name("N");
     addOldText(command, options.oldText);
   }
@@ -232,11 +233,12 @@ class CommandLine {
   static void addOldText(CLI::App* command, OldText& oldText) {
     command->add_flag_callback(
         "--two-byte-text", [&oldText] { oldText = OldText::kTwoBytes; },
-        "Files of version 1 and 2 have two bytes a character");
+        "Text in files of versions 1 and 2 has two bytes per character");
   }
 
   static void addProgress(CLI::App* command, OutputOptions& output) {
-    addChoice(command, "--progress", output.progress, kWhens, "Progress on standard error")
+    addChoice(command, "--progress", output.progress, kWhens,
+              "When to show progress on standard error")
         ->type_name("WHEN");
   }
 
@@ -247,19 +249,20 @@ class CommandLine {
     CLI::Option* first = command->add_option("FIRST", report_.first, "The first file");
     CLI::Option* second = command->add_option("SECOND", report_.second, "The second file");
     first->needs(second);
-    CLI::Option* from =
-        command->add_option("--from", report_.from, "The two files that this difference file names")
-            ->type_name("FILE")
-            ->excludes(first);
+    CLI::Option* from = command
+                            ->add_option("--from", report_.from,
+                                         "Compare the two files named in this difference file")
+                            ->type_name("FILE")
+                            ->excludes(first);
     command
-        ->add_option("--pair", report_.pair,
-                     "The two files that rvfjobs compared in this folder, by their own options")
+        ->add_option(
+            "--pair", report_.pair,
+            "Compare the two files that rvfjobs compared in this folder, with their options")
         ->type_name("FOLDER")
         ->excludes(first)
         ->excludes(from);
     command
-        ->add_option("--out", report_.out,
-                     "Where to write; a report that is there already is replaced")
+        ->add_option("--out", report_.out, "The folder to write to; an existing report is replaced")
         ->type_name("FOLDER")
         ->required();
     command
@@ -269,7 +272,8 @@ class CommandLine {
         ->capture_default_str()
         ->type_name("N");
     addTolerances(command, report_);
-    addChoice(command, "--progress", report_.progress, kWhens, "Progress on standard error")
+    addChoice(command, "--progress", report_.progress, kWhens,
+              "When to show progress on standard error")
         ->type_name("WHEN");
     addRedaction(command);
   }
@@ -283,7 +287,7 @@ class CommandLine {
     command->add_flag("--differing", list_.onlyDiffering, "Only pages that differ");
     command->add_option("--bit", list_.bitName, "Only pages with this bit: " + allBitNames())
         ->check([](const std::string& name) {
-          return bitOfName(name) != 0 ? "" : name + " is none of " + allBitNames();
+          return bitOfName(name) != 0 ? "" : name + " is not one of " + allBitNames();
         })
         ->type_name("NAME");
     addOutput(command, list_.output, kReportFormats);
@@ -303,7 +307,7 @@ class CommandLine {
                      R"(Fonts by number, as JSON: {"3": {"family": "Serif", "size": 42}})")
         ->type_name("FILE");
     addChoice(command, "--colours", page_.colours, kColourReadings,
-              "What the four bytes of a colour are taken for, as only the engine knows")
+              "How to interpret the four bytes of a colour, which only the engine knows")
         ->type_name("ORDER");
     addRedaction(command);
     addOldText(command, page_.oldText);
@@ -315,9 +319,8 @@ class CommandLine {
                                    [this] { return runDump(dump_); });
     command->add_option("FILE", dump_.file, "A capture file")->required();
     addSelection(command, dump_.selection);
-    CLI::Option* objects =
-        command->add_flag("--objects", dump_.objects, "The shared objects alone");
-    command->add_flag("--index", dump_.index, "The index alone")->excludes(objects);
+    CLI::Option* objects = command->add_flag("--objects", dump_.objects, "Only the shared objects");
+    command->add_flag("--index", dump_.index, "Only the index")->excludes(objects);
     addOldText(command, dump_.oldText);
     addOutput(command, dump_.output, kDataFormats);
   }
@@ -333,20 +336,20 @@ class CommandLine {
 
   void addSummary() {
     CLI::App* command =
-        addCommand("summary", "Sum up the results of many pairs, as rvfjobs leaves them",
+        addCommand("summary", "Sum up the results of many pairs compared by rvfjobs",
                    "rvfinspect summary --groups results", [this] { return runSummary(summary_); });
     command->add_option("RESULTS", summary_.results, "The folder of results")->required();
     command->add_flag("--groups", summary_.groups,
-                      "Read the files of different pairs again, and group their changes");
+                      "Read the files of differing pairs again and group their changes");
     command
         ->add_option("--accepted", summary_.accepted,
-                     "The same, and leave out the groups that this file lists")
+                     "Like --groups, but leave out the groups listed in this file")
         ->type_name("FILE");
     addTolerances(command, summary_);
     addOutput(command, summary_.output, kSummaryFormats);
     addProgress(command, summary_.output);
     command->footer(
-        "Tolerances and --two-byte-text are for pairs whose own options do not say.\n"
+        "Tolerances and --two-byte-text apply to pairs whose own options specify none.\n"
         "Examples:\n  rvfinspect summary --groups results\n"
         "  rvfinspect summary --groups --format html --output results/index.html results");
   }

@@ -41,7 +41,7 @@ TEST(InspectCommands, AnswerWithTheirStatusAndOneLineOfTrouble) {
       {"", 2, "", "a command is missing: changes, report, list"},
       {"chagnes" + pair, 2, "", "did you mean changes?"},
       {"changes --postion-tolerance 5" + pair, 2, "", "did you mean --position-tolerance?"},
-      {"changes --format xml" + pair, 2, "", "xml is none of text, jsonl, junit"},
+      {"changes --format xml" + pair, 2, "", "xml is not one of text, jsonl, junit"},
       {"changes first.rvf", 2, "", "FIRST requires SECOND"},
       {"changes --from x" + pair, 2, "", "FIRST excludes --from"},
       {"changes --page 0" + pair, 2, "", "0 is no number from 1"},

@@ -130,7 +130,7 @@ TEST(Summary, LinksItsPageToTheReportsThatExist) {
   expectAll(
       folder,
       {{report + "'a b#1%' --out 'a b#1%/report'", 1, "", ""},
-       {report + "y --out y/report", 2, "", "y/result.json: is no result of a pair"},
+       {report + "y --out y/report", 2, "", "y/result.json: is not the result of a pair"},
        {report + "z --out z/report", 2, "", "z/result.json: cannot be read"},
        {report + "y y --pair y --out y/report", 2, "", "--pair"},
        {"--format html r", 1, link, ""},

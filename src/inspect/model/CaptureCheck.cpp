@@ -75,7 +75,7 @@ class CaptureCheck {
     std::ranges::sort(ids);
     for (std::size_t i = 1; i < ids.size(); ++i) {
       if (ids[i].first == ids[i - 1].first) {
-        tell({Severity::kWarning, "duplicate customer", -1, ids[i].second, -1, "an id of its own",
+        tell({Severity::kWarning, "duplicate customer", -1, ids[i].second, -1, "a unique id",
               "that of customer " + std::to_string(ids[i - 1].second + 1)});
       }
     }
@@ -103,8 +103,7 @@ class CaptureCheck {
     const CompareContext& page = file_.context();
     if (failure) {
       tell({Severity::kDamage, failure->newer ? "newer record" : "damaged page", failure->offset, c,
-            p, failure->newer ? "a version that is known" : "a whole page body",
-            inWords(*failure)});
+            p, failure->newer ? "a known version" : "a whole page body", inWords(*failure)});
     } else {
       used_.push_back({position, position + page.bodyLength(), c, p});
     }
@@ -150,7 +149,7 @@ class CaptureCheck {
               "bytes " + std::to_string(stretch.begin) + " to " + std::to_string(stretch.end)});
       } else if (stretch.begin < end && !isShared) {
         tell({Severity::kWarning, "overlapping page", stretch.begin, last->customer, last->page,
-              "a body in front of " + std::to_string(stretch.begin),
+              "a body before " + std::to_string(stretch.begin),
               "one up to " + std::to_string(end)});
       }
       end = std::max(end, stretch.end);
@@ -164,8 +163,8 @@ class CaptureCheck {
   }
 
   void tellUnused(i64 begin, i64 end) {
-    tell({Severity::kWarning, "unused bytes", begin, -1, -1, "something that refers to them",
-          std::to_string(end - begin) + " bytes that nothing refers to"});
+    tell({Severity::kWarning, "unused bytes", begin, -1, -1, "a reference to them",
+          std::to_string(end - begin) + " bytes without a reference"});
   }
 
   CaptureFile& file_;

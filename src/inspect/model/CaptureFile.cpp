@@ -25,7 +25,7 @@ std::string inWords(const LoadResult& result) {
     case LoadState::kUnsupportedVersion:
       return "its version is not supported; 1, 2 and 3 are";
     case LoadState::kBadTrailer:
-      return atOffset("the trailer that holds the place of the index is damaged", result.offset);
+      return atOffset("the trailer with the index offset is damaged", result.offset);
     case LoadState::kNoPages:
       return "it has no pages";
     case LoadState::kRecordTooNew:
@@ -34,7 +34,7 @@ std::string inWords(const LoadResult& result) {
       return "it is larger than 2147483647 bytes";
     case LoadState::kDamaged:
       if (result.offset < 0) {
-        return "the place of its index, " + std::to_string(result.offset) + ", is outside the file";
+        return "its index offset, " + std::to_string(result.offset) + ", is outside the file";
       }
       return atOffset("damaged in its header, tables or index,", result.offset);
     default:

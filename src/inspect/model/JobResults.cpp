@@ -130,14 +130,14 @@ PairResult readPairResult(const std::string& folder) {
   std::ifstream file(path, std::ios::binary);
   std::string line;
   if (!file || !std::getline(file, line)) {
-    throw Trouble(path, "cannot be read; rvfjobs writes it when it has compared a pair");
+    throw Trouble(path, "cannot be read; rvfjobs writes it after comparing a pair");
   }
   try {
     return pairOf(json::parse(line));
   } catch (const json::exception&) {
   } catch (const NoResult&) {
   }
-  throw Trouble(path, "is no result of a pair");
+  throw Trouble(path, "is not the result of a pair");
 }
 
 JobResults::JobResults(const std::string& folder)
@@ -156,13 +156,13 @@ std::optional<PairResult> JobResults::next() {
     return std::nullopt;
   }
   line_ += 1;
-  std::string lack = "is no result of a pair";
+  std::string lack = "is not the result of a pair";
   try {
     PairResult pair = pairOf(json::parse(line));
     if (isFolderOfPair(pair.folder)) {
       return pair;
     }
-    lack = "names a folder that is none of a pair";
+    lack = "names a folder that is not that of a pair";
   } catch (const json::exception&) {
   } catch (const NoResult&) {
   }

@@ -109,8 +109,8 @@ class ResultsSummary {
   i64 unexplained_ = 0;
   std::map<Outcome, i64> outcomes_;
   std::map<DiffFlags, i64> pairsByBit_;
-  std::map<std::pair<std::string, std::u16string>, FailedPairs>
-      reasons_;  // reasons without numbers
+  /// By state and reason without numbers.
+  std::map<std::pair<std::string, std::u16string>, FailedPairs> reasons_;
   i64 reasonsLeftOut_ = 0;
   Greatest<f64> slowest_;
   Greatest<i64> largest_;

@@ -74,7 +74,7 @@ std::map<u64, GroupKey> readAccepted(const std::string& path) {
       groups.emplace(key.id(), key);
     }
   } catch (const json::parse_error& error) {
-    throw Trouble(path, "no JSON at byte " + std::to_string(error.byte));
+    throw Trouble(path, "invalid JSON at byte " + std::to_string(error.byte));
   } catch (const json::exception&) {
     throw Trouble(path,
                   "not a file of accepted changes, entry " + std::to_string(groups.size() + 1));

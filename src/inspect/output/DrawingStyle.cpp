@@ -44,7 +44,7 @@ std::map<i32, FontStyle> readFonts(const std::string& path) {
       i32 fontId = 0;
       const char* end = number.data() + number.size();
       if (std::from_chars(number.data(), end, fontId).ptr != end) {
-        throw Trouble(path, "a font is no number");
+        throw Trouble(path, "a font number is not a number");
       }
       fonts[fontId] = {entry.value("family", FontStyle().family), entry.value("size", i64{0})};
     }

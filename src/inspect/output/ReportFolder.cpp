@@ -39,13 +39,13 @@ ReportFolder::ReportFolder(const std::string& path) : target_(path) {
     target_ = target_.parent_path();  // the path ends with a slash
   }
   if (target_.empty() || target_.filename() == "." || target_.filename() == "..") {
-    throw Trouble(path, "name a folder of its own for the report");
+    throw Trouble(path, "name a separate folder for the report");
   }
   std::error_code error;
   const fs::file_status status = fs::symlink_status(target_, error);
   if (fs::exists(status) &&
       (!fs::is_directory(status) || !(isReport(target_) || isEmptyFolder(target_)))) {
-    throw Trouble(path, "exists and is no report; it is left as it is");
+    throw Trouble(path, "exists and is not a report; it is left unchanged");
   }
   unfinished_ = target_;
   unfinished_ += ".unfinished-" + std::to_string(::getpid());
