@@ -14,8 +14,8 @@ namespace {
 // RVF_EDIT_PAIRS sets the number of pairs for each kind of edit, RVF_EDIT_SEED their first seed;
 // with RVF_EDIT_SHOW every wrong explanation is printed.
 
-/// The lines that may report an edit. Any of them is right where the result leaves open which part
-/// it was, such as one of two equal parts that was removed.
+/// The lines that may report an edit. Any of them is correct if the result leaves open which part
+/// it was, such as when one of two equal parts was removed.
 struct Made {
   std::set<std::string> lines;
   std::string added{};  // the bytes of a new part, whose index is known once all edits are made
@@ -45,7 +45,7 @@ std::string nameOfType(const Item& item) {
   return toNative(kPartTypeNames[static_cast<std::size_t>(item.type)]);
 }
 
-/// A part of one of these types (of any if none is given) that `fits` and has no edit yet.
+/// A part of one of these types (any if none is given) that `fits` and has not been edited.
 template <class Fits>
 Item& pick(Place& place, JobGenerator& random, const std::set<int>& types, Fits fits) {
   while (true) {
@@ -231,7 +231,7 @@ struct Pair {
 
   void make(const Edit& edit) { made.push_back(edit.make(place, random)); }
 
-  /// The reported lines without rules, and without the lengths that follow from a text.
+  /// The reported lines without rules and without lengths that follow from a text.
   std::vector<std::string> told() {
     for (Made& edit : made) {
       if (edit.added.empty()) continue;

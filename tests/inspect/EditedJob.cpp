@@ -20,7 +20,7 @@ constexpr std::u16string_view kNames[] = {u"Weber", u"Novak", u"Lindgren", u"Oka
 constexpr std::u16string_view kArticles[] = {u"Household contents", u"Glass breakage", u"Liability",
                                              u"Bicycle theft"};
 
-/// Of every four words one line.
+/// One line for every four words.
 Part paragraph(const Item& item) {
   TextFields f{.text = item.words,
                .runs = {},
@@ -153,7 +153,7 @@ Sheet JobGenerator::sheet(int number) {
   items.push_back({.type = 3, .x = 900 + below(99), .y = 2900, .size = 100});
   items.push_back({.type = 4, .x = 1500, .y = 2900, .size = below(99)});
   items.push_back({.type = 9, .x = 250, .y = 3300, .size = 1});
-  // Page number and marks that all pages have alike.
+  // The page number and marks, which are the same on all pages.
   items.push_back({.x = 2000, .y = 3400, .words = u"Page " + inWords(number)});
   for (const int mark : {6, 6, 23, 23}) items.push_back({.type = mark, .x = 10, .y = 10});
   for (int type = 0; type < 45; ++type) {

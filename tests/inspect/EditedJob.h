@@ -29,9 +29,9 @@ struct Recipient {
   std::u16string id{};
   std::vector<Sheet> sheets{};
 };
-/// What a composition engine makes of one form for several customers: letters with a letterhead
-/// that is a shared object, an address, paragraphs, a table with rows that are alike, and,
-/// scattered among these, a part of every type there is.
+/// What a composition engine makes of one form for several customers: letters with a letterhead as
+/// a shared object, an address, paragraphs, a table with similar rows, and, scattered among these,
+/// a part of every type.
 struct Job {
   std::vector<Items> objects{};
   std::vector<Recipient> recipients{};

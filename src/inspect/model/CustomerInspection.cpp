@@ -28,7 +28,7 @@ class CustomerInspection {
     if (pair_.isJudged && a_.pageCount != b_.pageCount) {
       sink_.tally.summary.bits |= diff::kPageCount;
     }
-    // Nearly always, most pages are the same at the same place, or nearly so.
+    // Nearly always, most pages are the same or nearly the same at the same index.
     i32 p = 0;
     while (p < common_ && (passSamePage(p) || passNearlySamePage(p))) {
       p += 1;
@@ -69,8 +69,8 @@ class CustomerInspection {
     return true;
   }
 
-  // A page that changed a little is explained while it is at hand. Not if it may have been the next
-  // one: that is found out by looking at all pages.
+  // A page that changed a little is explained while it is loaded, unless it may have been the next
+  // one, which only a look at all pages can tell.
   bool passNearlySamePage(i32 p) {
     const i32 positionA = page(a_, p).filePosition;
     const i32 positionB = page(b_, p).filePosition;
@@ -136,7 +136,7 @@ class CustomerInspection {
     return side.file.context();
   }
 
-  // A page may be loaded more than once; it is told once.
+  // A page may be loaded more than once but is reported once.
   void tellDamage(const InspectedSide& side, i32 customer, i32 p, const PageFailure& failure) {
     std::set<i32>& told = &side == &first_ ? toldFirst_ : toldSecond_;
     if (told.insert(p).second) {
@@ -173,7 +173,7 @@ class CustomerInspection {
     report(pages.first, pages.second, std::move(changes));
   }
 
-  // What a run says of the pages with one number.
+  // Judges the pages with the same number, as a run does.
   void judge(i32 p) {
     verdictBits_ = 0;
     if (!pair_.isJudged) {
@@ -220,7 +220,7 @@ class CustomerInspection {
     }
   }
 
-  // Bytes that differ although no field does: a record of another version, a value that is dropped.
+  // Bytes that differ although no field does: a record of another version, or a dropped value.
   void explainBytes(i32 positionA, i32 positionB, std::vector<Change>& changes) {
     const ByteDigest from = first_.bytes.bodyAt(positionA);
     const ByteDigest to = second_.bytes.bodyAt(positionB);

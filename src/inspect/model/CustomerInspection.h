@@ -13,7 +13,7 @@ struct InspectedSide {
   FileBytes& bytes;
 };
 
-/// Where the results of a customer go.
+/// Where the results for a customer go.
 struct InspectionSink {
   const InspectionSettings& settings;
   InspectionListener& listener;
@@ -21,7 +21,7 @@ struct InspectionSink {
   ChildListResults& childLists;
 };
 
-/// Customers with one id in both files. `isJudged`: a run compares them, page by page.
+/// Customers with the same id in both files. `isJudged` says whether a run compares their pages.
 struct CustomerPair {
   i32 first = 0;
   i32 second = 0;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* kEndsInside = "the file ends inside a field";
 
-// The marker of the first path, which every difference file starts with.
+// The marker of the first path, with which every difference file starts.
 bool startsWithText(eArchive& archive) {
   constexpr u8 kMarker[] = {0xFF, 0xFE, 0xFF};
   const bool isMarked =

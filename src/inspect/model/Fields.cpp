@@ -56,7 +56,7 @@ void FieldCollector::add(std::string_view name, FieldValue value) {
   }
   std::string full = prefix_ + std::string(name);
   if (name.empty() && !full.empty()) {
-    full.pop_back();  // an element that is a plain value: the dot
+    full.pop_back();  // the dot, for an element that is a plain value
   }
   fields_.push_back({std::move(full), std::move(value)});
 }
@@ -141,7 +141,7 @@ std::vector<FieldChange> changedFields(const std::vector<Field>& first,
     compare(first[same], second[same]);
     same += 1;
   }
-  // From here on one side has elements that the other does not have.
+  // From here on, one side has elements that the other lacks.
   std::unordered_map<std::string_view, const Field*> rest;
   for (std::size_t i = same; i < second.size(); ++i) {
     rest.emplace(second[i].name, &second[i]);

@@ -14,20 +14,20 @@
 
 namespace rvf::inspect {
 
-/// A packed colour, four bytes that mean something only to the engine.
+/// A packed colour: four bytes that only the engine interprets.
 struct Colour {
   u32 packed = 0;
   bool operator==(const Colour&) const = default;
 };
 
-/// Byte data, which is told by its length and a digest.
+/// Byte data, represented by its length and a digest.
 struct ByteDigest {
   i64 length = 0;
   u64 digest = 0;
   bool operator==(const ByteDigest&) const = default;
 };
 
-/// What a field holds; nothing where an object does not have the field.
+/// The value of a field; empty if an object does not have the field.
 using FieldValue = std::variant<std::monostate, i64, f64, Colour, std::u16string, ByteDigest>;
 
 /// A field under its full name, such as `info.left` or `runs[0].x`.
@@ -42,16 +42,15 @@ struct FieldChange {
   FieldValue to;
 };
 
-/// Collects the fields that it is shown. Elements of an array behind the first kMostElements are
-/// taken together as one field, by their digest, so that a long array takes no more memory than the
-/// page that it is on.
+/// Collects the fields that it is shown. Array elements after the first kMostElements are combined
+/// into one field, with their digest, so that a long array takes no more memory than its page.
 class FieldCollector final : public FieldVisitor {
  public:
   static constexpr i32 kMostElements = 2048;
 
   FieldCollector() = default;
-  /// Collects the fields with these numbers alone, which must rise, of an object without a longer
-  /// array.
+  /// Collects only the fields with these numbers, which must be in ascending order, of an object
+  /// without a longer array.
   explicit FieldCollector(std::span<const std::size_t> wanted)
       : wanted_(wanted), takesAll_(false) {}
 
@@ -92,11 +91,11 @@ class FieldCollector final : public FieldVisitor {
 
   std::span<const std::size_t> wanted_;
   bool takesAll_ = true;
-  std::size_t count_ = 0;  // fields shown so far, if not all are taken
+  std::size_t count_ = 0;  // fields shown so far, if not all are collected
   std::vector<Field> fields_;
-  std::string prefix_;                    // with a dot at its end, if there is one
-  std::vector<std::size_t> prefixSizes_;  // before each enter that is open
-  int foldedDepth_ = 0;                   // enters inside an element that is folded
+  std::string prefix_;                    // ends with a dot unless it is empty
+  std::vector<std::size_t> prefixSizes_;  // before each open enter
+  int foldedDepth_ = 0;                   // enters inside a folded element
 };
 
 /// The fields of a part, list or shared object.
@@ -107,7 +106,7 @@ template <class Object>
   return collector.take();
 }
 
-/// The values of an object's fields by their digests, without their names.
+/// The digests of the values of an object's fields, without names.
 class FieldDigests final : public FieldVisitor {
  public:
   FieldDigests() { values_.reserve(64); }
@@ -120,8 +119,8 @@ class FieldDigests final : public FieldVisitor {
   void enter(std::string_view name, i32 index) override;
   void leave() override {}
 
-  /// The numbers of the fields that differ, if both objects have fields of the same names and no
-  /// array is so long that its elements are taken together.
+  /// The numbers of the fields that differ, if both objects have fields with the same names and no
+  /// array is so long that its elements are combined.
   [[nodiscard]] std::optional<std::vector<std::size_t>> differing(const FieldDigests& other) const;
 
  private:
@@ -132,11 +131,13 @@ class FieldDigests final : public FieldVisitor {
   bool hasLongArray_ = false;
 };
 
-/// Those of the same name that differ, and those that only one side has, in the order of the first.
+/// Fields with the same name that differ, and those that only one side has, in the order of the
+/// first side.
 [[nodiscard]] std::vector<FieldChange> changedFields(const std::vector<Field>& first,
                                                      const std::vector<Field>& second);
 
-/// The same of two objects. What they have in common, nearly everything, takes little time.
+/// The same for two objects. What they have in common, usually nearly everything, takes little
+/// time.
 template <class Object>
 [[nodiscard]] std::vector<FieldChange> changesOfFields(const Object& first, const Object& second) {
   FieldDigests a, b;

@@ -29,7 +29,7 @@ i64 FileBytes::bodyLengthAt(i32 position) {
     return i < boundaries_.size() && boundaries_[i] > position &&
            (i == 0 || boundaries_[i - 1] <= position);
   };
-  // Pages are mostly asked for in the order of the file.
+  // Pages are usually requested in file order.
   if (!isNext(next_) && !isNext(++next_)) {
     const auto next = std::ranges::upper_bound(boundaries_, position);
     next_ = static_cast<std::size_t>(next - boundaries_.begin());

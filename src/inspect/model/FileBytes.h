@@ -8,17 +8,17 @@
 
 namespace rvf::inspect {
 
-/// The bytes of a capture file as they are, for telling equal stretches without decoding them.
+/// The raw bytes of a capture file, for comparing ranges without decoding them.
 class FileBytes {
  public:
   explicit FileBytes(CaptureFile& file);
 
-  /// Of the bytes from a page's position up to the next thing that the index knows of: those of the
-  /// page's body, and of whatever nothing refers to behind it.
+  /// Digest of the bytes from a page's position up to the next place that the index knows: those of
+  /// the page's body, and any unreferenced bytes after it.
   [[nodiscard]] ByteDigest bodyAt(i32 position);
   [[nodiscard]] i64 bodyLengthAt(i32 position);
   [[nodiscard]] ByteDigest stretch(i64 begin, i64 end);
-  /// Whether two stretches of one length hold the same bytes.
+  /// Whether two ranges of the same length have the same bytes.
   [[nodiscard]] bool same(i64 begin, FileBytes& other, i64 otherBegin, i64 length);
 
  private:
@@ -28,7 +28,7 @@ class FileBytes {
 
   CaptureFile& file_;
   std::vector<i32> boundaries_;  // sorted
-  std::size_t next_ = 0;         // the boundary behind the position that was asked for last
+  std::size_t next_ = 0;         // the boundary after the last position requested
   std::vector<std::byte> buffer_;
 };
 

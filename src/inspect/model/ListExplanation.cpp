@@ -10,7 +10,7 @@ namespace rvf::inspect {
 
 namespace {
 
-/// Keeps the first text that is shown, up to a length that fits a line.
+/// Keeps the first text that is shown, up to a length that fits on a line.
 class FirstTextVisitor final : public FieldVisitor {
  public:
   static constexpr std::size_t kMostCharacters = 200;
@@ -43,7 +43,7 @@ Change changeOfPair(const DigestedList& first, const DigestedList& second, const
   change.text = textOf(a);
   change.firstBox = boxOf(a);
   change.secondBox = boxOf(b);
-  // An equal part at another place of the list is always found there, at the price of its order.
+  // An equal part elsewhere in the list is always found, so only its order differs.
   if (pair.kind != ChangeKind::kOrder) {
     const bool isSwapped = first.list.count > second.list.count;
     change.ignoredBy = ignoringRule(isSwapped ? b : a, isSwapped ? a : b, childLists);

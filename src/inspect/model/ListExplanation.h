@@ -13,15 +13,15 @@ namespace rvf::inspect {
 void explainParts(const DigestedList& first, const DigestedList& second, const std::string& list,
                   ChildListResults& childLists, std::vector<Change>& changes);
 
-/// A change for the fields of two lists that differ; nothing if none does. `ignoredBy` is the rule
-/// that keeps the verdict from seeing them.
+/// Appends a change for the fields that differ, if any. `ignoredBy` is the rule that makes the
+/// verdict ignore them.
 void explainFields(std::vector<FieldChange> fields, const std::string& type,
                    const std::string& list, std::string_view ignoredBy,
                    std::vector<Change>& changes);
 
-/// The fields of two lists that differ, but for the number of their parts.
+/// The fields of two lists that differ, except for the number of their parts.
 [[nodiscard]] std::vector<FieldChange> changesOfList(const DrawList& first, const DrawList& second);
-/// The fields of a list but for the number of its parts, which shows in the parts.
+/// The fields of a list except for the number of its parts, which the parts themselves show.
 [[nodiscard]] std::vector<Field> fieldsOfList(const DrawList& list);
 
 /// A part that only one side has, with all its fields.
@@ -29,7 +29,7 @@ void explainFields(std::vector<FieldChange> fields, const std::string& type,
 
 /// The name of a part's type.
 [[nodiscard]] std::string typeName(PartType type);
-/// What a part says, if it says anything: its text, its link, its title.
+/// The readable content of a part, if any: its text, link or title.
 [[nodiscard]] std::u16string textOf(const DrawPart& part);
 
 }  // namespace rvf::inspect

@@ -14,7 +14,7 @@ namespace rvf::inspect {
 
 namespace {
 
-/// A placed list is paired as a whole: where it stands, and how many parts it has.
+/// The placed lists of a page, which are paired as a whole.
 class PlacedLists {
  public:
   PlacedLists(const CompareContext& page, const PageDigests& digests)
@@ -30,7 +30,7 @@ class PlacedLists {
     fields.push_back({"placementY", i64{placementY(i)}});
     return fields;
   }
-  /// Where the list stands on the page, as the verdict adds it up.
+  /// The position of the list on the page, as the verdict adds it up.
   [[nodiscard]] std::pair<i32, i32> place(i32 i) const {
     const DrawList& list = page_.staticList(i);
     return {wrappingSum(list.originX, placementX(i)), wrappingSum(list.originY, placementY(i))};
@@ -72,7 +72,7 @@ Change wholeList(ChangeKind kind, i32 index) {
 
 void explainPlacedPair(const PlacedLists& first, i32 i, const PlacedLists& second, i32 j,
                        ChildListResults& childLists, std::vector<Change>& changes) {
-  // The verdict compares lists by their number, and adds origin and placement up.
+  // The verdict compares lists by their number and by the sum of origin and placement.
   const bool countsForVerdict = i != j || first.place(i) != second.place(j);
   std::vector<FieldChange> fields = changedFields(first.fields(i), second.fields(j));
   if (i != j) {
@@ -88,7 +88,7 @@ void explainPlacedPair(const PlacedLists& first, i32 i, const PlacedLists& secon
   explainParts(first.list(i), second.list(j), placedName(i), childLists, changes);
 }
 
-/// Equal contents first, in sequence; what lies between them, place by place.
+/// Pairs equal contents first, in sequence, and then what is between them, index by index.
 void explainPlacedLists(const PlacedLists& first, const PlacedLists& second,
                         ChildListResults& childLists, std::vector<Change>& changes) {
   if (first.count() == 0 && second.count() == 0) {

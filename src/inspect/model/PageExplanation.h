@@ -16,10 +16,10 @@ struct PageDigests {
 };
 [[nodiscard]] PageDigests digestsOf(const CompareContext& page);
 
-/// What of a page stands in the index: its name and the values beside it.
+/// The fields of a page in the index: its name and the other values.
 [[nodiscard]] std::vector<Field> indexFieldsOf(const PageRecord& record);
 
-/// Appends the changes between the pages that two contexts hold, without those of the index.
+/// Appends the changes between the pages in two contexts, without those in the index.
 void explainPages(const CompareContext& first, const PageDigests& firstDigests,
                   const CompareContext& second, const PageDigests& secondDigests,
                   ChildListResults& childLists, std::vector<Change>& changes);

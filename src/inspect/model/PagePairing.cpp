@@ -11,7 +11,7 @@ namespace rvf::inspect {
 
 namespace {
 
-/// What a page is recognised by: its parts, and the places of its parts, each sorted.
+/// What a page is recognised by: its parts and their positions, each sorted.
 struct PageSketch {
   std::vector<u64> parts;
   std::vector<u64> places;
@@ -55,7 +55,7 @@ i64 commonCount(const std::vector<u64>& a, const std::vector<u64>& b) {
   return common;
 }
 
-/// From 0 to 2000: equal parts count twice, those at the same place once.
+/// From 0 to 2000: equal parts count twice, parts at the same place once.
 i64 similarityOf(const PageSketch& a, const PageSketch& b) {
   constexpr i64 kAll = 2000;
   const auto larger = static_cast<i64>(std::max(a.parts.size(), b.parts.size()));
@@ -93,8 +93,8 @@ class PagePairing {
  private:
   static i32 size(const CustomerPages& side) { return static_cast<i32>(side.pages.size()); }
 
-  // Pages without a body are all alike. One whose length no page of the other side has is like
-  // none, which its bytes need not be read for.
+  // Pages without a body are all alike. A page whose length occurs on no page of the other side is
+  // like none, so its bytes need not be read.
   [[nodiscard]] std::vector<u64> digests(CustomerPages& side, const CustomerPages& other) const {
     const std::vector<i64> wanted = bodyLengths(other);
     const std::vector<i64> lengths = bodyLengths(side);
@@ -123,7 +123,8 @@ class PagePairing {
     return lengths;
   }
 
-  // Nearly always, pages with one number are the same page, unless one was inserted in front.
+  // Nearly always, pages with the same number are the same page, unless one was inserted before
+  // them.
   void pairGap(i32 beginI, i32 endI, i32 beginJ, i32 endJ) {
     const bool hasSameNumbers = beginI == beginJ && endI == endJ;
     for (i32 p = beginI; hasSameNumbers && p < endI; ++p) {
@@ -157,7 +158,7 @@ class PagePairing {
     appendGap(beginI, endI, beginJ, endJ, pairs);
   }
 
-  // False: too much work.
+  // Returns false if it would be too much work.
   bool pairSimilar(i32 beginI, i32 endI, i32 beginJ, i32 endJ, std::vector<PagePair>& pairs) {
     std::vector<PageSketch> a, b;
     if (!sketch(first_, beginI, endI, a) || !sketch(second_, beginJ, endJ, b)) {
@@ -185,7 +186,7 @@ class PagePairing {
         }
       }
     }
-    // Of pages that are equally alike, those at the same number.
+    // Among equally similar pages, those with the same number come first.
     std::ranges::sort(candidates, {}, [](const Candidate& c) {
       return std::tuple(-c.score, std::abs(c.i - c.j), c.i, c.j);
     });
@@ -223,7 +224,7 @@ class PagePairing {
     return true;
   }
 
-  // Removed pages come where they were, added ones in front of the next page that both have.
+  // Removed pages are placed where they were, added ones before the next page that both have.
   void appendGap(i32 beginI, i32 endI, i32 beginJ, i32 endJ, const std::vector<PagePair>& pairs) {
     std::vector<i32> partnerOfI(static_cast<std::size_t>(endI - beginI), kNone);
     std::vector<bool> isPairedJ(static_cast<std::size_t>(endJ - beginJ));

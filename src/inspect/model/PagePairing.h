@@ -12,26 +12,26 @@
 
 namespace rvf::inspect {
 
-/// Which page of one customer became which of the other; kNone on one side: added or removed.
+/// Which page of one customer became which of the other; kNone on one side means added or removed.
 struct PagePair {
   i32 first = kNone;
   i32 second = kNone;
   bool hasSameBytes = false;
 };
 
-/// Two customers whose pages are paired. `load` brings a page of a side (0 or 1) into its context.
+/// One of two customers whose pages are paired. `load` loads a page into its context.
 struct CustomerPages {
   FileBytes& bytes;
   std::span<const PageRecord> pages;
   std::function<const CompareContext&(i32 page)> load;
-  std::map<i32, PageDigests> digests{};  // of the pages that had to be looked into
+  std::map<i32, PageDigests> digests{};  // of the pages that had to be loaded
 };
 
-/// So many parts of pages that have no equal one are compared to find the most similar pages of two
-/// customers; with more, pages pair by position. Told in the help.
+/// The most parts on pages without an equal one that are compared to find the most similar pages of
+/// two customers; with more, pages are paired by position. The help states this number.
 constexpr i64 kMostParts = 1000000;
 
-/// Whether three of four parts of two pages are the same in front of what differs and behind it.
+/// Whether three quarters of the parts of two pages are the same before and after the difference.
 [[nodiscard]] bool areNearlyEqual(const PageDigests& first, const PageDigests& second);
 
 /// Pairs pages from index `start` of both sides on by their content: those of equal bytes in

@@ -15,18 +15,18 @@ namespace rvf::inspect {
 
 namespace {
 
-/// A part without a partner so far.
+/// A part that has no partner yet.
 struct Rest {
   i32 index = 0;    // in its list
-  i32 stretch = 0;  // how many parts in front of it are equal and in sequence
-  u64 shape = 0;    // all of it but the place, by a digest
+  i32 stretch = 0;  // how many parts before it are equal and in sequence
+  u64 shape = 0;    // the digest of everything except the position
 };
 
-/// Beyond so many parts without an equal one on a page, the n-th of a type in a stretch is paired
+/// If more parts than this on a page have no equal one, the n-th of a type in a stretch is paired
 /// with the n-th, without looking for the most similar.
 constexpr std::size_t kMostSketches = 20000;
 
-/// How many parts of a place or stretch one part is compared with.
+/// How many parts at a place or in a stretch one part is compared with.
 constexpr std::size_t kMostCandidates = 8;
 
 u64 keyOf(PartType type, i64 a, i64 b, u64 use) {
@@ -62,8 +62,8 @@ class PartPairing {
   [[nodiscard]] const DrawPart& first(const Rest& rest) const { return first_.list[rest.index]; }
   [[nodiscard]] const DrawPart& second(const Rest& rest) const { return second_.list[rest.index]; }
 
-  // A long common subsequence. Of those that are equally long, one that moves no part which has the
-  // same place in both lists: of A B C and C B A, B stays.
+  // A long common subsequence. Among equally long ones, one that moves no part with the same place
+  // in both lists: of A B C and C B A, B stays.
   [[nodiscard]] std::vector<IndexPair> pairsInSequence() const {
     std::vector<IndexPair> kept = pairInSequence(first_.digests, second_.digests);
     const auto end = [](const DigestedList& list) { return static_cast<i32>(list.digests.size()); };
@@ -112,7 +112,7 @@ class PartPairing {
          ChangeKind::kOrder);
   }
 
-  // Nearly always one part of a page changed, and stays where it is.
+  // Nearly always, one part of a page changed and stayed where it was.
   void pairTheOnlyOne() {
     if (firstRest_.size() != 1 || secondRest_.size() != 1) {
       return;
@@ -149,8 +149,8 @@ class PartPairing {
     return keys;
   }
 
-  // Where more parts of a shape are on one side than on the other, not all of them moved: those
-  // that still say the same at the same place stayed there, and changed otherwise.
+  // If one side has more parts of a shape than the other, not all of them moved: those that still
+  // have the same text at the same place stayed there and changed otherwise.
   void pairRestyled() {
     const std::vector<u64> uneven = unevenShapes();
     if (uneven.empty()) {
@@ -169,7 +169,7 @@ class PartPairing {
          ChangeKind::kChanged);
   }
 
-  // Those that occur in different numbers on both sides, in rising order.
+  // Those that occur in different numbers on the two sides, in ascending order.
   [[nodiscard]] std::vector<u64> unevenShapes() const {
     std::vector<u64> a = shapes(firstRest_), b = shapes(secondRest_), uneven;
     std::ranges::sort(a);
@@ -315,7 +315,7 @@ class PartPairing {
     return result;
   }
 
-  // Moves pairs of the rests, in rising order of the first, to the result.
+  // Moves pairs of the rests, in ascending order of the first, to the result.
   void take(const std::vector<IndexPair>& found, ChangeKind kind) {
     std::vector<bool> isTakenA(firstRest_.size()), isTakenB(secondRest_.size());
     for (const auto& [i, j] : found) {

@@ -9,7 +9,7 @@
 
 namespace rvf::inspect {
 
-/// A part that is not the same at the same place in the sequence of both lists.
+/// A part that is not the same at the same point in the sequence of both lists.
 struct PartPair {
   i32 first = kNone;
   i32 second = kNone;
@@ -22,10 +22,10 @@ struct DigestedList {
   std::span<const u64> digests;
 };
 
-/// Finds the smallest set of changes that turns one list into another. Parts pair in this order:
-/// equal and in sequence (these are not delivered); equal but elsewhere; equal but for the place;
-/// of one type near the same place or at the same point of the sequence, the most similar first.
-/// What is left is added or removed. No step is quadratic in the number of parts.
+/// Finds a small set of changes that turns one list into another. Parts are paired in this order:
+/// equal and in sequence (not returned); equal but elsewhere; equal except for the position; of the
+/// same type, close to the same place or at the same point of the sequence, the most similar first.
+/// The rest are added or removed. No step is quadratic in the number of parts.
 [[nodiscard]] std::vector<PartPair> pairParts(const DigestedList& first,
                                               const DigestedList& second);
 

@@ -30,14 +30,14 @@ class SequencePairing {
   }
 
  private:
-  // Keys that occur once are looked for again between those that were found, but not without end.
+  // Unique keys are looked for again between those that were found, but only to this depth.
   static constexpr int kMostLevels = 8;
   static constexpr i32 kMostEdits = 256;
 
   [[nodiscard]] u64 first(i32 i) const { return first_[static_cast<std::size_t>(i)]; }
   [[nodiscard]] u64 second(i32 j) const { return second_[static_cast<std::size_t>(j)]; }
 
-  // Appends the pairs of a stretch in rising order.
+  // Appends the pairs of a stretch in ascending order.
   void pair(Stretch s, int level) {
     const i32 sameAtEnd = trim(s);
     const bool hasOneEach = s.firstSize() == 1 && s.secondSize() == 1;  // and they differ
@@ -68,8 +68,7 @@ class SequencePairing {
     pair(gap, level + 1);
   }
 
-  // Pairs what is the same at the front, and leaves out what is the same at the end, which it
-  // counts.
+  // Pairs what is the same at the front, and cuts off and counts what is the same at the end.
   i32 trim(Stretch& s) {
     while (!s.isEmpty() && first(s.firstBegin) == second(s.secondBegin)) {
       pairs_.emplace_back(s.firstBegin++, s.secondBegin++);
@@ -83,8 +82,8 @@ class SequencePairing {
     return sameAtEnd;
   }
 
-  // The shortest list of edits, found by the furthest point that each number of edits reaches on
-  // each diagonal. Gives up, with false, when there are too many edits.
+  // Finds the shortest list of edits by the furthest point that each number of edits reaches on
+  // each diagonal. Returns false if there are too many edits.
   bool pairByEdits(const Stretch& s) {
     const i32 limit = std::min(kMostEdits, s.firstSize() + s.secondSize());
     std::vector<std::vector<i32>> reached;  // by number of edits: first index, by diagonal
@@ -112,8 +111,8 @@ class SequencePairing {
     return reached[static_cast<std::size_t>(edits)][asSize(diagonal + edits)];
   }
 
-  // Whether the best way to a diagonal comes from the one above, by passing over a key of the
-  // second sequence.
+  // Whether the best way to a diagonal comes from the one above, by skipping a key of the second
+  // sequence.
   static bool comesFromAbove(const std::vector<std::vector<i32>>& reached, i32 edits,
                              i32 diagonal) {
     return diagonal == -edits || (diagonal != edits && at(reached, edits - 1, diagonal - 1) <
@@ -176,7 +175,7 @@ class SequencePairing {
     return pairs;
   }
 
-  // The longest subsequence of pairs whose second index rises too.
+  // The longest subsequence of pairs whose second index also increases.
   static std::vector<IndexPair> risingPairs(const std::vector<IndexPair>& pairs) {
     std::vector<std::size_t> ends;  // by length: the pair with the lowest second index
     std::vector<std::size_t> before(pairs.size());

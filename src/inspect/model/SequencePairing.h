@@ -8,13 +8,13 @@
 
 namespace rvf::inspect {
 
-/// Two indexes, of the first and of the second sequence.
+/// An index in the first and one in the second sequence.
 using IndexPair = std::pair<i32, i32>;
 
-/// Pairs equal keys of two sequences so that both indexes rise: a long common subsequence. It is
-/// the longest where the sequences differ in few places; elsewhere keys that occur once on each
-/// side hold it together, and what lies between them is looked at the same way. The time stays near
-/// linear in the lengths for any input.
+/// Pairs equal keys of two sequences so that both indexes increase: a long common subsequence. It
+/// is the longest one where the sequences differ in few places; elsewhere, keys that occur once on
+/// each side serve as anchors, and the stretches between them are treated in the same way. The time
+/// is nearly linear in the lengths for any input.
 [[nodiscard]] std::vector<IndexPair> pairInSequence(std::span<const u64> first,
                                                     std::span<const u64> second);
 

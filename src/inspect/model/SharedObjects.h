@@ -10,7 +10,7 @@
 
 namespace rvf::inspect {
 
-/// The object types that a file has tables of, in their order.
+/// The object types that a file has tables for, in order.
 constexpr i32 kObjectTypes[] = {21, 24, 23, 175};
 
 /// A shared object that is not the same in both files.
@@ -24,8 +24,8 @@ struct ObjectChanges {
   std::vector<Change> changes;  // none for an object that is added or removed
 };
 
-/// Pairs the shared objects of two files: equal ones in sequence, between them by their number.
-/// Delivers those that differ, without the pages that use them.
+/// Pairs the shared objects of two files: equal ones in sequence, those between them by their
+/// number. Returns those that differ, without the pages that use them.
 [[nodiscard]] std::vector<ObjectChanges> explainObjects(const CompareContext& first,
                                                         const CompareContext& second,
                                                         ChildListResults& childLists);

@@ -26,20 +26,20 @@ std::string floatingText(f64 value) {
   return text;
 }
 
-// Texts are mostly ASCII, for which the full tables take too long.
+// Most texts are ASCII, for which the full tables are too slow.
 bool isAsciiLetter(char16_t c) { return (c | 0x20) >= u'a' && (c | 0x20) <= u'z'; }
 
 bool isLetter(char16_t c) { return c < 0x80 ? isAsciiLetter(c) : u_isalpha(c) != 0; }
 
 bool isPunctuation(char16_t c) { return c != u' ' && !isAsciiLetter(c) && u_ispunct(c) != 0; }
 
-/// Whether one word ends and something else begins between two characters. Runs follow each other
-/// without a blank, so that a full stop in front of a letter ends a word too.
+/// Whether a word ends between two characters. Runs follow each other without a blank, so a full
+/// stop before a letter also ends a word.
 bool isBoundary(char16_t before, char16_t behind) {
   return (before == u' ') != (behind == u' ') || (isPunctuation(before) && isLetter(behind));
 }
 
-/// A text cut into words and what stands between them.
+/// A text cut into words and what is between them.
 std::vector<std::u16string_view> tokensOf(std::u16string_view text) {
   std::vector<std::u16string_view> tokens;
   while (!text.empty()) {
@@ -63,8 +63,7 @@ std::vector<u64> digestsOf(const std::vector<std::u16string_view>& tokens) {
   return digests;
 }
 
-/// How many characters two texts share at their start, up to the last boundary in front of which
-/// they do.
+/// How many characters two texts share at their start, up to the last common word boundary.
 std::size_t sameAtStart(std::u16string_view a, std::u16string_view b) {
   const auto differing = std::ranges::mismatch(a, b).in1;
   auto size = static_cast<std::size_t>(differing - a.begin());
@@ -186,7 +185,7 @@ void addValue(JsonLine& json, const FieldValue& value) {
 }
 
 std::string markedWords(std::u16string_view from, std::u16string_view to, bool isColoured) {
-  // Most of a text stays.
+  // Most of a text usually stays the same.
   const std::size_t start = sameAtStart(from, to);
   const std::u16string_view front = from.substr(0, start);
   from.remove_prefix(start);

@@ -1,11 +1,11 @@
 "use strict";
 
 /**
- * What the reader chose to see. The address says it, so that a view can be sent to somebody.
+ * What the reader has chosen to see. It is kept in the address, so that a view can be shared.
  *
  * @typedef {{kind: string, type: string, counts: string, text: string, customer: string}} Filter
  * @typedef {{filter: Filter, group: string, page: number | null, change: number | null,
- *   mode: number}} State without a chosen change, it is the first one of the group
+ *   mode: number}} State the default change is the first one of the group
  */
 
 /** @type {Filter} */

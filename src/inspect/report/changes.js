@@ -3,7 +3,7 @@
 // The list of a page's changes.
 
 /**
- * The fields of a change, and what it says where the fields do not.
+ * The fields of a change, and what it says in addition to them.
  * @param {Pick<Change, "kind" | "fields" | "fieldsLeftOut" | "text" | "distance">} change
  */
 function changeFacts({ kind, fields = [], fieldsLeftOut, text, distance }) {

@@ -28,7 +28,7 @@ function bar(group, most) {
   );
 }
 
-/** Each bar leads to its group. */
+/** Each bar links to its group. */
 function chart() {
   const largest = groups.slice(0, mostBars);
   const most = Math.max(...largest.map((group) => group.pages), 1);

@@ -1,6 +1,6 @@
 "use strict";
 
-// Makes drawings of the texts in data files.
+// Turns the texts in data files into drawings.
 
 const drawnElements =
   "svg g defs use rect line polyline polygon path text tspan title image linearGradient stop";
@@ -10,8 +10,8 @@ const foreign = drawnElements
   .join("");
 
 /**
- * Keeps of a drawing what drawings consist of. The program writes nothing else, and the policy of the
- * page runs no script of an attribute; this is one more lock on the door.
+ * Keeps only what drawings consist of. The program writes nothing else, and the page's policy runs no
+ * script in an attribute; this is an additional safeguard.
  * @param {Element} root
  */
 function purify(root) {
@@ -32,7 +32,7 @@ function purify(root) {
 function makeDrawing(text, stored) {
   if (text === "") return null;
   let whole = text;
-  // Objects may hold images, which are stored for themselves; nothing is nested deeper.
+  // Objects may contain images, which are stored separately; nothing is nested deeper.
   whole = whole.replace(
     /(<g [^>]*data-stored="(\d+)"[^>]*?)\s*\/>/g,
     (_, start, number) => `${start}>${stored.get(number) ?? ""}</g>`,
@@ -53,7 +53,7 @@ function viewOf(drawing) {
 }
 
 /**
- * The space that both drawings fit into, so that they have one scale.
+ * The space that both drawings fit into, so that they have the same scale.
  * @param {(SVGSVGElement | null)[]} drawings
  */
 function commonView(drawings) {

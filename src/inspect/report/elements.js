@@ -1,6 +1,6 @@
 "use strict";
 
-// Elements of the page. Texts of a file become text nodes and nothing else.
+// Elements of the page. Texts from a file only ever become text nodes.
 
 /**
  * An element with attributes and children; strings become text nodes.
@@ -37,9 +37,9 @@ function svgElement(name, attributes, ...children) {
 }
 
 /**
- * A button with its name, and its key where it has one.
- * @param {string} label what it is called
- * @param {string} text what stands on it
+ * A button with its name, and its key if it has one.
+ * @param {string} label its name
+ * @param {string} text its caption
  * @param {() => void} act
  * @param {string} [key]
  */

@@ -1,8 +1,8 @@
-# Puts style and scripts into a page, with the hashes that its policy allows them by, and writes the page
-# as a source of the program, cut where its data belong.
+# Puts style and scripts into a page, with the hashes by which its policy allows them, and writes the page
+# as a source of the program, split where its data belongs.
 #   cmake -DFOLDER=... -DPAGE=a.html -DSTYLES=a.css,b.css -DSCRIPTS=a.js,b.js -DNAME=Report -DOUTPUT=... -P embed.cmake
 
-# The form that a policy wants: base64 of the 32 bytes.
+# The form that a policy requires: base64 of the 32 bytes.
 function(policy_hash text result)
   string(SHA256 digits "${text}")
   set(alphabet ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/)
@@ -16,7 +16,7 @@ function(policy_hash text result)
       string(APPEND encoded "${letter}")
     endforeach()
   endforeach()
-  # 32 bytes are 10 groups of three and two bytes more, which take three letters and a sign.
+  # 32 bytes are 10 groups of three bytes, plus two bytes that take three letters and a sign.
   string(SUBSTRING "${encoded}" 0 43 encoded)
   set(${result} "sha256-${encoded}=" PARENT_SCOPE)
 endfunction()

@@ -1,9 +1,9 @@
 "use strict";
 
-// The filter: which groups it lets through, and its form above the list.
+// The filter: which groups pass it, and its form above the list.
 
 /**
- * What a text that is looked for is compared with.
+ * The text that a search looks at.
  * @param {Group} group
  */
 function searchTextOf(group) {
@@ -90,7 +90,7 @@ class FilterForm {
     return filter;
   }
 
-  /** @param {Filter} filter @param {number} found how many groups it lets through */
+  /** @param {Filter} filter @param {number} found how many groups pass */
   show(filter, found) {
     for (const [name, value] of Object.entries(filter)) {
       const control = /** @type {HTMLInputElement} */ (this.node.elements.namedItem(name));

@@ -1,6 +1,6 @@
 "use strict";
 
-// The help, which lists the keys.
+// The help, a list of the keys.
 
 const keyNames = [
   ["j, k", "next, previous change; in the list: group"],

@@ -47,7 +47,7 @@ function press(event) {
     if (event.key === "Escape") target.blur();
     return;
   }
-  // What has the focus takes its own keys.
+  // The element with the focus handles its own keys.
   const isOwn =
     (event.key === " " && target.matches("button:not(.mode[aria-pressed=true]), a, summary")) ||
     (event.key.startsWith("Arrow") && target.matches("[type=range]"));

@@ -1,7 +1,7 @@
 "use strict";
 
-// The first view: the overview, the filter and the list of groups. Only the rows in sight exist, so that
-// a list of any length scrolls as a short one does.
+// The first view: the overview, the filter and the list of groups. Only the visible rows exist, so that
+// a list of any length scrolls like a short one.
 
 class GroupList {
   constructor() {
@@ -16,7 +16,7 @@ class GroupList {
     addEventListener("resize", () => this.show());
   }
 
-  /** Puts what was entered into the address, and shows it. @param {Filter} filter */
+  /** Puts the entered filter into the address and shows its result. @param {Filter} filter */
   take(filter) {
     state.filter = filter;
     history.replaceState(null, "", addressOf(state));
@@ -34,7 +34,7 @@ class GroupList {
     if (focused) this.focus(focused);
   }
 
-  /** Makes the rows that come into sight, and drops those that went out of it. */
+  /** Makes the rows that become visible, and drops the others. */
   draw() {
     if (!this.node.isConnected) return;
     const height = rowHeight();
@@ -67,7 +67,7 @@ class GroupList {
     if (link instanceof HTMLElement) link.focus({ preventScroll: true });
   }
 
-  /** Goes to the group behind the one with the focus, or in front of it. @param {number} step */
+  /** Goes to the group after or before the one with the focus. @param {number} step */
   move(step) {
     const focused = this.focusedGroup();
     const at = this.groups.findIndex((group) => group.id === focused);

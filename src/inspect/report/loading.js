@@ -1,8 +1,8 @@
 "use strict";
 
-// Brings the data files of pages in.
+// Loads the data files of pages.
 
-/** What data files bring; they call it by its name. */
+/** Receives the data files, which call it by name. */
 const rvfReport = {
   /** @type {Map<string, (data: any) => void>} */
   waiting: new Map(),
@@ -45,7 +45,7 @@ function load(folder, number) {
 const pageCache = /** @type {number[]} */ ([]);
 
 /**
- * A page with everything that its drawings need. The last few stay in memory.
+ * A page with everything that its drawings need. The last few are kept in memory.
  * @param {number} number
  * @returns {Promise<{data: PageData, stored: Map<string, string>}>}
  */

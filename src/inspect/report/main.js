@@ -1,6 +1,6 @@
 "use strict";
 
-// Starts the report and goes from view to view. The address is the one place that says what is shown.
+// Starts the report and switches views. Only the address determines what is shown.
 
 const groupList = new GroupList();
 const pageView = new PageView();
@@ -70,7 +70,7 @@ function stepPage(step) {
   if (next !== undefined && next !== state.page) go({ ...state, page: next, change: null });
 }
 
-/** The next group that the filter lets through. @param {number} step */
+/** The next group that passes the filter. @param {number} step */
 function stepGroup(step) {
   const list = filteredGroups(state.filter);
   const here = pageView.group()?.id;

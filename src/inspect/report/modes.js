@@ -1,8 +1,8 @@
 "use strict";
 
-// What the modes have of their own: slider, blinking, and the colours of the overlay.
+// The parts of single modes: slider, blinking, and the colours of the overlay.
 
-/** The divider between the pages; where it stands stays from page to page. */
+/** The divider between the pages; its position is kept from page to page. */
 class Slider {
   constructor() {
     this.share = 50;
@@ -36,7 +36,7 @@ class Slider {
   }
 }
 
-/** Shows one page after the other, by itself unless the reader's system wants no motion. */
+/** Shows the two pages in turn, automatically unless the reader's system asks for reduced motion. */
 class Blinker {
   constructor() {
     this.timer = 0;

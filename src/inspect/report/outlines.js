@@ -2,10 +2,10 @@
 
 // The outlines of the changes on the pages.
 
-/** What outlines and rows of changes do for the reader. */
+/** The actions of outlines and rows of changes. */
 /** @typedef {{choose: (index: number) => unknown, hover: (index: number, isOn: boolean) => void}} ChangeActs */
 
-/** A box that stays a little away from what it is about, at any scale. @param {Box} box */
+/** A box that keeps a small distance from its content at any scale. @param {Box} box */
 function outlineRect([left, top, right, bottom]) {
   const rect = svgElement("rect", {});
   const away = "var(--unit, 1) * 5px";

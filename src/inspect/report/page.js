@@ -32,7 +32,7 @@ class PageView {
     this.applyLayers();
   }
 
-  /** Shows what the state says, and loads what it needs. */
+  /** Shows the page in the state, and loads what it needs. */
   async show() {
     const wanted = state.page;
     this.toolbar.pressMode(state.mode);
@@ -47,7 +47,7 @@ class PageView {
       this.stage.setAttribute("aria-busy", "true");
       try {
         const { data, stored } = await loadPage(wanted);
-        if (state.page !== wanted) return; // somebody went on meanwhile
+        if (state.page !== wanted) return; // another page was chosen meanwhile
         this.take(data, stored);
       } catch (error) {
         this.clear();
@@ -83,7 +83,7 @@ class PageView {
     this.side.replaceChildren();
   }
 
-  /** A group none of whose pages is drawn. */
+  /** A group without a drawn page. */
   showUndrawn() {
     const group = groupById.get(state.group);
     if (!group) return;
@@ -93,7 +93,7 @@ class PageView {
     this.side.replaceChildren(groupFacts(group));
   }
 
-  /** Puts the drawings on the stage as the mode wants them. */
+  /** Puts the drawings on the stage according to the mode. */
   arrange() {
     const { data } = this;
     if (!data) return;
@@ -168,7 +168,7 @@ class PageView {
     return change?.firstOutlines[0] ?? change?.secondOutlines[0];
   }
 
-  /** The group that is told of: the one that was opened, or that of the chosen change. */
+  /** The group that is described: the one that was opened, or that of the chosen change. */
   group() {
     return groupById.get(state.group || (this.data?.changes[this.chosen()]?.group ?? ""));
   }
@@ -184,7 +184,7 @@ class PageView {
     this.mark(index, "chosen", true);
     const row = this.changes.children[index];
     row.setAttribute("aria-current", "true");
-    // The list alone scrolls, never the page around it.
+    // Only the list scrolls, never the page around it.
     const low = row.getBoundingClientRect().bottom - this.side.getBoundingClientRect().bottom;
     const high = row.getBoundingClientRect().top - this.side.getBoundingClientRect().top;
     this.side.scrollTop += high < 0 ? high : Math.max(low, 0);

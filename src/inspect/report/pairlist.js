@@ -3,8 +3,8 @@
 // The list of all pairs with its filter, and the long lists of the page.
 
 /**
- * A list of any length: only the rows in sight exist, and a few that the keyboard can go on to. All
- * are as high as the style says.
+ * A list of any length: only the visible rows exist, and a few more for the keyboard. The
+ * style gives all of them the same height.
  * @template Item
  */
 class LongList {
@@ -90,7 +90,7 @@ function pairRow(pair) {
   );
 }
 
-/** The list of all pairs with its filter; `show` brings it up to date with the address. */
+/** The list of all pairs with its filter; `show` updates it from the address. */
 class PairList {
   constructor() {
     this.found = element("output", { class: "found", "aria-live": "polite" });
@@ -128,7 +128,7 @@ class PairList {
     return form;
   }
 
-  /** Puts what was entered into the address, and shows it. */
+  /** Puts the entered filter into the address and shows its result. */
   take() {
     const fields = new FormData(this.form);
     const value = (/** @type {string} */ name) => String(fields.get(name) ?? "");

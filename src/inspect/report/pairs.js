@@ -1,6 +1,6 @@
 "use strict";
 
-// The results of a night, and the choice of the reader among them, which is kept in the address.
+// The results of a job, and the reader's selection, which is kept in the address.
 
 /**
  * @typedef {{count: number, names: string[]}} NamedPairs
@@ -23,10 +23,10 @@ const night = JSON.parse(document.getElementById("data")?.textContent ?? "");
 
 const pairByName = new Map(night.pairs.map((pair) => [pair.name, pair]));
 
-/** What has no answer, in the filter and in colour. */
+/** Pairs without an answer, in the filter and in colour. */
 const answers = ["identical", "different", "only-first", "only-second"];
 
-/** The sign and the colour of each state; whatever is no answer has the last. */
+/** The sign and the colour of each state; all states without an answer share the last. */
 const stateLooks = /** @type {Record<string, {sign: string, sort: string}>} */ ({
   identical: { sign: "=", sort: "moved" },
   different: { sign: "~", sort: "changed" },
@@ -47,7 +47,7 @@ function stateBadge({ state: word, inspected }) {
 }
 
 /**
- * The name of a pair, as a link where it has a report.
+ * The name of a pair, as a link if it has a report.
  * @param {string} name
  * @param {string} [view] what of the report to show
  */
@@ -58,7 +58,7 @@ function pairName(name, view = "") {
 }
 
 /**
- * The first few names, and how many more there are.
+ * The first few names, and the number of the others.
  * @param {NamedPairs} pairs
  * @param {string} [view]
  */
@@ -93,7 +93,7 @@ function filteredPairs({ state: wanted, bit, text }) {
     if (wanted === "no-answer") return !answers.includes(pair.state);
     return wanted === "" || pair.state === wanted;
   };
-  // The bits are more than an operator of integers takes.
+  // There are more bits than integer operators support.
   const has = (/** @type {Pair} */ pair) => Math.floor((pair.bits ?? 0) / Number(bit)) % 2 === 1;
   return night.pairs.filter(
     (pair) =>

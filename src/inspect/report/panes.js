@@ -15,7 +15,7 @@ function makeSheet(drawing, view, side) {
     drawing.setAttribute("height", "100%");
     drawing.setAttribute("role", "img");
     drawing.setAttribute("aria-label", `Page of the ${side} file`);
-    // A tree of its own, since both drawings use the same names for their objects.
+    // A separate tree, since both drawings use the same names for their objects.
     host.attachShadow({ mode: "open" }).append(drawing);
   } else {
     host.append(element("p", { class: "note" }, `Not in the ${side} file`));
@@ -27,7 +27,7 @@ function makeSheet(drawing, view, side) {
 /**
  * @param {HTMLElement[]} sheets
  * @param {SVGSVGElement} outlines
- * @param {string} label what is shown; nothing if it is told elsewhere
+ * @param {string} label what is shown; empty if it is shown elsewhere
  */
 function makePane(sheets, outlines, label) {
   const over = element("div", { class: "layer over" }, element("div", { class: "sheet" }));

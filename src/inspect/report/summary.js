@@ -1,6 +1,6 @@
 "use strict";
 
-// The page of a night: what it came to, the changes that its pairs have in common, and all pairs.
+// The page of a job: its totals, the changes that its pairs have in common, and all pairs.
 
 function outcomeInWords() {
   const { pairs, identical, different, accepted, oneSided, failed } = night.summary;
@@ -15,7 +15,7 @@ function outcomeInWords() {
 }
 
 /**
- * A figure that leads to its pairs, if a filter names them.
+ * A figure that links to its pairs, if a filter selects them.
  * @param {string} name
  * @param {number} count
  * @param {string} [filter]

@@ -1,6 +1,6 @@
 "use strict";
 
-// Old and new values, with what differs between them marked.
+// Old and new values with their differences marked.
 
 /** @param {Value | undefined} value */
 function plainValue(value) {
@@ -15,7 +15,7 @@ function tokensOf(text) {
 }
 
 /**
- * Which tokens two texts have in common, in sequence; the middle of long texts is taken as a whole.
+ * Which tokens two texts have in common, in sequence; the middle of long texts is treated as a whole.
  * @param {string[]} a
  * @param {string[]} b
  * @returns {[number, number][]}
@@ -58,7 +58,7 @@ function commonTokens(a, b) {
 }
 
 /**
- * One side of a changed text, with the words that the other lacks in an element.
+ * One side of a changed text; the words that the other side lacks are in an element.
  * @param {string[]} tokens
  * @param {Set<number>} common
  * @param {"del" | "ins"} name
@@ -135,7 +135,7 @@ function changedValue({ name, from, to }, most = longestShown) {
 }
 
 /**
- * Only one file has what was added or removed: one value says it.
+ * Only one file has what was added or removed, so one value is enough.
  * @param {string} kind
  * @param {FieldChange} field
  * @param {number} [most]
@@ -164,7 +164,7 @@ function valueNode(name, value, most) {
 }
 
 /**
- * What a group is about, in one line: the first example's values.
+ * The content of a group in one line: the first example's values.
  * @param {Group} group
  */
 function groupSummary(group) {

@@ -1,6 +1,6 @@
 "use strict";
 
-// How numbers, texts and places are told to people.
+// How numbers, texts and places are shown.
 
 /** The kinds of change, each with the sign that always goes with its colour. */
 const kinds = /** @type {Record<string, {sign: string, word: string}>} */ ({
@@ -23,8 +23,8 @@ function counted(count, noun) {
 }
 
 /**
- * A text whose marks of writing direction, controls and other invisible characters appear by their
- * number, so that nothing reads as what it is not.
+ * A text whose direction marks, control characters and other invisible characters are shown by their
+ * number, so that nothing looks like something else.
  * @param {string} text
  */
 function shown(text) {
@@ -46,7 +46,7 @@ function shortened(text, most = longestShown) {
   return `${shown(text.slice(0, most))}\u2026 (${grouped.format(text.length - most)} more characters)`;
 }
 
-/** The kind whose colour a change has: one that the rules ignore is grey whatever it is. */
+/** The kind that gives a change its colour: one that is ignored is always grey. */
 const sortOf = (/** @type {{kind: string, counts: boolean}} */ { kind, counts }) =>
   counts ? kind : "ignored";
 
