@@ -173,7 +173,8 @@ class CommandLine {
 
   static void addRedaction(CLI::App* command) {
     command->add_flag("--redact", redactsTexts,
-                      "Show every letter as x and every digit as 9 in texts, names and paths");
+                      "Show every letter as x and every digit as 9 in texts, names and paths, and "
+                      "leave digests out");
   }
 
   static void addSelection(CLI::App* command, Selection& selection) {

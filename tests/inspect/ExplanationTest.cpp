@@ -40,6 +40,11 @@ TEST(Explanation, NamesTheSmallestChangeOfAPage) {
       {{kDear, kSum, kBox}, {kDear, kBox}, {"0/0 1 removed TEXT"}},
       {{kDear, kBox}, {kDear, kSum, kBox}, {"0/0 1 added TEXT"}},
       {{kDear, kSum}, {kSum, kDear}, {"0/0 0 order TEXT"}},
+      {{kDear, kSum, kBox}, {kBox, kSum, kDear}, {"0/0 0 order TEXT", "0/0 2 order RECT"}},
+      // Of two alike texts one stays with another font, and the other moves.
+      {{words(u"EUR", 100), kBox, words(u"EUR", 500)},
+       {words(u"EUR", 100, 100, 8), kBox, words(u"EUR", 540, 300)},
+       {"0/0 0 changed TEXT fontId", "0/0 2 moved TEXT 200,40"}},
       {{kBox}, {rect({.area = {100, 310, 500, 410}})}, {"0/0 0 moved RECT 0,10"}},
       {{kBox},
        {rect({.area = {100, 310, 500, 410}})},

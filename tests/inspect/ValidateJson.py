@@ -16,6 +16,7 @@ samples = [str(sources / "samples" / name) for name in ("first.rvf", "second.rvf
 folders = sorted(p for p in (sources / "tests/reference").iterdir() if (p / "expected-difference").exists())
 
 runs = [["changes", *samples], ["changes", "--all-pages", *samples], ["dump", samples[0]], ["check", *samples]]
+runs += [["dump", "--redact", samples[0]]]
 for folder in folders[::4]:
     captures = sorted(str(p) for p in folder.glob("*.rvf"))
     runs += [["changes", *captures[:2]], ["dump", captures[0]], ["check", *captures]]

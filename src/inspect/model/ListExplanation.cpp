@@ -109,7 +109,11 @@ void explainParts(const DigestedList& first, const DigestedList& second, const s
   if (std::ranges::equal(first.digests, second.digests)) {
     return;
   }
-  for (const PartPair& pair : pairParts(first, second)) {
+  const std::vector<PartPair> pairs = pairParts(first, second);
+  if (changes.empty()) {
+    changes.reserve(pairs.size());
+  }
+  for (const PartPair& pair : pairs) {
     if (pair.first == kNone) {
       changes.push_back(onlyOnOneSide(second.list[pair.second], list, ChangeKind::kAdded));
       changes.back().second = pair.second;

@@ -39,22 +39,6 @@ PageSketch sketchOf(const CompareContext& page, const PageDigests& digests) {
   return sketch;
 }
 
-i64 commonCount(const std::vector<u64>& a, const std::vector<u64>& b) {
-  i64 common = 0;
-  for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
-    if (a[i] == b[j]) {
-      common += 1;
-      i += 1;
-      j += 1;
-    } else if (a[i] < b[j]) {
-      i += 1;
-    } else {
-      j += 1;
-    }
-  }
-  return common;
-}
-
 /// From 0 to 2000: equal parts count twice, parts at the same place once.
 i64 similarityOf(const PageSketch& a, const PageSketch& b) {
   constexpr i64 kAll = 2000;
@@ -62,7 +46,7 @@ i64 similarityOf(const PageSketch& a, const PageSketch& b) {
   if (larger == 0) {
     return kAll;
   }
-  return (commonCount(a.parts, b.parts) + commonCount(a.places, b.places)) * kAll / (2 * larger);
+  return (countCommon(a.parts, b.parts) + countCommon(a.places, b.places)) * kAll / (2 * larger);
 }
 
 class PagePairing {

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "inspect/model/Digest.h"
+#include "inspect/model/SequencePairing.h"
 #include "pagemodel/FieldVisitor.h"
 
 namespace rvf::inspect {
@@ -68,18 +69,7 @@ i32 sharePer1000(const std::vector<u64>& a, const std::vector<u64>& b) {
   if (a.empty() && b.empty()) {
     return kAll;
   }
-  i32 common = 0;
-  for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
-    if (a[i] == b[j]) {
-      common += 1;
-      i += 1;
-      j += 1;
-    } else if (a[i] < b[j]) {
-      i += 1;
-    } else {
-      j += 1;
-    }
-  }
+  const auto common = static_cast<i32>(countCommon(a, b));
   return 2 * kAll * common / static_cast<i32>(a.size() + b.size());
 }
 

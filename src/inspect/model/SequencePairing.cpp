@@ -18,6 +18,35 @@ struct Stretch {
   [[nodiscard]] bool isEmpty() const { return firstSize() == 0 || secondSize() == 0; }
 };
 
+/// A key and its index.
+using Entry = std::pair<u64, i32>;
+
+std::vector<Entry> sortedEntries(std::span<const u64> keys, i32 begin, i32 end) {
+  std::vector<Entry> entries;
+  entries.reserve(asSize(i64{end} - begin));
+  for (i32 i = begin; i < end; ++i) {
+    entries.emplace_back(keys[asSize(i)], i);
+  }
+  std::ranges::sort(entries);
+  return entries;
+}
+
+/// The indexes of equal keys in two sorted lists, in rising order.
+std::vector<IndexPair> pairsOfEqualKeys(const std::vector<Entry>& a, const std::vector<Entry>& b) {
+  std::vector<IndexPair> pairs;
+  for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
+    if (a[i].first == b[j].first) {
+      pairs.emplace_back(a[i++].second, b[j++].second);
+    } else if (a[i].first < b[j].first) {
+      i += 1;
+    } else {
+      j += 1;
+    }
+  }
+  std::ranges::sort(pairs);
+  return pairs;
+}
+
 class SequencePairing {
  public:
   SequencePairing(std::span<const u64> first, std::span<const u64> second)
@@ -143,36 +172,19 @@ class SequencePairing {
   }
 
   [[nodiscard]] std::vector<IndexPair> uniquePairs(const Stretch& s) const {
-    const auto sorted = [](std::span<const u64> keys, i32 begin, i32 end) {
-      std::vector<std::pair<u64, i32>> entries;
-      for (i32 i = begin; i < end; ++i) {
-        entries.emplace_back(keys[static_cast<std::size_t>(i)], i);
-      }
-      std::ranges::sort(entries);
-      std::vector<std::pair<u64, i32>> once;
+    const auto once = [](const std::vector<Entry>& entries) {
+      std::vector<Entry> result;
       for (std::size_t i = 0; i < entries.size(); ++i) {
         const bool sameBefore = i > 0 && entries[i - 1].first == entries[i].first;
         const bool sameBehind = i + 1 < entries.size() && entries[i + 1].first == entries[i].first;
         if (!sameBefore && !sameBehind) {
-          once.push_back(entries[i]);
+          result.push_back(entries[i]);
         }
       }
-      return once;
+      return result;
     };
-    const auto a = sorted(first_, s.firstBegin, s.firstEnd);
-    const auto b = sorted(second_, s.secondBegin, s.secondEnd);
-    std::vector<IndexPair> pairs;
-    for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
-      if (a[i].first == b[j].first) {
-        pairs.emplace_back(a[i++].second, b[j++].second);
-      } else if (a[i].first < b[j].first) {
-        i += 1;
-      } else {
-        j += 1;
-      }
-    }
-    std::ranges::sort(pairs);
-    return pairs;
+    return pairsOfEqualKeys(once(sortedEntries(first_, s.firstBegin, s.firstEnd)),
+                            once(sortedEntries(second_, s.secondBegin, s.secondEnd)));
   }
 
   // The longest subsequence of pairs whose second index also increases.
@@ -210,28 +222,20 @@ std::vector<IndexPair> pairInSequence(std::span<const u64> first, std::span<cons
 }
 
 std::vector<IndexPair> pairAnywhere(std::span<const u64> first, std::span<const u64> second) {
-  const auto sorted = [](std::span<const u64> keys) {
-    std::vector<std::pair<u64, i32>> entries;
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-      entries.emplace_back(keys[i], static_cast<i32>(i));
-    }
-    std::ranges::sort(entries);
-    return entries;
-  };
-  const auto a = sorted(first);
-  const auto b = sorted(second);
-  std::vector<IndexPair> pairs;
-  for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
-    if (a[i].first == b[j].first) {
-      pairs.emplace_back(a[i++].second, b[j++].second);
-    } else if (a[i].first < b[j].first) {
-      i += 1;
-    } else {
-      j += 1;
-    }
+  return pairsOfEqualKeys(sortedEntries(first, 0, static_cast<i32>(first.size())),
+                          sortedEntries(second, 0, static_cast<i32>(second.size())));
+}
+
+i64 countCommon(std::span<const u64> first, std::span<const u64> second) {
+  i64 common = 0;
+  for (std::size_t i = 0, j = 0; i < first.size() && j < second.size();) {
+    const bool isCommon = first[i] == second[j];
+    const bool isFirstAhead = first[i] > second[j];
+    common += isCommon ? 1 : 0;
+    i += isFirstAhead ? 0 : 1;
+    j += isCommon || isFirstAhead ? 1 : 0;
   }
-  std::ranges::sort(pairs);
-  return pairs;
+  return common;
 }
 
 }  // namespace rvf::inspect

@@ -23,4 +23,7 @@ using IndexPair = std::pair<i32, i32>;
 [[nodiscard]] std::vector<IndexPair> pairAnywhere(std::span<const u64> first,
                                                   std::span<const u64> second);
 
+/// How many keys two sorted sequences share.
+[[nodiscard]] i64 countCommon(std::span<const u64> first, std::span<const u64> second);
+
 }  // namespace rvf::inspect

@@ -147,7 +147,9 @@ std::string valueText(const FieldValue& value) {
     return "\"" + shownText(*text) + "\"";
   }
   if (const auto* bytes = std::get_if<ByteDigest>(&value)) {
-    return std::to_string(bytes->length) + " bytes " + digestText(bytes->digest);
+    // A digest confirms a guess at what the bytes are.
+    const std::string length = std::to_string(bytes->length) + " bytes";
+    return redactsTexts ? length : length + " " + digestText(bytes->digest);
   }
   return "nothing";
 }
@@ -178,7 +180,10 @@ void addValue(JsonLine& json, const FieldValue& value) {
     json.value(std::u16string_view(*text));
   } else if (const auto* bytes = std::get_if<ByteDigest>(&value)) {
     json.open().field("length", bytes->length);
-    json.field("digest", std::string_view(digestText(bytes->digest))).close();
+    if (!redactsTexts) {
+      json.field("digest", std::string_view(digestText(bytes->digest)));
+    }
+    json.close();
   } else {
     json.null();
   }

@@ -3,7 +3,7 @@
 /**
  * What the report knows: the data that the program wrote into this page.
  *
- * @typedef {{length: number, digest: string}} Bytes
+ * @typedef {{length: number, digest?: string}} Bytes
  * @typedef {string | number | Bytes | null} Value
  * @typedef {{name: string, from: Value, to: Value}} FieldChange
  * @typedef {"first" | "second"} Side of the comparison
