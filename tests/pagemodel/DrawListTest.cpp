@@ -158,6 +158,7 @@ TEST(OwnedMembers, AResourceHasALinkOfItsOwn) {
     EXPECT_EQ(fieldsOf(copy), expected);
     EXPECT_EQ(std::ranges::count(expected, "hyperlink.firstLabel \"label\""), 1);
     setResourceHyperlink(copy, nullptr);
+    EXPECT_EQ(copy.fields.resource.hyperlink, kNullPointer);
     EXPECT_EQ(resourceHyperlink(copy), nullptr);
     EXPECT_EQ(resourceBytes(copy).size(), std::string(bytes).size());
   }

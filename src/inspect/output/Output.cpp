@@ -16,7 +16,7 @@ Output::Output(std::string path) : path_(std::move(path)) {
   if (!path_.empty()) {
     file_.reset(std::fopen(path_.c_str(), "wb"));
     if (file_ == nullptr) {
-      fail();
+      fail(errno);
     }
   }
 }
@@ -25,10 +25,10 @@ void Output::finish() {
   writeOut();
   std::FILE* file = file_ ? file_.get() : stdout;
   if (std::fflush(file) != 0) {
-    fail();
+    fail(errno);
   }
   if (file_ != nullptr && std::fclose(file_.release()) != 0) {
-    fail();
+    fail(errno);
   }
 }
 
@@ -41,13 +41,13 @@ bool Output::takesColour() const {
 void Output::writeOut() {
   std::FILE* file = file_ ? file_.get() : stdout;
   if (std::fwrite(buffer_.data(), 1, buffer_.size(), file) != buffer_.size()) {
-    fail();
+    fail(errno);
   }
   buffer_.clear();
 }
 
-void Output::fail() const {
-  const std::string reason = toNative(systemErrorText(errno).view());
+void Output::fail(int error) const {
+  const std::string reason = toNative(systemErrorText(error).view());
   throw Trouble(path_.empty() ? "standard output" : path_, reason);
 }
 

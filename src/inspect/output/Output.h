@@ -36,7 +36,7 @@ class Output {
   static constexpr std::size_t kBufferSize = 65536;
 
   void writeOut();
-  [[noreturn]] void fail() const;
+  [[noreturn]] void fail(int error) const;
 
   struct Closer {
     void operator()(std::FILE* file) const { std::fclose(file); }
