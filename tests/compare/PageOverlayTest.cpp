@@ -63,6 +63,10 @@ TEST(PageOverlay, PagesAgainstEachOther) {
       RecordingPen pen;
       PageOverlay overlay;
       const DiffFlags bits = buildPageOverlay(overlay, a.context, b.context, tolerances, pen);
+      const std::string once = shown(overlay.first) + shown(overlay.second);
+      RecordingPen again;
+      EXPECT_EQ(buildPageOverlay(overlay, a.context, b.context, tolerances, again), bits);
+      EXPECT_EQ(shown(overlay.first) + shown(overlay.second), once);
       a.context.FetchPage(0, -1);  // the views outlive the page that they were made from
       text += Shown::row("pages", i, j) + Shown::row(", bits", walked, bits) + ", " + pen.numbers +
               shown(overlay.first) + shown(overlay.second) + "\n";

@@ -136,10 +136,13 @@ std::string shown(const DrawList& list) {
 class RandomLists {
  public:
   RandomLists(unsigned seed, const std::vector<std::string>& records) : random_(seed) {
-    // In two lists out of three, all parts are of one kind and differ in the same few bytes.
+    // In two lists out of three, all parts are of one kind, or of two neighbouring ones, and differ
+    // in the same few bytes.
     const bool areAlike = seed % 3 > 0;
     for (auto kinds = areAlike ? 1 : 8U; kinds > 0; --kinds) {
-      kinds_.push_back(records[random_() % (records.size() - (seed % 4 == 0 ? 0 : kAbsorbing))]);
+      const auto kind = random_() % (records.size() - (seed % 4 == 0 ? 0 : kAbsorbing));
+      kinds_.push_back(records[kind]);
+      if (areAlike && seed % 2 == 0) kinds_.push_back(records[kind == 0 ? 1 : kind - 1]);
     }
     for (auto bytes = areAlike ? 1 + random_() % 6 : 0; bytes > 0; --bytes) {
       places_.push_back(kFirstField + random_() % (kinds_[0].size() - kFirstField));
@@ -156,6 +159,7 @@ class RandomLists {
       std::vector<std::size_t> places = places_;
       if (places.empty()) places.push_back(kFirstField + random_() % (record.size() - kFirstField));
       for (const std::size_t at : places) {
+        if (at >= changed.size()) continue;
         const auto bits = static_cast<int>((random_() % 2) * (random_() % 16));
         changed[at] = static_cast<char>(changed[at] ^ bits);
       }
@@ -182,9 +186,10 @@ std::vector<std::string> variedRecords() {
                              textProp({.texts = {u"ab", u"", u"", u""}}),
                              line({.points = {}}),
                              poly({.points = {{10, 20}, {30, 40}}}),
+                             poly(),  // one point more
                              staticRef({.layerByteA = 128}),
                              staticRef({.layerByteA = 1})};
-  for (const std::size_t i : {1U, 2U, 3U, 4U, 5U, 7U, 8U, 9U, 30U, 31U, 44U, 0U, 6U, 14U, 40U}) {
+  for (const std::size_t i : {1U, 2U, 3U, 5U, 7U, 8U, 9U, 30U, 31U, 44U, 0U, 6U, 14U, 40U}) {
     parts.push_back(all[i]);
   }
   std::vector<std::string> records;

@@ -151,12 +151,16 @@ TEST(OwnedMembers, AResourceHasALinkOfItsOwn) {
       DrawPart part = readFresh(resource({.bytes = bytes}));
       auto link = std::make_unique<HyperlinkInfo>();
       link->firstLabel = u"label";
+      link->reservedA = 7;
+      link->reservedB = 8;
       setResourceHyperlink(part, std::move(link));
       expected = fieldsOf(part);
       copyPart(copy, part);
     }
     EXPECT_EQ(fieldsOf(copy), expected);
     EXPECT_EQ(std::ranges::count(expected, "hyperlink.firstLabel \"label\""), 1);
+    const HyperlinkInfo& link = *resourceHyperlink(copy);
+    EXPECT_EQ(std::pair(link.reservedA, link.reservedB), std::pair(7, 8));
     setResourceHyperlink(copy, nullptr);
     EXPECT_EQ(copy.fields.resource.hyperlink, kNullPointer);
     EXPECT_EQ(resourceHyperlink(copy), nullptr);

@@ -34,7 +34,7 @@ TEST(MarkerParts, TagIdsFoldIntoTheirBand) {
   for (const auto& [id, middle, top] : {std::array{9999, 19999, 49999},
                                         {10000, 10000, 40000},
                                         {39999, 39999, 4463},
-                                        {40001, 10001, 40001}}) {
+                                        {40000, 10000, 40000}}) {
     EXPECT_EQ(foldedTagId(static_cast<u16>(id), 1), middle);
     EXPECT_EQ(foldedTagId(static_cast<u16>(id), 2), top);
     EXPECT_EQ(foldedTagId(static_cast<u16>(id), 3), id);

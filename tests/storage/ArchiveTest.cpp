@@ -280,6 +280,12 @@ TEST(FileObject, ReadsSeeksAndRefuses) {
   EXPECT_EQ(readAll(memory, 2), "m1");
   EXPECT_EQ(eArchive(memory, eArchive::Mode::kLoad, 64).ReadU8(), '0');
   EXPECT_TRUE(memory.openMode() == u'r' && !memory.isDirty());
+  eMemFile grown(16);
+  grown.Write("abc", 3);
+  const std::unique_ptr<std::byte[]> detached = grown.Detach();
+  EXPECT_EQ(std::memcmp(detached.get(), "abc", 3), 0);
+  EXPECT_EQ(grown.data(), nullptr);
+  EXPECT_EQ(grown.GetLength(), 0);
 }
 
 }  // namespace

@@ -83,6 +83,7 @@ TEST(eString, OwnTextMovesWithTheBuffer) {
 
 TEST(eString, WidenTrimAndCase) {
   EXPECT_EQ(eString("a\x7F\x80\xE9").view(), u"a\x7F\xFF80\xFFE9"sv);  // by sign extension
+  EXPECT_EQ(eString("abc").c_str()[3], 0);
   eString text(u" \tx \t ");
   text.TrimLeft();
   text.TrimRight();
