@@ -60,6 +60,8 @@ export async function withReport(browser, folder, use, { hash = "", ...options }
     viewport: { width: 1280, height: 800 },
     ...options,
   });
+  // Tests run on machines that have other things to do as well.
+  context.setDefaultTimeout(120_000);
   const page = await context.newPage();
   const faults = [];
   page.on("console", (message) => faults.push(message.text()));

@@ -47,13 +47,12 @@ class GroupList {
       row.remove();
       this.rowOf.delete(index);
     }
-    /** @type {HTMLElement | null} */
-    let behind = null;
-    for (let i = end - 1; i >= begin; --i) {
-      const row = this.rowOf.get(i) ?? groupRow(this.groups[i], i, this.groups.length);
-      if (!this.rowOf.has(i)) this.rows.insertBefore(row, behind);
+    // From the top, so that the first pictures to be drawn are those that are read first.
+    for (let i = begin; i < end; ++i) {
+      if (this.rowOf.has(i)) continue;
+      const row = groupRow(this.groups[i], i, this.groups.length);
+      this.rows.insertBefore(row, this.rows.children[i - begin] ?? null);
       this.rowOf.set(i, row);
-      behind = row;
     }
   }
 

@@ -50,6 +50,7 @@ class PageView {
         if (state.page !== wanted) return; // another page was chosen meanwhile
         this.take(data, stored);
       } catch (error) {
+        if (state.page !== wanted) return;
         this.clear();
         const message = error instanceof Error ? error.message : String(error);
         this.stage.replaceChildren(element("p", { class: "note", role: "alert" }, message));

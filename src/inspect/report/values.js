@@ -135,6 +135,31 @@ function changedValue({ name, from, to }, most = longestShown) {
 }
 
 /**
+ * A field whose texts are cut down to what differs and a few words around it.
+ * @param {FieldChange} field
+ * @returns {FieldChange}
+ */
+function excerpt(field) {
+  const { from, to } = field;
+  if (typeof from !== "string" || typeof to !== "string") return field;
+  const a = tokensOf(from.slice(0, longestShown));
+  const b = tokensOf(to.slice(0, longestShown));
+  const shorter = Math.min(a.length, b.length);
+  let start = 0;
+  while (start < shorter && a[start] === b[start]) start++;
+  let end = 0;
+  while (end < shorter - start && a[a.length - 1 - end] === b[b.length - 1 - end]) end++;
+  const around = 8;
+  const cut = (/** @type {string[]} */ tokens) => {
+    const first = Math.max(start - around, 0);
+    const behind = Math.min(tokens.length - end + around, tokens.length);
+    const words = tokens.slice(first, behind).join("");
+    return `${first > 0 ? "\u2026" : ""}${words}${behind < tokens.length ? "\u2026" : ""}`;
+  };
+  return { ...field, from: cut(a), to: cut(b) };
+}
+
+/**
  * Only one file has what was added or removed, so one value is enough.
  * @param {string} kind
  * @param {FieldChange} field
@@ -164,7 +189,7 @@ function valueNode(name, value, most) {
 }
 
 /**
- * The content of a group in one line: the first example's values.
+ * The content of a group in two lines: what differs in its first example.
  * @param {Group} group
  */
 function groupSummary(group) {
@@ -172,7 +197,7 @@ function groupSummary(group) {
   const content = example?.field
     ? [
         element("span", { class: "field" }, `${example.field.name} `),
-        valueOfKind(group.kind, example.field, 160),
+        valueOfKind(group.kind, excerpt(example.field), 160),
       ]
     : [element("bdi", {}, shortened(example?.text ?? "", 160))];
   return element("span", { class: "says" }, ...content);
