@@ -5,7 +5,8 @@
 /** @param {Value | undefined} value */
 function plainValue(value) {
   if (value === null || value === undefined) return "nothing";
-  if (typeof value === "object") return `${counted(value.length, "byte")} ${value.digest ?? ""}`.trim();
+  if (typeof value === "object")
+    return `${counted(value.length, "byte")} ${value.digest ?? ""}`.trim();
   return String(value);
 }
 
