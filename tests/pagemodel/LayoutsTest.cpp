@@ -63,7 +63,7 @@ std::vector<Part> specialParts() {
   add(resource({.bytes = ""}), poly({.points = {}, .gradient = test::Gradient{}}));
   for (const double n : {255.9, 4294967295.0, -1.0, std::nan(""), 1e300}) add(oldGradient(n));
   // A link that cannot be kept, in a part whose type takes more than a byte.
-  add(lineSet({.horizontal = 0}), rect());
+  add(lineSet({.offsets = {20}}), lineSet({.horizontal = 0}), rect());
   parts.back().type = 0x1F203;
   parts.back().link = LinkFields{};
   add(hyperlinkArea({.url = u"", .linkFlagA = 0}),
@@ -125,6 +125,34 @@ TEST(Layouts, PartsOfEveryTypeAndVersion) {
   }
   for (const std::string& message : messages.take()) text += message + "\n";
   expectFrozen("parts.txt", text);
+}
+
+// A count is tested against the bytes that are left, so a record must fit that ends its file.
+TEST(Layouts, ManySmallItemsFit) {
+  const auto many = []<class T>(T item) { return std::vector<T>(200, std::move(item)); };
+  const NameValueFields nameless{.name = u"", .value = u"", .hasValue = 0};
+  const SubscribeEntryFields entry{.version = {}, .entryName = u""};
+  const Part parts[] = {text({.text = u"", .runs = many(test::Run())}),
+                        text({.text = u"", .extensionRuns = many(test::Run())}),
+                        text({.text = u"", .outlines = many(std::array<int, 6>())}),
+                        text({.text = std::u16string(200, u'a')}),
+                        line({.points = many(Point())}),
+                        lineSet({.offsets = many(1)}),
+                        poly({.points = many(Point())}),
+                        poly({.gradient = test::Gradient{.stops = many(Stop())}}),
+                        startEnd({.nameValues = many(nameless)}),
+                        startEnd({.pairs = many(Point())}),
+                        subscribe({.entries = many(entry)}),
+                        signatureField({.attributes = many(nameless)})};
+  DrawPart slot;
+  for (const Part& part : parts) {
+    for (const int v : versionGates()) {
+      SCOPED_TRACE(std::to_string(part.type) + " " + std::to_string(v));
+      for (const bool wide : {false, true}) {
+        readWhole(slot, readDrawPart, recordOf(part, v, wide), wide);
+      }
+    }
+  }
 }
 
 TEST(Layouts, WhatARefusedCopyLeavesBehind) {

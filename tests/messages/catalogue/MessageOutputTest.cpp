@@ -4,6 +4,7 @@
 
 #include <regex>
 
+#include "messages/ProcessEnd.h"
 #include "support/FrozenText.h"
 #include "support/TempFolder.h"
 #include "text/NativeText.h"
@@ -234,6 +235,8 @@ TEST_F(MessageOutputTest, MessagesOfARunWithoutFlushOrCatalogue) {
   EXPECT_EQ(printedBy(print), "The error message file - " + folder.path("none.dat") +
                                   " - could not be found.\nQZ000040: \"a\", \"2\"\n");
 }
+
+TEST(ProcessEnd, EndsWithFailure) { EXPECT_EXIT(endProcess(), testing::ExitedWithCode(255), ""); }
 
 }  // namespace
 }  // namespace rvf
