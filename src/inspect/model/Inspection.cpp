@@ -131,7 +131,7 @@ class Inspection {
             {"pageCount", i64{std::min(customer.pageCount, 0)}}};
   }
 
-  void reportLonely(const CaptureFile& file, i32 c, ChangeKind kind) {
+  void reportLonely(CaptureFile& file, i32 c, ChangeKind kind) {
     const eString& id = file.customer(c).id;
     if (!isSelected(c, id)) {
       return;
@@ -143,6 +143,19 @@ class Inspection {
     changes.front().type = "CUSTOMER";
     changes.front().text = id.view();
     reportCustomer(changes, c, id, isAdded ? kNone : c, isAdded ? c : kNone);
+    tellDamage(file, c);
+  }
+
+  // Pages that are compared with none may be damaged all the same.
+  void tellDamage(CaptureFile& file, i32 c) {
+    const CustomerRecord& customer = file.customer(c);
+    for (i32 p = 0; p < static_cast<i32>(customer.pages.size()); ++p) {
+      if (const std::optional<PageFailure>& failure = file.loadPage(c, p)) {
+        tally_.summary.damagedPages += 1;
+        listener_.damage({file.path(), c, customer.id, p, inWords(*failure)});
+      }
+    }
+    static_cast<void>(messageReporter.takePending());
   }
 
   void reportCustomer(std::vector<Change>& changes, i32 c, const eString& id, i32 first,
