@@ -34,6 +34,7 @@ TEST(InspectCommands, AnswerWithTheirStatusAndOneLineOfTrouble) {
   ASSERT_EQ(folder.run("-COMPARE=first.rvf,second.rvf -POS_TOLERANCE=5").status, 197);
   folder.write("cut.dat", folder.read("Differenced.dat").substr(0, 200));
   folder.write("broken.rvf", folder.read("first.rvf").substr(0, 5000));
+  folder.write("upright.rvf", onePage({text({.runs = {{.x = 40, .y = 60}}, .rotation = 18})}));
   const std::string pair = " first.rvf second.rvf ";
   const Command commands[] = {
       {"--version", 0, "rvfinspect ", ""},
@@ -76,6 +77,7 @@ TEST(InspectCommands, AnswerWithTheirStatusAndOneLineOfTrouble) {
       {"check first.rvf", 0, "first.rvf: sound", ""},
       {"check broken.rvf", 2, "expected a sound page-capture file", ""},
       {"page first.rvf --customer '#1' --page 2", 0, "data:image/png;base64,iVBOR", ""},
+      {"page upright.rvf", 0, "viewBox=\"-60 -65 150 175\"", ""},
       {"page first.rvf --redact --page 2", 0, "xxxxxxx", ""},
       {"dump first.rvf | head -1", 0, "File first.rvf", ""},
   };
@@ -85,6 +87,74 @@ TEST(InspectCommands, AnswerWithTheirStatusAndOneLineOfTrouble) {
     EXPECT_NE(result.out.find(c.out), std::string::npos) << c.arguments << "\n" << result.out;
     EXPECT_NE(result.err.find(c.err), std::string::npos) << c.arguments << "\n" << result.err;
     EXPECT_LE(std::ranges::count(result.err, '\n'), c.status == 0 ? 9 : 1) << result.err;
+  }
+}
+
+// A result that is lost is trouble, whichever writer loses it.
+TEST(InspectCommands, ReportAFullDisk) {
+  const InspectFolder folder;
+  ASSERT_EQ(folder.run("-COMPARE=first.rvf,second.rvf").status, 229);
+  std::filesystem::create_directory(folder.path("results"));
+  folder.write(
+      "results/results.jsonl",
+      R"({"name":"x","folder":"pairs/x","first":"a","second":"b","options":[],"reason":"",)"
+      R"("state":"killed","status":9,"bits":null,"seconds":0.1,"firstBytes":1,)"
+      R"("secondBytes":1})");
+  const std::map<std::string, std::vector<std::string>> formatsOf = {
+      {"changes first.rvf second.rvf", {"text", "text --groups", "jsonl", "junit"}},
+      {"list Differenced.dat", {"text", "jsonl", "junit"}},
+      {"dump first.rvf", {"text", "text --index", "jsonl"}},
+      {"check first.rvf", {"text", "jsonl"}},
+      {"summary results", {"text", "jsonl", "junit", "html"}}};
+  std::vector<std::string> writers = {
+      "page first.rvf --out /dev/full", "page first.rvf >/dev/full",
+      "changes first.rvf second.rvf --output /dev/null --write-accepted /dev/full"};
+  for (const auto& [command, formats] : formatsOf) {
+    for (const std::string& format : formats) {
+      writers.push_back(command + " --output /dev/full --format " + format);
+      writers.push_back(command + " --format " + format + " >/dev/full");
+    }
+  }
+  for (const std::string& writer : writers) {
+    const ProgramResult result = folder.inspect(writer);
+    EXPECT_EQ(result.status, 2) << writer;
+    EXPECT_NE(result.err.find(": No space left on device\n"), std::string::npos) << writer << "\n"
+                                                                                 << result.err;
+  }
+  EXPECT_EQ(folder.inspect("report first.rvf second.rvf --out /dev/full").status, 2);
+}
+
+// What an error line repeats of the command line steers no terminal either.
+TEST(InspectCommands, LetNothingOfAnArgumentReachTheTerminal) {
+  const InspectFolder folder;
+  folder.shell("E=$(printf '\\033[2J'); cp first.rvf \"$E\"; head -c 5000 first.rvf >\"cut$E\"");
+  for (const char* arguments : {"$E",
+                                "--$E",
+                                "changes --$E",
+                                "changes gone$E first.rvf",
+                                "changes first.rvf cut$E",
+                                "changes --from $E",
+                                "changes --accepted $E first.rvf first.rvf",
+                                "changes --customer $E first.rvf first.rvf",
+                                "changes --format $E",
+                                "changes --page $E",
+                                "changes --output $E $E first.rvf",
+                                "list gone$E",
+                                "list --bit $E x",
+                                "dump gone$E",
+                                "dump --customer $E first.rvf",
+                                "check cut$E gone$E",
+                                "page cut$E",
+                                "page --fonts $E first.rvf",
+                                "page --out $E/x first.rvf",
+                                "summary $E",
+                                "report cut$E first.rvf --out x",
+                                "report first.rvf first.rvf --out $E"}) {
+    const ProgramResult result =
+        folder.shell("E=$(printf '\\033[2J'); '" + builtPath("rvfinspect") + "' " + arguments);
+    EXPECT_EQ(result.status, 2) << arguments << "\n" << result.err;
+    EXPECT_EQ(std::ranges::count(result.err, '\n'), 1) << arguments << "\n" << result.err;
+    EXPECT_EQ((result.out + result.err).find('\x1b'), std::string::npos) << arguments;
   }
 }
 

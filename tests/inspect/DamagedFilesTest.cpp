@@ -61,18 +61,18 @@ int sweep() {
 // each command with a status; and where the check finds damage, no command passes it over.
 TEST(DamagedFiles, AreToldByEveryCommand) {
   const TempFolder folder;
-  int damaged = 0;
+  int tried = 0, damaged = 0;
   unsigned random = 1;
   for (const auto& entry : std::filesystem::directory_iterator(sourcePath("tests/reference"))) {
     if (!std::filesystem::exists(entry.path() / "a.rvf")) continue;
     std::ifstream file(entry.path() / "a.rvf", std::ios::binary);
     const std::string whole{std::istreambuf_iterator<char>(file), {}};
     folder.write("whole.rvf", whole);
-    for (int i = 0; i < 2 * sweep(); ++i) {
+    for (int i = 0; i < sweep(); ++i) {
       const auto at = [&] { return (random = random * 1103515245 + 12345) / 64 % whole.size(); };
       std::string bytes = whole;
       for (const char c : {'\xFF', '\x80', '\x00', '\x7F'}) bytes[at()] = c;
-      if (i % 2 == 1) bytes.resize(at());
+      if (++tried % 2 == 1) bytes.resize(at());
       folder.write("damaged.rvf", bytes);
       const Statuses statuses(folder);
       if (statuses.check != status::kTrouble) continue;
@@ -82,7 +82,7 @@ TEST(DamagedFiles, AreToldByEveryCommand) {
       EXPECT_EQ(statuses.dump, status::kTrouble) << entry.path() << " " << i;
     }
   }
-  EXPECT_GT(damaged, 60);
+  EXPECT_GT(damaged, 30);
 }
 
 }  // namespace

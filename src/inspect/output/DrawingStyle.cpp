@@ -46,7 +46,8 @@ std::map<i32, FontStyle> readFonts(const std::string& path) {
       if (std::from_chars(number.data(), end, fontId).ptr != end) {
         throw Trouble(path, "a font number is not a number");
       }
-      fonts[fontId] = {entry.value("family", FontStyle().family), entry.value("size", i64{0})};
+      fonts[fontId] = {entry.value("family", FontStyle().family),
+                       std::clamp(entry.value("size", i64{0}), i64{0}, kLargestSize)};
     }
   } catch (const nlohmann::json::exception&) {
     throw Trouble(path, R"(not a file of fonts such as {"3": {"family": "Serif", "size": 42}})");

@@ -1,14 +1,18 @@
 #include "inspect/output/PageDrawing.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
+#include <numbers>
 #include <optional>
 #include <pugixml.hpp>
+#include <span>
 
 #include "inspect/model/PageVerdict.h"
 #include "inspect/model/PartPlace.h"
 #include "inspect/output/PartDrawing.h"
 #include "pagemodel/ReferenceParts.h"
+#include "pagemodel/TextParts.h"
 
 namespace rvf::inspect {
 
@@ -33,6 +37,31 @@ void include(std::optional<Box>& all, const Box& box, Place offset) {
   }
   all = Box{std::min(all->left, moved.left), std::min(all->top, moved.top),
             std::max(all->right, moved.right), std::max(all->bottom, moved.bottom)};
+}
+
+/// A box turned by a text's rotation about a point.
+Box turned(const Box& box, u8 rotation, const Place& centre) {
+  const f64 angle = kTextRotationStep * rotation * std::numbers::pi / 180;
+  std::optional<Box> all;
+  for (const Place& corner : {Place{box.left, box.top}, Place{box.right, box.top},
+                              Place{box.left, box.bottom}, Place{box.right, box.bottom}}) {
+    const auto x = static_cast<f64>(corner.x - centre.x);
+    const auto y = static_cast<f64>(corner.y - centre.y);
+    const i64 left = centre.x + std::llround(x * std::cos(angle) - y * std::sin(angle));
+    const i64 top = centre.y + std::llround(x * std::sin(angle) + y * std::cos(angle));
+    include(all, {left, top, left, top}, Place());
+  }
+  return *all;
+}
+
+/// The space that a text takes in letters of a size, half as wide as a line is high.
+Box boxOfLetters(std::span<const TextRun> runs, i64 size) {
+  const i64 height = size * 5 / 4;
+  std::optional<Box> box;
+  for (const TextRun& run : runs) {
+    include(box, {run.x, run.y - height, run.x + run.charCount * height / 2, run.y}, Place());
+  }
+  return *box;
 }
 
 std::string translation(const Place& place) {
@@ -72,6 +101,7 @@ class PageDrawing {
   /// A shared object that has been drawn.
   struct DrawnObject {
     std::string id;
+    std::string marksId{};  // empty if it has no marks
     std::optional<Box> box;
   };
 
@@ -96,14 +126,14 @@ class PageDrawing {
       const DrawPart& part = list[i];
       drawPart(part, i, target);
       if (part.type == PartType::kStaticRef) {
-        useObject(part, i, offset, ink);
-      } else if (const std::optional<Box> box = boxOf(part)) {
+        useObject(part, i, offset, ink, marks);
+      } else if (const std::optional<Box> box = drawnBox(part)) {
         include(box_, *box, offset);
       }
     }
   }
 
-  void useObject(const DrawPart& reference, i32 index, Place offset, xml_node ink) {
+  void useObject(const DrawPart& reference, i32 index, Place offset, xml_node ink, xml_node marks) {
     const DrawList* list = childList(reference);
     const StaticRefFields& fields = reference.fields.staticRef;
     if (list == nullptr) {
@@ -111,10 +141,16 @@ class PageDrawing {
     }
     const DrawnObject& object = objectOf(fields, *list);
     const Place place{i64{fields.x} + list->originX, i64{fields.y} + list->originY};
-    xml_node use = ink.append_child("use");
-    use.append_attribute("data-part") = index;
-    use.append_attribute("href") = ("#" + object.id).c_str();
-    use.append_attribute("transform") = translation(place).c_str();
+    const auto use = [&](xml_node layer, const std::string& id) {
+      xml_node node = layer.append_child("use");
+      node.append_attribute("data-part") = index;
+      node.append_attribute("href") = ("#" + id).c_str();
+      node.append_attribute("transform") = translation(place).c_str();
+    };
+    use(ink, object.id);
+    if (!object.marksId.empty()) {
+      use(marks, object.marksId);
+    }
     if (object.box) {
       include(box_, *object.box, {place.x + offset.x, place.y + offset.y});
     }
@@ -127,21 +163,44 @@ class PageDrawing {
     }
     const bool isSecond = fields.useSecond != 0 && fields.secondIsHidden == 0;
     const std::string name = objectListName(fields.objectType, fields.staticIndex, isSecond);
-    DrawnObject object{name, std::nullopt};
+    DrawnObject object{name, {}, std::nullopt};
     std::ranges::replace(object.id, ' ', '-');
     std::ranges::replace(object.id, '/', '-');
     sizes_.learn(list);
-    xml_node group = definitions_.append_child("g");
-    group.append_attribute("id") = object.id.c_str();
-    group.append_attribute("data-list") = name.c_str();
-    const DrawingTarget target{group, group, definitions_, style_, sizes_, gradients_};
+    xml_node ink = define(object.id, name);
+    xml_node marks = define(object.id + "-marks", name);
+    const DrawingTarget target{ink, marks, definitions_, style_, sizes_, gradients_};
     for (i32 i = 0; i < list.count; ++i) {
       drawPart(list[i], i, target);
-      if (const std::optional<Box> box = boxOf(list[i])) {
+      if (const std::optional<Box> box = drawnBox(list[i])) {
         include(object.box, *box, Place());
       }
     }
+    if (marks.first_child()) {
+      object.marksId = object.id + "-marks";
+    } else {
+      definitions_.remove_child(marks);
+    }
     return objects_.emplace(&list, std::move(object)).first->second;
+  }
+
+  xml_node define(const std::string& id, const std::string& listName) {
+    xml_node group = definitions_.append_child("g");
+    group.append_attribute("id") = id.c_str();
+    group.append_attribute("data-list") = listName.c_str();
+    return group;
+  }
+
+  [[nodiscard]] std::optional<Box> drawnBox(const DrawPart& part) const {
+    if (part.type != PartType::kText || textRuns(part).empty()) {
+      return boxOf(part);
+    }
+    const TextFields& fields = part.fields.text;
+    const auto font = style_.fonts.find(fields.fontId);
+    const bool isSized = font != style_.fonts.end() && font->second.size > 0;
+    const i64 size = isSized ? font->second.size : sizes_.sizeOf(fields.fontId);
+    const TextRun& start = textRuns(part).front();
+    return turned(boxOfLetters(textRuns(part), size), fields.rotation, {start.x, start.y});
   }
 
   void setSize(xml_node svg, xml_node paper) const {

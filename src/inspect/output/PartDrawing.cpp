@@ -61,7 +61,6 @@ void drawText(const DrawPart& part, i32 index, const DrawingTarget& target) {
   set(node, "fill", svgColour(fields.colour, fields.tint, target.style.colours));
   set(node, "xml:space", "preserve");
   std::u16string_view left(textCharacters(part).data(), textCharacters(part).size());
-  constexpr int kDegreesPerStep = 5;
   for (const TextRun& run : textRuns(part)) {
     const std::u16string_view characters = left.substr(0, run.charCount);
     left.remove_prefix(characters.size());
@@ -73,7 +72,7 @@ void drawText(const DrawPart& part, i32 index, const DrawingTarget& target) {
   if (fields.rotation != 0 && !textRuns(part).empty()) {
     const TextRun& start = textRuns(part).front();
     set(node, "transform",
-        "rotate(" + std::to_string(-kDegreesPerStep * fields.rotation) + " " +
+        "rotate(" + std::to_string(kTextRotationStep * fields.rotation) + " " +
             std::to_string(start.x) + " " + std::to_string(start.y) + ")");
   }
 }
@@ -162,13 +161,17 @@ void drawFrame(const Box& box, const std::string& label, i32 index, xml_node par
   set(frame, "fill", "#f4f4f4");
   set(frame, "stroke", "#808080");
   set(frame, "stroke-width", 2);
+  constexpr i64 kSmallest = 8, kLargest = 24;
+  const i64 fitting = 2 * std::abs(box.right - box.left) / static_cast<i64>(label.size() + 1);
+  if (fitting < kSmallest) {
+    group.append_child("title").append_child(pugi::node_pcdata).set_value(label.c_str());
+    return;
+  }
   xml_node text = group.append_child("text");
   set(text, "x", std::min(box.left, box.right) + 8);
   set(text, "y", std::min(box.top, box.bottom) + 32);
   set(text, "font-family", "sans-serif");
-  constexpr i64 kSmallest = 8, kLargest = 24;
-  const i64 fitting = 2 * std::abs(box.right - box.left) / static_cast<i64>(label.size() + 1);
-  set(text, "font-size", std::clamp(fitting, kSmallest, kLargest));
+  set(text, "font-size", std::min(fitting, kLargest));
   set(text, "fill", "#606060");
   text.append_child(pugi::node_pcdata).set_value(label.c_str());
 }

@@ -7,6 +7,9 @@
 
 namespace rvf::inspect {
 
+/// The degrees by which a step of a text's rotation turns it in a drawing, where y grows downwards.
+constexpr int kTextRotationStep = -5;
+
 /// Where parts are drawn: those that are printed, and on a separate layer those that only mark a
 /// place.
 struct DrawingTarget {
