@@ -126,7 +126,10 @@ void ReportPages::customer(const Change& change, i32 customer, const eString& id
   }
   const std::vector<Change> changes = {change};
   Writing page{.customer = customer, .id = &id, .changes = &changes};
-  (isAdded ? page.second : page.first) = {customer, 0, &file.page(customer, 0), {}, {}};
+  Side& side = isAdded ? page.second : page.first;
+  side.customer = customer;
+  side.page = 0;
+  side.record = &file.page(customer, 0);
   write(page);
 }
 
