@@ -43,9 +43,9 @@ class Dump {
       for (i32 i = 0; i < file_.context().staticObjectCount(type); ++i) {
         const DrawStatic& object = *file_.context().FindStatic(type, i);
         writer_.object(type, i, object);
-        writer_.list(objectListName(type, i, false), object.firstList);
+        writer_.list(objectListName(type, i, ObjectList::kFirst), object.firstList);
         if (object.hasSecond != 0) {
-          writer_.list(objectListName(type, i, true), object.secondList);
+          writer_.list(objectListName(type, i, ObjectList::kSecond), object.secondList);
         }
       }
     }

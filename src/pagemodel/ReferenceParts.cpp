@@ -71,13 +71,17 @@ void readLayeredStaticRef(StaticRefFields& fields, Input& input) {
 
 }  // namespace
 
+ObjectList listNamedBy(const StaticRefFields& fields) {
+  const bool namesSecond = fields.useSecond != 0 && fields.secondIsHidden == 0;
+  return namesSecond ? ObjectList::kSecond : ObjectList::kFirst;
+}
+
 const DrawList* referencedList(const StaticRefFields& fields, const StaticLookup& tables) {
   const DrawStatic* found = tables.FindStatic(fields.objectType, fields.staticIndex);
   if (found == nullptr) {
     return nullptr;
   }
-  const bool wantsSecond = fields.useSecond != 0 && fields.secondIsHidden == 0;
-  return wantsSecond ? &found->secondList : &found->firstList;
+  return listNamedBy(fields) == ObjectList::kSecond ? &found->secondList : &found->firstList;
 }
 
 namespace {

@@ -12,6 +12,11 @@ namespace rvf {
 
 struct DrawList;
 
+/// The two lists of a static object.
+enum class ObjectList : u8 { kFirst, kSecond };
+
+/// Which of them a reference refers to.
+[[nodiscard]] ObjectList listNamedBy(const StaticRefFields& fields);
 /// The list of the static object that the part refers to. It belongs to the file; null if the
 /// object does not exist.
 [[nodiscard]] const DrawList* childList(const DrawPart& part);

@@ -10,7 +10,7 @@
 int main(int argc, char** argv) {
   rvf::eDiskFile file;
   rvf::CompareContext context;
-  rvf::RvfReader reader(context, false);
+  rvf::RvfReader reader(context, /*dbcsMode=*/false);
   if (argc != 2 ||
       !file.Open(rvf::fromNative(argv[1]), rvf::open_flags::kRead, rvf::FileContent::kBinary))
     return 1;

@@ -83,9 +83,8 @@ class ReasonCollector final : public PairingObserver {
       return false;
     }
     const StaticRefFields& fields = a.fields.staticRef;
-    const bool isSecond = fields.useSecond != 0 && fields.secondIsHidden == 0;
     lists_.push_back({children.first, children.second,
-                      objectListName(fields.objectType, fields.staticIndex, isSecond)});
+                      objectListName(fields.objectType, fields.staticIndex, listNamedBy(fields))});
     return true;
   }
   void leaveGroup() override { lists_.pop_back(); }
@@ -114,9 +113,9 @@ class ReasonCollector final : public PairingObserver {
 
 }  // namespace
 
-std::string objectListName(i32 objectType, i32 index, bool isSecond) {
+std::string objectListName(i32 objectType, i32 index, ObjectList list) {
   return "object " + std::to_string(objectType) + "/" + std::to_string(index) +
-         (isSecond ? "/second" : "/first");
+         (list == ObjectList::kSecond ? "/second" : "/first");
 }
 
 PageVerdict judgePages(const CompareContext& first, const CompareContext& second,

@@ -8,6 +8,7 @@
 #include "compare/ChildListResults.h"
 #include "compare/DiffFlags.h"
 #include "inspect/model/Change.h"
+#include "pagemodel/ReferenceParts.h"
 
 namespace rvf::inspect {
 
@@ -34,6 +35,6 @@ struct PageVerdict {
                                      ChildListResults& childLists);
 
 /// "object 21/0/first": the list that a reference refers to.
-[[nodiscard]] std::string objectListName(i32 objectType, i32 index, bool isSecond);
+[[nodiscard]] std::string objectListName(i32 objectType, i32 index, ObjectList list);
 
 }  // namespace rvf::inspect

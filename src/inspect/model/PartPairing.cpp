@@ -237,7 +237,10 @@ class PartPairing {
       const u64 stretch = keyOf(type, firstRest_[i].stretch, 0, kByStretch);
       // The n-th of a stretch is compared with those around the n-th.
       const i32 nth = seenInStretch[stretch]++;
-      considerSome(index, stretch, nth, [&](i32 j) { consider(static_cast<i32>(i), j, true); });
+      considerSome(index, stretch, nth, [&](i32 j) {
+        constexpr bool kIsSameStretch = true;
+        consider(static_cast<i32>(i), j, kIsSameStretch);
+      });
       if (!a[i].place) {
         continue;
       }

@@ -53,10 +53,10 @@ ObjectChanges changesOf(const CompareContext& first, const CompareContext& secon
   const DrawStatic& b = *second.FindStatic(objectType, j);
   ObjectChanges object{objectType, i, j, std::u16string(a.name.view()), 0, 0, {}};
   explainFields(changesOfFields(a, b), "OBJECT", "", ignored_by::kField, object.changes);
-  explainLists(a.firstList, b.firstList, objectListName(objectType, i, false), childLists,
-               object.changes);
-  explainLists(a.secondList, b.secondList, objectListName(objectType, i, true), childLists,
-               object.changes);
+  explainLists(a.firstList, b.firstList, objectListName(objectType, i, ObjectList::kFirst),
+               childLists, object.changes);
+  explainLists(a.secondList, b.secondList, objectListName(objectType, i, ObjectList::kSecond),
+               childLists, object.changes);
   return object;
 }
 

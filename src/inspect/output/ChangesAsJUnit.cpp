@@ -8,6 +8,8 @@ namespace rvf::inspect {
 
 namespace {
 
+constexpr bool kNotColoured = false;
+
 /// One suite per customer, one case per page; a page fails if it has a change that counts.
 class JUnitChangesWriter final : public InspectionListener {
  public:
@@ -39,7 +41,7 @@ class JUnitChangesWriter final : public InspectionListener {
     std::string message;
     for (const Change& change : page.changes) {
       counts = counts || change.counts();
-      for (const std::string& line : linesOf(change, false)) {
+      for (const std::string& line : linesOf(change, kNotColoured)) {
         message = message.empty() ? line : message;
         if (lines++ < kMostLines) {
           details += line + "\n";
@@ -62,7 +64,7 @@ class JUnitChangesWriter final : public InspectionListener {
     bool counts = false;
     for (const Change& change : object.changes) {
       counts = counts || change.counts();
-      for (const std::string& line : linesOf(change, false)) {
+      for (const std::string& line : linesOf(change, kNotColoured)) {
         details += line + "\n";
       }
     }
@@ -87,7 +89,7 @@ class JUnitChangesWriter final : public InspectionListener {
 
   static std::string messageOf(const Change& change) {
     std::string message;
-    for (const std::string& line : linesOf(change, false)) {
+    for (const std::string& line : linesOf(change, kNotColoured)) {
       message += (message.empty() ? "" : "; ") + line;
     }
     return message;

@@ -25,9 +25,8 @@ void ListPlaces::addObjects(const DrawList& list, Place offset) {
       continue;
     }
     const StaticRefFields& fields = part.fields.staticRef;
-    const bool isSecond = fields.useSecond != 0 && fields.secondIsHidden == 0;
     std::vector<Box>& places =
-        places_[objectListName(fields.objectType, fields.staticIndex, isSecond)];
+        places_[objectListName(fields.objectType, fields.staticIndex, listNamedBy(fields))];
     if (places.size() < kMostPlaces) {
       const i64 x = offset.x + fields.x + object->originX;
       const i64 y = offset.y + fields.y + object->originY;

@@ -161,8 +161,8 @@ class PageDrawing {
     if (found != objects_.end()) {
       return found->second;
     }
-    const bool isSecond = fields.useSecond != 0 && fields.secondIsHidden == 0;
-    const std::string name = objectListName(fields.objectType, fields.staticIndex, isSecond);
+    const std::string name =
+        objectListName(fields.objectType, fields.staticIndex, listNamedBy(fields));
     DrawnObject object{name, {}, std::nullopt};
     std::ranges::replace(object.id, ' ', '-');
     std::ranges::replace(object.id, '/', '-');

@@ -224,9 +224,10 @@ void ReportPages::addChanges(Writing& page) {
 void ReportPages::addSharedChanges(Writing& page) {
   for (const ObjectChanges& object : objects_) {
     for (const Change& change : object.changes) {
-      const bool isSecond = change.list.ends_with("/second");
-      const std::string firstList = objectListName(object.objectType, object.first, isSecond);
-      const std::string secondList = objectListName(object.objectType, object.second, isSecond);
+      const ObjectList list =
+          change.list.ends_with("/second") ? ObjectList::kSecond : ObjectList::kFirst;
+      const std::string firstList = objectListName(object.objectType, object.first, list);
+      const std::string secondList = objectListName(object.objectType, object.second, list);
       const bool isThere = (page.first.places && page.first.places->has(firstList)) ||
                            (page.second.places && page.second.places->has(secondList));
       if (!isThere) {
