@@ -27,9 +27,9 @@ class HeldInput {
   }
 
   explicit HeldInput(const eArchive& archive)
-      : next_(archive.held().data()),
-        safeEnd_(next_ + archive.held().size() - kMargin),
-        wideStrings_(archive.wideStrings()) {
+      : safeEnd_(archive.held().data() + archive.held().size() - kMargin),
+        wideStrings_(archive.wideStrings()),
+        next_(archive.held().data()) {
     assert(hasEnough(archive));
   }
 
@@ -77,9 +77,11 @@ class HeldInput {
     return value;
   }
 
-  const std::byte* next_;
   const std::byte* safeEnd_;
   bool wideStrings_;
+  // The last one, so that a copy reads it alone: a wider load that covers what was just stored and
+  // its neighbour has to wait for the store.
+  const std::byte* next_;
 };
 
 }  // namespace rvf
