@@ -44,6 +44,9 @@ TEST(EqualBodies, ShortCutHandlesWhatEqualBytesDoNotShow) {
   };
   add(kWideMagic, line(), staticRef(), 3);
   add(kWideMagic, rect(), staticRef(), 3);
+  CaptureFields withoutObject = captureOf(std::vector(3, page({staticRef(), text()})));
+  withoutObject.magic = kWideMagic;
+  files.push_back(writeCapture(withoutObject).bytes);
   add(kWideMagic, startEnd(), staticRef(), 2);
   add(kNarrowMagic, line(), staticRef(), 3);
   add(kWideMagic, line(), image({.link = LinkFields()}), 2);

@@ -69,7 +69,7 @@ std::vector<Part> specialParts() {
   add(hyperlinkArea({.url = u"", .linkFlagA = 0}),
       signatureField({.fieldName = "", .fieldValue = "", .attributes = {}}),
       taggedObject({.tagText = u"", .altText = u""}), bookmark({.title = u""}),
-      locSearchKey({.keyText = u""}), startEnd());
+      locSearchKey({.keyText = u""}), locSearchKey({.keyText = u"k"}), startEnd());
   const SubscribeEntryFields form{.version = 500, .entryId = 7, .sections = {"one", "two"}};
   add(subscribe({.entries = {}}), subscribe({.entries = {{.version = {}, .entryId = -7}}}),
       subscribe({.entries = {form, {.version = {}, .entryId = 100}}}));
