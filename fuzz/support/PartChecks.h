@@ -62,9 +62,12 @@ inline void requireSameFields(const DrawPart& a, const DrawPart& b, const char* 
   ExactFields first, second;
   forEachField(a, first);
   forEachField(b, second);
-  const std::string changed = test::changedRows(first.rows, second.rows);
-  if (first.rows != second.rows) std::fprintf(stderr, "type %d:%s\n", int(a.type), changed.c_str());
-  require(a.type == b.type && first.rows == second.rows, what);
+  const bool isSame = first.rows == second.rows;
+  if (!isSame) {
+    const std::string changed = test::changedRows(first.rows, second.rows);
+    std::fprintf(stderr, "type %d:%s\n", int(a.type), changed.c_str());
+  }
+  require(a.type == b.type && isSame, what);
 }
 
 /// Whether a copy of the part has all of its fields.
