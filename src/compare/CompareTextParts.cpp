@@ -1,5 +1,6 @@
 #include "compare/CompareTextParts.h"
 
+#include "base/Wrapping.h"
 #include "compare/PartBytes.h"
 #include "pagemodel/TextParts.h"
 
@@ -113,9 +114,8 @@ std::span<const std::byte> payloadBytes(const DrawPart& part) {
 // Quirk that stays: the lengths count characters of two bytes, but only that many bytes are
 // compared. Existing results depend on this.
 i32 comparedLength(const TextPropFields& fields) {
-  const u32 lengthC = fields.propKind == kKindWithLengthC ? fields.lengthC : 0U;
-  return static_cast<i32>(static_cast<u32>(fields.lengthA) + static_cast<u32>(fields.lengthB) +
-                          lengthC);
+  const i32 lengthC = fields.propKind == kKindWithLengthC ? fields.lengthC : 0;
+  return wrappingSum(wrappingSum(fields.lengthA, fields.lengthB), lengthC);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <map>
 #include <random>
 
+#include "base/Wrapping.h"
 #include "compare/CompareFixture.h"
 #include "compare/DrawListMatch.h"
 #include "compare/PageOverlay.h"
@@ -247,10 +248,10 @@ DiffFlags observedBits(const CompareContext& a, const CompareContext& b, ChildLi
   for (i32 i = 0; i < std::min(a.staticCount, b.staticCount); ++i) {
     const auto at = static_cast<std::size_t>(i);
     const DrawList &first = a.staticList(i), &second = b.staticList(i);
-    const auto sum = [](i32 x, i32 y) { return static_cast<u32>(x) + static_cast<u32>(y); };
-    const bool isMoved =
-        sum(first.originX, a.staticPlacementX[at]) != sum(second.originX, b.staticPlacementX[at]) ||
-        sum(first.originY, a.staticPlacementY[at]) != sum(second.originY, b.staticPlacementY[at]);
+    const bool isMoved = wrappingSum(first.originX, a.staticPlacementX[at]) !=
+                             wrappingSum(second.originX, b.staticPlacementX[at]) ||
+                         wrappingSum(first.originY, a.staticPlacementY[at]) !=
+                             wrappingSum(second.originY, b.staticPlacementY[at]);
     told.bits |= isMoved ? 160 : 0;
     observe(first, second);
   }

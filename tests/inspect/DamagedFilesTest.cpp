@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <random>
 
 #include "inspect/Commands.h"
 #include "inspect/model/Trouble.h"
@@ -62,14 +63,14 @@ int sweep() {
 TEST(DamagedFiles, AreToldByEveryCommand) {
   const TempFolder folder;
   int tried = 0, damaged = 0;
-  unsigned random = 1;
+  std::minstd_rand random;
   for (const auto& entry : std::filesystem::directory_iterator(sourcePath("tests/reference"))) {
     if (!std::filesystem::exists(entry.path() / "a.rvf")) continue;
     std::ifstream file(entry.path() / "a.rvf", std::ios::binary);
     const std::string whole{std::istreambuf_iterator<char>(file), {}};
     folder.write("whole.rvf", whole);
     for (int i = 0; i < sweep(); ++i) {
-      const auto at = [&] { return (random = random * 1103515245 + 12345) / 64 % whole.size(); };
+      const auto at = [&] { return random() % whole.size(); };
       std::string bytes = whole;
       for (const char c : {'\xFF', '\x80', '\x00', '\x7F'}) bytes[at()] = c;
       if (++tried % 2 == 1) bytes.resize(at());

@@ -157,12 +157,12 @@ Sheet JobGenerator::sheet(int number) {
   items.push_back({.x = 2000, .y = 3400, .words = u"Page " + inWords(number)});
   for (const int mark : {6, 6, 23, 23}) items.push_back({.type = mark, .x = 10, .y = 10});
   for (int type = 0; type < 45; ++type) {
-    const auto place = items.begin() + below(static_cast<int>(items.size()));
-    items.insert(place, {.type = type,
-                         .x = 200 + below(1900),
-                         .y = 200 + below(3000),
-                         .words = sentence(1 + below(3))});
-    if (type == 9) items.begin()[place - items.begin()].size = 0;
+    const int place = below(static_cast<int>(items.size()));
+    items.insert(items.begin() + place, {.type = type,
+                                         .x = 200 + below(1900),
+                                         .y = 200 + below(3000),
+                                         .words = sentence(1 + below(3))});
+    if (type == 9) items[static_cast<std::size_t>(place)].size = 0;
   }
   for (std::size_t i = 0; i < items.size(); ++i) items[i].index = static_cast<int>(i);
   return {(number == 1 ? u"Letter " : u"Schedule ") + inWords(number), items};

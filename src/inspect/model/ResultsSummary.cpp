@@ -1,6 +1,7 @@
 #include "inspect/model/ResultsSummary.h"
 
 #include <algorithm>
+#include <bit>
 #include <functional>
 #include <tuple>
 
@@ -43,11 +44,8 @@ void ResultsSummary::add(const PairResult& pair, const PairInspection* inspectio
     unexplained_ += inspection->trouble.empty() ? 0 : 1;
   }
   if (outcome == Outcome::kDifferent) {
-    const DiffFlags bits = pair.bits.value_or(0);
-    for (DiffFlags bit = 1; bit != 0; bit <<= 1) {
-      if ((bits & bit) != 0) {
-        pairsByBit_[bit] += 1;
-      }
+    for (DiffFlags bits = pair.bits.value_or(0); bits != 0; bits &= bits - 1) {
+      pairsByBit_[DiffFlags{1} << std::countr_zero(bits)] += 1;
     }
   }
   if (outcome == Outcome::kFailed || outcome == Outcome::kOneSided) {
