@@ -15,8 +15,14 @@ bool concernsTolerances(const Change& change) {
          change.ignoredBy == ignored_by::kRectangleStep;
 }
 
+/// What follows the last dot of a field's name, or all of it.
+std::string_view lastName(std::string_view name) {
+  const std::size_t dot = name.rfind('.');
+  return dot == std::string_view::npos ? name : name.substr(dot + 1);
+}
+
 bool isPositionField(std::string_view name) {
-  const std::string_view last = name.substr(name.rfind('.') + 1);
+  const std::string_view last = lastName(name);
   constexpr std::string_view kNames[] = {"x",      "y",     "left",       "top",       "right",
                                          "bottom", "x1",    "x2",         "y1",        "y2",
                                          "end",    "start", "placementX", "placementY"};
@@ -80,7 +86,7 @@ void InspectionTally::noteTolerances(const Change& change) {
     distance = std::max(std::abs(change.distance.x), std::abs(change.distance.y));
   } else if (change.kind == ChangeKind::kChanged) {
     for (const FieldChange& field : change.fields) {
-      const std::string_view last = std::string_view(field.name).substr(field.name.rfind('.') + 1);
+      const std::string_view last = lastName(field.name);
       if (isPositionField(field.name)) {
         distance = std::max(distance, differenceOf(field));
       } else if ((last == "width" || last == "lineWidth") && change.type != "STATICREF") {

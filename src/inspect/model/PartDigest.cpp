@@ -115,7 +115,7 @@ std::optional<u64> plainDigestOf(const DrawPart& part) {
       if ((fields.textFlags & (text_flag::kExtensionRuns | text_flag::kOutlineRecords)) != 0) {
         return std::nullopt;
       }
-      digest.add(static_cast<u64>(fields.fontId) << 32 | fields.colour);
+      digest.add(u64{static_cast<u32>(fields.fontId)} << 32 | fields.colour);
       digest.add(static_cast<u64>(fields.rotation << 16 | fields.textFlags << 8 | fields.tint));
       addAll(digest, textRuns(part));
       addAll(digest, textCharacters(part));
@@ -123,8 +123,8 @@ std::optional<u64> plainDigestOf(const DrawPart& part) {
     }
     case PartType::kLine: {
       const LineFields& fields = part.fields.line;
-      digest.add(static_cast<u64>(fields.lineKind) << 32 | static_cast<u32>(fields.lineStyle));
-      digest.add(static_cast<u64>(fields.width) << 32 | fields.colour);
+      digest.add(u64{static_cast<u32>(fields.lineKind)} << 32 | static_cast<u32>(fields.lineStyle));
+      digest.add(u64{static_cast<u32>(fields.width)} << 32 | fields.colour);
       digest.add(static_cast<u64>(fields.overprint << 8 | fields.tint));
       addAll(digest, linePoints(part));
       return digest.value();
