@@ -307,10 +307,11 @@ test("fingers zoom, move and tap", async () => {
       before,
     );
     assert.equal(await scaleOf(page), scale);
+    // The click that a tap stands for may come after the tap.
     await page.tap(".changes > li:nth-child(2) button");
-    assert.ok(await page.$(".outline.chosen[data-change='1']"));
+    await page.waitForSelector(".outline.chosen[data-change='1']");
     await page.tap("text=Overlay");
-    assert.ok(await page.$(".mode-4"));
+    await page.waitForSelector(".mode-4");
   };
   const options = { hash: "#page=1", hasTouch: true, viewport: { width: 390, height: 800 } };
   await withReport(browser, report, use, options);

@@ -2,6 +2,8 @@
 
 #include <pugixml.hpp>
 
+#include "inspect/output/XmlText.h"
+
 namespace rvf::inspect {
 
 namespace {
@@ -12,13 +14,6 @@ struct OutputWriter final : pugi::xml_writer {
     output.write({static_cast<const char*>(data), size});
   }
   Output& output;
-};
-
-struct StringWriter final : pugi::xml_writer {
-  void write(const void* data, std::size_t size) override {
-    text.append(static_cast<const char*>(data), size);
-  }
-  std::string text;
 };
 
 }  // namespace
@@ -36,7 +31,7 @@ void JUnitReport::beginSuite(const std::string& name) {
   // slash.
   pugi::xml_document document;
   document.append_child("testsuite").append_attribute("name") = name.c_str();
-  StringWriter tag;
+  XmlText tag;
   document.document_element().print(tag, "", pugi::format_raw);
   output_.line("  " + tag.text.substr(0, tag.text.rfind("/>")) + ">");
 }

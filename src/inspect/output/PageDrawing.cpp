@@ -11,6 +11,7 @@
 #include "inspect/model/PageVerdict.h"
 #include "inspect/model/PartPlace.h"
 #include "inspect/output/PartDrawing.h"
+#include "inspect/output/XmlText.h"
 #include "pagemodel/ReferenceParts.h"
 #include "pagemodel/TextParts.h"
 
@@ -19,13 +20,6 @@ namespace rvf::inspect {
 namespace {
 
 using pugi::xml_node;
-
-struct TextWriter final : pugi::xml_writer {
-  void write(const void* data, std::size_t size) override {
-    text.append(static_cast<const char*>(data), size);
-  }
-  std::string text;
-};
 
 void include(std::optional<Box>& all, const Box& box, Place offset) {
   const Box moved{
@@ -92,7 +86,7 @@ class PageDrawing {
                ink, marks);
     }
     setSize(svg, paper);
-    TextWriter writer;
+    XmlText writer;
     document_.save(writer, " ", pugi::format_indent, pugi::encoding_utf8);
     return std::move(writer.text);
   }

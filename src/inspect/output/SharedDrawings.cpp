@@ -5,6 +5,7 @@
 #include <pugixml.hpp>
 
 #include "inspect/model/Digest.h"
+#include "inspect/output/XmlText.h"
 
 namespace rvf::inspect {
 
@@ -12,24 +13,15 @@ namespace {
 
 using pugi::xml_node;
 
-struct TextWriter final : pugi::xml_writer {
-  void write(const void* data, std::size_t size) override {
-    text.append(static_cast<const char*>(data), size);
-  }
-  std::string text;
-};
-
 std::string textOf(xml_node node) {
-  TextWriter writer;
+  XmlText writer;
   node.print(writer, "", pugi::format_raw, pugi::encoding_utf8);
   return std::move(writer.text);
 }
 
 void refer(xml_node node, i32 number, std::vector<i32>& stored) {
   node.append_attribute("data-stored") = number;
-  if (std::ranges::find(stored, number) == stored.end()) {
-    stored.push_back(number);
-  }
+  stored.push_back(number);
 }
 
 /// A text of one run needs no separate element for the run, and large pages consist of such texts.
@@ -91,6 +83,9 @@ SplitDrawing SharedDrawings::split(const std::string& svg) {
     object.remove_children();
     refer(object, numberOf(content), result.stored);
   }
+  std::ranges::sort(result.stored);
+  const auto repeated = std::ranges::unique(result.stored);
+  result.stored.erase(repeated.begin(), repeated.end());
   result.svg = textOf(root);
   return result;
 }

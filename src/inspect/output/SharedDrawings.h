@@ -13,7 +13,7 @@ namespace rvf::inspect {
 /// `data-stored="N"` on the element whose content or image is missing.
 struct SplitDrawing {
   std::string svg;
-  std::vector<i32> stored;  // the numbers it refers to, each once
+  std::vector<i32> stored;  // the numbers it refers to, each once, ascending
   std::string viewBox;
 };
 
