@@ -84,8 +84,7 @@ SplitDrawing SharedDrawings::split(const std::string& svg) {
     refer(object, numberOf(content), result.stored);
   }
   std::ranges::sort(result.stored);
-  const auto repeated = std::ranges::unique(result.stored);
-  result.stored.erase(repeated.begin(), repeated.end());
+  result.stored.erase(std::unique(result.stored.begin(), result.stored.end()), result.stored.end());
   result.svg = textOf(root);
   return result;
 }
