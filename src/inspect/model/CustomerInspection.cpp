@@ -64,7 +64,7 @@ class CustomerInspection {
     }
     if (isSelected(p, p)) {
       judge(p);
-      report(p, p, {});
+      reportPair(p, p, [](ChangeStream&) {});
     }
     return true;
   }
@@ -88,9 +88,7 @@ class CustomerInspection {
     }
     if (isSelected(p, p)) {
       judge(p);
-      std::vector<Change> changes;
-      explain({p, p, false}, firstDigests, secondDigests, changes);
-      report(p, p, std::move(changes));
+      explain({p, p, false}, firstDigests, secondDigests);
     }
     return true;
   }
@@ -155,22 +153,17 @@ class CustomerInspection {
     if (pages.first != kNone && pages.first < common_) {
       judge(pages.first);
     }
-    std::vector<Change> changes;
     if (pages.first == kNone || pages.second == kNone) {
-      Change change;
-      change.kind = pages.first == kNone ? ChangeKind::kAdded : ChangeKind::kRemoved;
-      change.type = "PAGE";
-      change.first = pages.first;
-      change.second = pages.second;
-      changes.push_back(std::move(change));
-    } else if (!pages.hasSameBytes) {
+      reportLonely(pages.first, pages.second);
+    } else if (pages.hasSameBytes) {
+      reportPair(pages.first, pages.second, [](ChangeStream&) {});
+    } else {
       const CompareContext& a = load(first_, pair_.first, pages.first);
       const PageDigests firstDigests = digestsFor(firstPages, pages.first, a);
       const CompareContext& b = load(second_, pair_.second, pages.second);
       const PageDigests secondDigests = digestsFor(secondPages, pages.second, b);
-      explain(pages, firstDigests, secondDigests, changes);
+      explain(pages, firstDigests, secondDigests);
     }
-    report(pages.first, pages.second, std::move(changes));
   }
 
   // Judges the pages with the same number, as a run does.
@@ -205,23 +198,25 @@ class CustomerInspection {
 
   // Explains the pages that are loaded.
   void explain(const PagePair& pages, const PageDigests& firstDigests,
-               const PageDigests& secondDigests, std::vector<Change>& changes) {
-    explainPages(first_.file.context(), firstDigests, second_.file.context(), secondDigests,
-                 sink_.childLists, changes);
-    const i32 positionA = page(a_, pages.first).filePosition;
-    const i32 positionB = page(b_, pages.second).filePosition;
-    const bool bothHaveBodies = positionA >= 0 && positionB >= 0;
-    if (changes.empty() && bothHaveBodies) {
-      explainBytes(positionA, positionB, changes);
-    }
-    if ((positionA < 0) != (positionB < 0) && changes.empty()) {
-      explainFields({{"body", i64{positionA >= 0}, i64{positionB >= 0}}}, "PAGE", "",
-                    ignored_by::kField, changes);
-    }
+               const PageDigests& secondDigests) {
+    reportPair(pages.first, pages.second, [&](ChangeStream& changes) {
+      explainPages(first_.file.context(), firstDigests, second_.file.context(), secondDigests,
+                   sink_.childLists, changes);
+      const i32 positionA = page(a_, pages.first).filePosition;
+      const i32 positionB = page(b_, pages.second).filePosition;
+      const bool bothHaveBodies = positionA >= 0 && positionB >= 0;
+      if (changes.isEmpty() && bothHaveBodies) {
+        explainBytes(positionA, positionB, changes);
+      }
+      if ((positionA < 0) != (positionB < 0) && changes.isEmpty()) {
+        explainFields({{"body", i64{positionA >= 0}, i64{positionB >= 0}}}, "PAGE", "",
+                      ignored_by::kField, changes);
+      }
+    });
   }
 
   // Bytes that differ although no field does: a record of another version, or a dropped value.
-  void explainBytes(i32 positionA, i32 positionB, std::vector<Change>& changes) {
+  void explainBytes(i32 positionA, i32 positionB, ChangeStream& changes) {
     const ByteDigest from = first_.bytes.bodyAt(positionA);
     const ByteDigest to = second_.bytes.bodyAt(positionB);
     if (from != to) {
@@ -229,30 +224,53 @@ class CustomerInspection {
     }
   }
 
-  void report(i32 first, i32 second, std::vector<Change> changes) {
-    if (first != kNone && second != kNone) {
-      explainIndex(page(a_, first), page(b_, second), changes);
-    }
-    const i32 customer = pair_.first;
+  void reportLonely(i32 first, i32 second) {
+    const bool isAdded = first == kNone;
+    Summary& summary = sink_.tally.summary;
+    (isAdded ? summary.pagesAdded : summary.pagesRemoved) += 1;
+    std::vector<Change> changes(1);
+    Change& change = changes.front();
+    change.kind = isAdded ? ChangeKind::kAdded : ChangeKind::kRemoved;
+    change.type = "PAGE";
+    change.first = first;
+    change.second = second;
+    PageResult result = resultFor(first, second);
+    pass(result, std::move(changes));
+  }
+
+  // `explainBodies` adds the changes of everything but the index.
+  template <class Explain>
+  void reportPair(i32 first, i32 second, Explain explainBodies) {
+    PageResult result = resultFor(first, second);
+    ChangeStream changes([this, &result](std::vector<Change> stretch) {
+      result.isLast = false;
+      pass(result, std::move(stretch));
+      result.isLast = true;
+    });
+    explainBodies(changes);
+    explainIndex(page(a_, first), page(b_, second), changes);
+    pass(result, changes.takeLast());
+  }
+
+  [[nodiscard]] PageResult resultFor(i32 first, i32 second) const {
+    return {{pair_.first, &a_.id, first, second},
+            first == kNone ? nullptr : &page(a_, first),
+            second == kNone ? nullptr : &page(b_, second),
+            first == kNone ? 0 : verdictBits_,
+            {}};
+  }
+
+  void pass(PageResult& result, std::vector<Change> changes) {
+    const PageAddress& address = result.address;
     if (!changes.empty()) {
-      sink_.tally.take(changes, {customer, std::u16string(a_.id.view()), first, second});
+      sink_.tally.take(changes, {address.customer, std::u16string(a_.id.view()), address.first,
+                                 address.second});
     }
-    PageResult result{{customer, &a_.id, first, second},
-                      nullptr,
-                      nullptr,
-                      first == kNone ? 0 : verdictBits_,
-                      std::move(changes)};
-    if (first == kNone) {
-      sink_.tally.summary.pagesAdded += 1;
-    } else {
-      result.firstRecord = &page(a_, first);
+    result.changes = std::move(changes);
+    if (result.isLast || !result.changes.empty()) {
+      sink_.listener.page(result);
+      result.isFirst = false;
     }
-    if (second == kNone) {
-      sink_.tally.summary.pagesRemoved += 1;
-    } else {
-      result.secondRecord = &page(b_, second);
-    }
-    sink_.listener.page(result);
   }
 
   InspectedSide& first_;

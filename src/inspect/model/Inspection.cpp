@@ -112,10 +112,13 @@ class Inspection {
     const CustomerRecord& a = first_.customer(pair.first);
     const CustomerRecord& b = second_.customer(pair.second);
     if (isSelected(pair.first, a.id)) {
-      std::vector<Change> changes;
+      const auto report = [&](std::vector<Change> changes) {
+        reportCustomer(std::move(changes), pair.first, a.id);
+      };
+      ChangeStream changes(report);
       explainFields(changedFields(fieldsOfCustomer(a), fieldsOfCustomer(b)), "CUSTOMER", "",
-                    ignored_by::kField, changes);
-      reportCustomer(changes, pair.first, a.id, pair.first, pair.second);
+                    ignored_by::kField, changes, {pair.first, pair.second});
+      report(changes.takeLast());
       InspectedSide first{first_, firstBytes_};
       InspectedSide second{second_, secondBytes_};
       inspectCustomers(first, second, pair, {settings_, listener_, tally_, childLists_});
@@ -142,7 +145,8 @@ class Inspection {
     changes.front().kind = kind;
     changes.front().type = "CUSTOMER";
     changes.front().text = id.view();
-    reportCustomer(changes, c, id, isAdded ? kNone : c, isAdded ? c : kNone);
+    (isAdded ? changes.front().second : changes.front().first) = c;
+    reportCustomer(std::move(changes), c, id);
     tellDamage(file, c);
   }
 
@@ -158,12 +162,7 @@ class Inspection {
     static_cast<void>(messageReporter.takePending());
   }
 
-  void reportCustomer(std::vector<Change>& changes, i32 c, const eString& id, i32 first,
-                      i32 second) {
-    for (Change& change : changes) {
-      change.first = first;
-      change.second = second;
-    }
+  void reportCustomer(std::vector<Change> changes, i32 c, const eString& id) {
     tally_.take(changes, {c, std::u16string(id.view()), kNone, kNone});
     for (const Change& change : changes) {
       listener_.customer(change, c, id);
@@ -182,13 +181,17 @@ class Inspection {
   }
 
   void explainFile() {
-    std::vector<Change> changes;
+    ChangeStream changes = fileChanges();
     explainFields(changedFields(fieldsOfFile(first_), fieldsOfFile(second_)), "FILE", "",
                   ignored_by::kField, changes);
     explainFields(changedFields({{"resolution", i64{first_.reader().resolution}}},
                                 {{"resolution", i64{second_.reader().resolution}}}),
                   "FILE", "", {}, changes);
-    reportFile(std::move(changes));
+    reportFile(changes.takeLast());
+  }
+
+  ChangeStream fileChanges() {
+    return ChangeStream([this](std::vector<Change> changes) { reportFile(std::move(changes)); });
   }
 
   void reportFile(std::vector<Change> changes) {
@@ -200,15 +203,18 @@ class Inspection {
 
   void explainTables() {
     const i64 before = tally_.reported;
-    std::vector<ObjectChanges> objects =
-        explainObjects(first_.context(), second_.context(), childLists_);
+    const std::vector<ObjectPair> objects = differingObjects(first_.context(), second_.context());
     if (!objects.empty()) {
       const ObjectUses firstUses = usesIn(first_);
       const ObjectUses secondUses = usesIn(second_);
-      for (ObjectChanges& object : objects) {
-        object.firstPages = firstUses.pagesUsing(object.objectType, object.first);
-        object.secondPages = secondUses.pagesUsing(object.objectType, object.second);
-        reportObject(object);
+      for (const ObjectPair& pair : objects) {
+        inspectObject({pair.objectType,
+                       pair.first,
+                       pair.second,
+                       nameOf(first_.context(), second_.context(), pair),
+                       firstUses.pagesUsing(pair.objectType, pair.first),
+                       secondUses.pagesUsing(pair.objectType, pair.second),
+                       {}});
       }
     }
     const ByteDigest from = firstBytes_.stretch(kTablesOffset, first_.reader().tablesEnd);
@@ -230,19 +236,21 @@ class Inspection {
     return uses;
   }
 
-  void reportObject(ObjectChanges& object) {
+  void inspectObject(ObjectChanges object) {
+    ChangeStream changes([&](std::vector<Change> stretch) {
+      object.isLast = false;
+      pass(object, std::move(stretch));
+      object.isLast = true;
+    });
+    explainObject(first_.context(), second_.context(),
+                  {object.objectType, object.first, object.second}, childLists_, changes);
+    pass(object, changes.takeLast());
+  }
+
+  void pass(ObjectChanges& object, std::vector<Change> changes) {
+    object.changes = std::move(changes);
     const i64 pages = std::max(object.firstPages, object.secondPages);
     const bool isPaired = object.first != kNone && object.second != kNone;
-    if (!isPaired) {
-      Change change;
-      change.kind = object.first == kNone ? ChangeKind::kAdded : ChangeKind::kRemoved;
-      change.type = "OBJECT";
-      change.list = "object " + std::to_string(object.objectType);
-      change.text = object.name;
-      change.first = object.first;
-      change.second = object.second;
-      object.changes.push_back(std::move(change));
-    }
     // An object counts through the references to it.
     for (Change& change : object.changes) {
       if (change.counts() && (pages == 0 || !isPaired)) {
@@ -250,8 +258,9 @@ class Inspection {
       }
     }
     tally_.takeForPages(object.changes, pages);
-    if (!object.changes.empty()) {
+    if (!object.changes.empty() || (object.isLast && !object.isFirst)) {
       listener_.object(object);
+      object.isFirst = false;
     }
   }
 
@@ -277,9 +286,9 @@ class Inspection {
   }
 
   void reportBytes(const char* what, const ByteDigest& from, const ByteDigest& to) {
-    std::vector<Change> changes;
+    ChangeStream changes = fileChanges();
     explainFields({{what, from, to}}, "FILE", "", ignored_by::kEncoding, changes);
-    reportFile(std::move(changes));
+    reportFile(changes.takeLast());
   }
 
   static constexpr i64 kMagicOffset = 4;

@@ -33,13 +33,16 @@ struct PageAddress {
   i32 second = kNone;
 };
 
-/// A page of the explanation: a pair, or a page that only one file has.
+/// A page of the explanation: a pair, or a page that only one file has. One with very many changes
+/// has several results, which follow each other.
 struct PageResult {
   PageAddress address;
   const PageRecord* firstRecord = nullptr;
   const PageRecord* secondRecord = nullptr;
   DiffFlags verdictBits = 0;  // for the first file's page, if a run compares it
   std::vector<Change> changes;
+  bool isFirst = true;  // of the results for this page
+  bool isLast = true;
 };
 
 /// Something that could not be read.

@@ -58,6 +58,28 @@ Change changeOfPair(const DigestedList& first, const DigestedList& second, const
   return change;
 }
 
+/// A part that only one side has, with all its fields.
+Change onlyOnOneSide(ChangeKind kind, const DrawList& parts, i32 index, const std::string& list) {
+  const DrawPart& part = parts[index];
+  const bool isAdded = kind == ChangeKind::kAdded;
+  Change change;
+  change.kind = kind;
+  change.type = typeName(part.type);
+  change.list = list;
+  change.text = textOf(part);
+  std::vector<FieldChange> fields;
+  for (Field& field : fieldsOf(part)) {
+    fields.push_back({std::move(field.name), std::move(field.value), {}});
+    if (isAdded) {
+      std::swap(fields.back().from, fields.back().to);
+    }
+  }
+  setFields(change, std::move(fields));
+  (isAdded ? change.second : change.first) = index;
+  (isAdded ? change.secondBox : change.firstBox) = boxOf(part);
+  return change;
+}
+
 }  // namespace
 
 std::string typeName(PartType type) {
@@ -86,58 +108,38 @@ std::vector<Field> fieldsOfList(const DrawList& list) {
   return fields;
 }
 
-Change onlyOnOneSide(const DrawPart& part, const std::string& list, ChangeKind kind) {
-  Change change;
-  change.kind = kind;
-  change.type = typeName(part.type);
-  change.list = list;
-  change.text = textOf(part);
-  std::vector<FieldChange> fields;
-  for (Field& field : fieldsOf(part)) {
-    fields.push_back({std::move(field.name), std::move(field.value), {}});
-    if (kind == ChangeKind::kAdded) {
-      std::swap(fields.back().from, fields.back().to);
-    }
-  }
-  setFields(change, std::move(fields));
-  (kind == ChangeKind::kAdded ? change.secondBox : change.firstBox) = boxOf(part);
-  return change;
-}
-
 void explainParts(const DigestedList& first, const DigestedList& second, const std::string& list,
-                  ChildListResults& childLists, std::vector<Change>& changes) {
+                  ChildListResults& childLists, ChangeStream& changes) {
   if (std::ranges::equal(first.digests, second.digests)) {
     return;
   }
   const std::vector<PartPair> pairs = pairParts(first, second);
-  if (changes.empty()) {
-    changes.reserve(pairs.size());
-  }
+  changes.expect(pairs.size());
   for (const PartPair& pair : pairs) {
     if (pair.first == kNone) {
-      changes.push_back(onlyOnOneSide(second.list[pair.second], list, ChangeKind::kAdded));
-      changes.back().second = pair.second;
+      changes.add(onlyOnOneSide(ChangeKind::kAdded, second.list, pair.second, list));
     } else if (pair.second == kNone) {
-      changes.push_back(onlyOnOneSide(first.list[pair.first], list, ChangeKind::kRemoved));
-      changes.back().first = pair.first;
+      changes.add(onlyOnOneSide(ChangeKind::kRemoved, first.list, pair.first, list));
     } else {
-      changes.push_back(changeOfPair(first, second, pair, list, childLists));
+      changes.add(changeOfPair(first, second, pair, list, childLists));
     }
   }
 }
 
 void explainFields(std::vector<FieldChange> fields, const std::string& type,
-                   const std::string& list, std::string_view ignoredBy,
-                   std::vector<Change>& changes) {
+                   const std::string& list, std::string_view ignoredBy, ChangeStream& changes,
+                   const IndexesOfChange& indexes) {
   if (fields.empty()) {
     return;
   }
   Change change;
   change.type = type;
   change.list = list;
+  change.first = indexes.first;
+  change.second = indexes.second;
   change.ignoredBy = ignoredBy;
   setFields(change, std::move(fields));
-  changes.push_back(std::move(change));
+  changes.add(std::move(change));
 }
 
 }  // namespace rvf::inspect

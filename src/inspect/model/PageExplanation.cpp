@@ -71,26 +71,21 @@ Change wholeList(ChangeKind kind, i32 index) {
 }
 
 void explainPlacedPair(const PlacedLists& first, i32 i, const PlacedLists& second, i32 j,
-                       ChildListResults& childLists, std::vector<Change>& changes) {
+                       ChildListResults& childLists, ChangeStream& changes) {
   // The verdict compares lists by their number and by the sum of origin and placement.
   const bool countsForVerdict = i != j || first.place(i) != second.place(j);
   std::vector<FieldChange> fields = changedFields(first.fields(i), second.fields(j));
   if (i != j) {
     fields.push_back({"index", i64{i}, i64{j}});
   }
-  const std::size_t before = changes.size();
   explainFields(std::move(fields), "LIST", placedName(i),
-                countsForVerdict ? std::string_view() : ignored_by::kField, changes);
-  if (changes.size() > before) {
-    changes.back().first = i;
-    changes.back().second = j;
-  }
+                countsForVerdict ? std::string_view() : ignored_by::kField, changes, {i, j});
   explainParts(first.list(i), second.list(j), placedName(i), childLists, changes);
 }
 
 /// Pairs equal contents first, in sequence, and then what is between them, index by index.
 void explainPlacedLists(const PlacedLists& first, const PlacedLists& second,
-                        ChildListResults& childLists, std::vector<Change>& changes) {
+                        ChildListResults& childLists, ChangeStream& changes) {
   if (first.count() == 0 && second.count() == 0) {
     return;
   }
@@ -102,10 +97,10 @@ void explainPlacedLists(const PlacedLists& first, const PlacedLists& second,
       explainPlacedPair(first, i, second, j, childLists, changes);
     }
     for (; i < anchorI; ++i) {
-      changes.push_back(wholeList(ChangeKind::kRemoved, i));
+      changes.add(wholeList(ChangeKind::kRemoved, i));
     }
     for (; j < anchorJ; ++j) {
-      changes.push_back(wholeList(ChangeKind::kAdded, j));
+      changes.add(wholeList(ChangeKind::kAdded, j));
     }
     if (i < first.count() && j < second.count()) {
       explainPlacedPair(first, i++, second, j++, childLists, changes);
@@ -135,7 +130,7 @@ std::vector<Field> indexFieldsOf(const PageRecord& record) {
 
 void explainPages(const CompareContext& first, const PageDigests& firstDigests,
                   const CompareContext& second, const PageDigests& secondDigests,
-                  ChildListResults& childLists, std::vector<Change>& changes) {
+                  ChildListResults& childLists, ChangeStream& changes) {
   const bool bothHaveBodies = first.cachedPagePosition >= 0 && second.cachedPagePosition >= 0;
   const bool sameExtents =
       first.pageExtentA == second.pageExtentA && first.pageExtentB == second.pageExtentB;
@@ -150,7 +145,7 @@ void explainPages(const CompareContext& first, const PageDigests& firstDigests,
   explainPlacedLists({first, firstDigests}, {second, secondDigests}, childLists, changes);
 }
 
-void explainIndex(const PageRecord& first, const PageRecord& second, std::vector<Change>& changes) {
+void explainIndex(const PageRecord& first, const PageRecord& second, ChangeStream& changes) {
   const bool sameName = first.name == second.name;
   if (sameName && first.leadValue == second.leadValue && first.tailValue == second.tailValue) {
     return;

@@ -5,7 +5,7 @@
 #include "capture/CompareContext.h"
 #include "capture/PageRecord.h"
 #include "compare/ChildListResults.h"
-#include "inspect/model/Change.h"
+#include "inspect/model/ChangeStream.h"
 
 namespace rvf::inspect {
 
@@ -19,12 +19,12 @@ struct PageDigests {
 /// The fields of a page in the index: its name and the other values.
 [[nodiscard]] std::vector<Field> indexFieldsOf(const PageRecord& record);
 
-/// Appends the changes between the pages in two contexts, without those in the index.
+/// Adds the changes between the pages in two contexts, without those in the index.
 void explainPages(const CompareContext& first, const PageDigests& firstDigests,
                   const CompareContext& second, const PageDigests& secondDigests,
-                  ChildListResults& childLists, std::vector<Change>& changes);
+                  ChildListResults& childLists, ChangeStream& changes);
 
-/// Appends the changes between the records of two pages.
-void explainIndex(const PageRecord& first, const PageRecord& second, std::vector<Change>& changes);
+/// Adds the changes between the records of two pages.
+void explainIndex(const PageRecord& first, const PageRecord& second, ChangeStream& changes);
 
 }  // namespace rvf::inspect

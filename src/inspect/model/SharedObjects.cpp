@@ -40,53 +40,68 @@ std::vector<u64> objectDigests(const CompareContext& tables, i32 objectType) {
 }
 
 void explainLists(const DrawList& first, const DrawList& second, const std::string& name,
-                  ChildListResults& childLists, std::vector<Change>& changes) {
+                  ChildListResults& childLists, ChangeStream& changes) {
   explainFields(changesOfList(first, second), "LIST", name, ignored_by::kField, changes);
   const std::vector<u64> firstDigests = digestsOf(first);
   const std::vector<u64> secondDigests = digestsOf(second);
   explainParts({first, firstDigests}, {second, secondDigests}, name, childLists, changes);
 }
 
-ObjectChanges changesOf(const CompareContext& first, const CompareContext& second, i32 objectType,
-                        i32 i, i32 j, ChildListResults& childLists) {
-  const DrawStatic& a = *first.FindStatic(objectType, i);
-  const DrawStatic& b = *second.FindStatic(objectType, j);
-  ObjectChanges object{objectType, i, j, std::u16string(a.name.view()), 0, 0, {}};
-  explainFields(changesOfFields(a, b), "OBJECT", "", ignored_by::kField, object.changes);
-  explainLists(a.firstList, b.firstList, objectListName(objectType, i, ObjectList::kFirst),
-               childLists, object.changes);
-  explainLists(a.secondList, b.secondList, objectListName(objectType, i, ObjectList::kSecond),
-               childLists, object.changes);
-  return object;
-}
-
 }  // namespace
 
-std::vector<ObjectChanges> explainObjects(const CompareContext& first, const CompareContext& second,
-                                          ChildListResults& childLists) {
-  std::vector<ObjectChanges> objects;
+std::vector<ObjectPair> differingObjects(const CompareContext& first,
+                                         const CompareContext& second) {
+  std::vector<ObjectPair> objects;
   for (const i32 type : kObjectTypes) {
     std::vector<IndexPair> equal =
         pairInSequence(objectDigests(first, type), objectDigests(second, type));
     equal.emplace_back(first.staticObjectCount(type), second.staticObjectCount(type));
     i32 i = 0, j = 0;
     for (const auto& [nextI, nextJ] : equal) {
-      for (; i < nextI && j < nextJ; ++i, ++j) {
-        objects.push_back(changesOf(first, second, type, i, j, childLists));
+      while (i < nextI && j < nextJ) {
+        objects.push_back({type, i++, j++});
       }
-      for (; i < nextI; ++i) {
-        objects.push_back(
-            {type, i, kNone, std::u16string(first.FindStatic(type, i)->name.view()), 0, 0, {}});
+      while (i < nextI) {
+        objects.push_back({type, i++, kNone});
       }
-      for (; j < nextJ; ++j) {
-        objects.push_back(
-            {type, kNone, j, std::u16string(second.FindStatic(type, j)->name.view()), 0, 0, {}});
+      while (j < nextJ) {
+        objects.push_back({type, kNone, j++});
       }
       i = nextI + 1;
       j = nextJ + 1;
     }
   }
   return objects;
+}
+
+void explainObject(const CompareContext& first, const CompareContext& second,
+                   const ObjectPair& pair, ChildListResults& childLists, ChangeStream& changes) {
+  const auto& [type, i, j] = pair;
+  if (i == kNone || j == kNone) {
+    Change change;
+    change.kind = i == kNone ? ChangeKind::kAdded : ChangeKind::kRemoved;
+    change.type = "OBJECT";
+    change.list = "object " + std::to_string(type);
+    change.text = nameOf(first, second, pair);
+    change.first = i;
+    change.second = j;
+    changes.add(std::move(change));
+    return;
+  }
+  const DrawStatic& a = *first.FindStatic(type, i);
+  const DrawStatic& b = *second.FindStatic(type, j);
+  explainFields(changesOfFields(a, b), "OBJECT", "", ignored_by::kField, changes);
+  explainLists(a.firstList, b.firstList, objectListName(type, i, ObjectList::kFirst), childLists,
+               changes);
+  explainLists(a.secondList, b.secondList, objectListName(type, i, ObjectList::kSecond), childLists,
+               changes);
+}
+
+std::u16string nameOf(const CompareContext& first, const CompareContext& second,
+                      const ObjectPair& pair) {
+  const DrawStatic& object = pair.first != kNone ? *first.FindStatic(pair.objectType, pair.first)
+                                                 : *second.FindStatic(pair.objectType, pair.second);
+  return std::u16string(object.name.view());
 }
 
 void ObjectUses::addPage(const CompareContext& page) {

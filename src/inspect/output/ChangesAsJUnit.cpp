@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <utility>
+
 #include "inspect/model/BitNames.h"
 #include "inspect/output/ChangeLines.h"
 #include "inspect/output/ChangesWriter.h"
@@ -35,41 +38,31 @@ class JUnitChangesWriter final : public InspectionListener {
 
   void page(const PageResult& page) override {
     beginCustomer(*page.address.id);
-    std::string details;
-    std::size_t lines = 0;
-    bool counts = false;
-    std::string message;
-    for (const Change& change : page.changes) {
-      counts = counts || change.counts();
-      for (const std::string& line : linesOf(change, kNotColoured)) {
-        message = message.empty() ? line : message;
-        if (lines++ < kMostLines) {
-          details += line + "\n";
-        }
-      }
+    take(page.changes);
+    if (!page.isLast) {
+      return;
     }
-    if (counts) {
-      report_.failed(titleOf(page), bitsInWords(page.verdictBits) + ": " + message, details);
+    const FirstLines told = std::exchange(told_, {});
+    if (told.counts) {
+      const std::string& first = told.lines.front();
+      report_.failed(titleOf(page), bitsInWords(page.verdictBits) + ": " + first, told.text());
     } else {
       report_.passed(titleOf(page));
     }
   }
 
   void object(const ObjectChanges& object) override {
+    take(object.changes);
+    if (!object.isLast) {
+      return;
+    }
+    const FirstLines told = std::exchange(told_, {});
     report_.beginSuite("shared objects");
     const std::string name = std::to_string(object.objectType) + "/" +
                              std::to_string(object.first != kNone ? object.first : object.second) +
                              " " + shownText(object.name);
-    std::string details;
-    bool counts = false;
-    for (const Change& change : object.changes) {
-      counts = counts || change.counts();
-      for (const std::string& line : linesOf(change, kNotColoured)) {
-        details += line + "\n";
-      }
-    }
-    if (counts) {
-      report_.failed(name, "changed, used on " + counted(object.firstPages, "page"), details);
+    if (told.counts) {
+      report_.failed(name, "changed, used on " + counted(object.firstPages, "page"), told.text());
     } else {
       report_.passed(name);
     }
@@ -85,7 +78,33 @@ class JUnitChangesWriter final : public InspectionListener {
   void end(const Summary&, const ChangeGroups&) override { report_.finish(); }
 
  private:
-  static constexpr std::size_t kMostLines = 20;
+  /// The first lines of a page's or an object's explanation.
+  struct FirstLines {
+    static constexpr std::size_t kMost = 20;
+
+    [[nodiscard]] std::string text() const {
+      std::string text;
+      for (const std::string& line : lines) {
+        text += line + "\n";
+      }
+      return text;
+    }
+
+    std::vector<std::string> lines;
+    bool counts = false;
+  };
+
+  void take(const std::vector<Change>& changes) {
+    for (const Change& change : changes) {
+      told_.counts = told_.counts || change.counts();
+      if (told_.lines.size() < FirstLines::kMost) {
+        for (std::string& line : linesOf(change, kNotColoured)) {
+          told_.lines.push_back(std::move(line));
+        }
+        told_.lines.resize(std::min(told_.lines.size(), FirstLines::kMost));
+      }
+    }
+  }
 
   static std::string messageOf(const Change& change) {
     std::string message;
@@ -103,6 +122,7 @@ class JUnitChangesWriter final : public InspectionListener {
   }
 
   JUnitReport report_;
+  FirstLines told_;
   const eString* lastCustomer_ = nullptr;
 };
 

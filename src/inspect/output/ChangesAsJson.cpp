@@ -8,12 +8,10 @@ namespace rvf::inspect {
 namespace {
 
 void addChanges(JsonLine& json, const std::vector<Change>& changes) {
-  json.name("changes").openList();
   for (const Change& change : changes) {
     addChange(json.open(), change);
     json.close();
   }
-  json.closeList();
 }
 
 class JsonChangesWriter final : public InspectionListener {
@@ -43,7 +41,8 @@ class JsonChangesWriter final : public InspectionListener {
     addIndex(json_, "first", change.first);
     addIndex(json_, "second", change.second);
     if (change.first != kNone && change.second != kNone) {
-      addChanges(json_, {change});
+      addChanges(json_.name("changes").openList(), {change});
+      json_.closeList();
     }
     finishRecord();
   }
@@ -57,34 +56,24 @@ class JsonChangesWriter final : public InspectionListener {
   }
 
   void page(const PageResult& page) override {
-    if (page.changes.empty() && !showsAllPages_) {
+    if (page.isFirst && page.changes.empty() && !showsAllPages_) {
       return;
     }
-    openRecord(json_, "page").field("customer", page.address.customer);
-    json_.field("id", page.address.id->view());
-    addIndex(json_, "first", page.address.first);
-    addIndex(json_, "second", page.address.second);
-    if (page.firstRecord != nullptr) {
-      json_.field("firstName", page.firstRecord->name.text().view());
-    }
-    if (page.secondRecord != nullptr) {
-      json_.field("secondName", page.secondRecord->name.text().view());
+    if (page.isFirst) {
+      beginPage(page);
     }
     if (page.firstRecord != nullptr && page.secondRecord != nullptr) {
-      addChanges(json_, page.changes);
+      addStretch(page.changes, page.isFirst, page.isLast);
+    } else {
+      finishRecord();
     }
-    finishRecord();
   }
 
   void object(const ObjectChanges& object) override {
-    openRecord(json_, "object").field("objectType", object.objectType);
-    json_.field("index", object.first != kNone ? object.first : object.second);
-    addIndex(json_, "first", object.first);
-    addIndex(json_, "second", object.second);
-    json_.field("name", std::u16string_view(object.name)).name("pages").openList();
-    json_.value(object.firstPages).value(object.secondPages).closeList();
-    addChanges(json_, object.changes);
-    finishRecord();
+    if (object.isFirst) {
+      beginObject(object);
+    }
+    addStretch(object.changes, object.isFirst, object.isLast);
   }
 
   void damage(const Damage& damage) override {
@@ -106,6 +95,42 @@ class JsonChangesWriter final : public InspectionListener {
   }
 
  private:
+  void beginPage(const PageResult& page) {
+    openRecord(json_, "page").field("customer", page.address.customer);
+    json_.field("id", page.address.id->view());
+    addIndex(json_, "first", page.address.first);
+    addIndex(json_, "second", page.address.second);
+    if (page.firstRecord != nullptr) {
+      json_.field("firstName", page.firstRecord->name.text().view());
+    }
+    if (page.secondRecord != nullptr) {
+      json_.field("secondName", page.secondRecord->name.text().view());
+    }
+  }
+
+  void beginObject(const ObjectChanges& object) {
+    openRecord(json_, "object").field("objectType", object.objectType);
+    json_.field("index", object.first != kNone ? object.first : object.second);
+    addIndex(json_, "first", object.first);
+    addIndex(json_, "second", object.second);
+    json_.field("name", std::u16string_view(object.name)).name("pages").openList();
+    json_.value(object.firstPages).value(object.secondPages).closeList();
+  }
+
+  // The last stretch of changes ends the record.
+  void addStretch(const std::vector<Change>& changes, bool isFirst, bool isLast) {
+    if (isFirst) {
+      json_.name("changes").openList();
+    }
+    addChanges(json_, changes);
+    if (isLast) {
+      json_.closeList();
+      finishRecord();
+    } else {
+      writeBeginning(output_, json_);
+    }
+  }
+
   void finishRecord() {
     json_.close();
     writeRecord(output_, json_);

@@ -43,34 +43,40 @@ class TextChangesWriter final : public InspectionListener {
     const bool isJudged = page.address.first == pendingPage_ && pending_.bits != 0;
     const bool isShown = style_.showsAllPages || isJudged || !page.changes.empty();
     if (isByPage() && isShown) {
-      showCustomer(page.address.customer, *page.address.id);
-      output_.line("  " + titleOf(page) +
-                   (page.address.first == kNone ? "" : ": " + bitsInWords(page.verdictBits)));
+      if (page.isFirst) {
+        showCustomer(page.address.customer, *page.address.id);
+        output_.line("  " + titleOf(page) +
+                     (page.address.first == kNone ? "" : ": " + bitsInWords(page.verdictBits)));
+      }
       for (const Change& change : page.changes) {
         if (change.type != "PAGE" || change.kind == ChangeKind::kChanged) {
           write(change, "    ");
         }
       }
-      if (page.changes.empty() && !isJudged) {
+      if (page.isFirst && page.changes.empty() && !isJudged) {
         output_.line("    no change");
       }
-      if (isJudged) {
+      if (page.isLast && isJudged) {
         for (const VerdictReason& reason : pending_.why) {
           output_.line("    why " + lineOf(reason));
         }
       }
     }
-    pending_ = {};
+    if (page.isLast) {
+      pending_ = {};
+    }
   }
 
   void object(const ObjectChanges& object) override {
     if (!isByPage()) {
       return;
     }
-    const i32 index = object.first != kNone ? object.first : object.second;
-    output_.line("\nShared object " + std::to_string(object.objectType) + "/" +
-                 std::to_string(index) + " \"" + shownText(object.name) + "\", used on " +
-                 counted(object.firstPages, "page") + " / " + std::to_string(object.secondPages));
+    if (object.isFirst) {
+      const i32 index = object.first != kNone ? object.first : object.second;
+      output_.line("\nShared object " + std::to_string(object.objectType) + "/" +
+                   std::to_string(index) + " \"" + shownText(object.name) + "\", used on " +
+                   counted(object.firstPages, "page") + " / " + std::to_string(object.secondPages));
+    }
     for (const Change& change : object.changes) {
       write(change, "  ");
     }

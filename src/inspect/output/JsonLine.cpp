@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "inspect/output/ShownText.h"
 
@@ -62,6 +63,12 @@ JsonLine& JsonLine::value(std::u16string_view text) {
   }
   text_ += '"';
   return *this;
+}
+
+std::string JsonLine::takeBeginning() {
+  std::string rest = text_.empty() ? std::string() : text_.substr(text_.size() - 1);
+  text_.resize(text_.size() - rest.size());
+  return std::exchange(text_, std::move(rest));
 }
 
 JsonLine& JsonLine::bracket(char c) {

@@ -40,6 +40,8 @@ class JsonLine {
 
   [[nodiscard]] const std::string& text() const { return text_; }
   void clear() { text_.clear(); }
+  /// Removes and returns the text except for its last character, which decides how it goes on.
+  [[nodiscard]] std::string takeBeginning();
 
  private:
   JsonLine& bracket(char c);

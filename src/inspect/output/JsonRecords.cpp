@@ -13,6 +13,10 @@ void writeRecord(Output& output, JsonLine& json) {
   json.clear();
 }
 
+void writeBeginning(Output& output, JsonLine& json) {
+  output.write(json.takeBeginning());
+}
+
 JsonLine& addBits(JsonLine& json, DiffFlags bits) {
   json.field("bits", bits).name("names").openList();
   for (const std::string& name : bitNames(bits)) {

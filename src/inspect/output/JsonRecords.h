@@ -15,6 +15,8 @@ constexpr int kJsonFormat = 1;
 JsonLine& openRecord(JsonLine& json, std::string_view record);
 /// Writes a closed record as one line and empties it.
 void writeRecord(Output& output, JsonLine& json);
+/// Writes what there is of a record so far, and keeps only what is needed to go on.
+void writeBeginning(Output& output, JsonLine& json);
 
 /// The fields "bits" and "names".
 JsonLine& addBits(JsonLine& json, DiffFlags bits);

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 
 #include "inspect/output/JsonChange.h"
@@ -73,7 +74,7 @@ void ReportIndex::page(const PageResult& result) {
     plan_.add(ChangeGroups::keyOf(change, number).id(),
               {address.customer, address.first, address.second});
   }
-  pagesWithChanges_ += result.changes.empty() ? 0 : 1;
+  pagesWithChanges_ += result.isFirst && !result.changes.empty() ? 1 : 0;
   if (counts && lastDiffering_ != address.customer) {
     lastDiffering_ = address.customer;
     customersDiffering_ += 1;
@@ -81,11 +82,18 @@ void ReportIndex::page(const PageResult& result) {
 }
 
 void ReportIndex::object(const ObjectChanges& object) {
-  if (objects_.size() < kMostObjects) {
-    objects_.push_back(object);
-  } else {
-    objectsLeftOut_ += 1;
+  const bool hasRoom = objects_.size() < kMostObjects && objectChanges_ < kMostObjectChanges;
+  const bool isKept = hasRoom && (object.isFirst || keepsObject_);
+  if (isKept) {
+    objectChanges_ += object.changes.size();
+    if (object.isFirst) {
+      objects_.push_back(object);
+    } else {
+      std::ranges::copy(object.changes, std::back_inserter(objects_.back().changes));
+    }
   }
+  objectsLeftOut_ += !isKept && (object.isFirst || keepsObject_) ? 1 : 0;
+  keepsObject_ = isKept;
 }
 
 void ReportIndex::damage(const Damage& damage) {

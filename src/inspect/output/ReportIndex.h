@@ -17,6 +17,7 @@ class ReportIndex final : public InspectionListener {
  public:
   static constexpr std::size_t kMostDamages = 100;
   static constexpr std::size_t kMostObjects = 1000;
+  static constexpr std::size_t kMostObjectChanges = 10000;  // of all objects together
 
   void begin(const CaptureFile& first, const CaptureFile& second,
              const InspectionSettings& settings) override;
@@ -50,6 +51,8 @@ class ReportIndex final : public InspectionListener {
   JsonLine fileChanges_;
   std::vector<ObjectChanges> objects_;
   std::size_t objectsLeftOut_ = 0;
+  std::size_t objectChanges_ = 0;
+  bool keepsObject_ = false;  // the one that is being told
   std::vector<ChangeGroup> groups_;
   Summary summary_;
   JsonLine summaryFields_;

@@ -24,7 +24,7 @@ struct ReportPages::Writing {
   const eString* id = nullptr;
   Side first{};
   Side second{};
-  const std::vector<Change>* changes = nullptr;
+  std::vector<Change> changes{};
   const PageVerdict* verdict = nullptr;
   JsonLine json{};
   std::set<u64> groups{};
@@ -106,6 +106,8 @@ ReportPages::ReportPages(CaptureFile& first, CaptureFile& second,
   }
 }
 
+ReportPages::~ReportPages() = default;
+
 bool ReportPages::isChosen(const PagePlace& place) const {
   return chosen_.contains(withOneSide(place)) ||
          (place.second != kNone && chosen_.contains({place.customer, kNone, place.second}));
@@ -124,8 +126,7 @@ void ReportPages::customer(const Change& change, i32 customer, const eString& id
       file.customer(customer).pages.empty()) {
     return;
   }
-  const std::vector<Change> changes = {change};
-  Writing page{.customer = customer, .id = &id, .changes = &changes};
+  Writing page{.customer = customer, .id = &id, .changes = {change}};
   Side& side = isAdded ? page.second : page.first;
   side.customer = customer;
   side.page = 0;
@@ -138,12 +139,31 @@ void ReportPages::page(const PageResult& result) {
   if (!isChosen({address.customer, address.first, address.second})) {
     return;
   }
+  if (result.isFirst) {
+    page_ = std::make_unique<Writing>(beginningOf(result));
+  }
+  const i32 number = address.first != kNone ? address.first : address.second;
+  for (const Change& change : result.changes) {
+    if (page_->changes.size() < kMostChanges) {
+      page_->changes.push_back(change);
+    } else {
+      page_->groups.insert(ChangeGroups::keyOf(change, number).id());
+      page_->leftOut += 1;
+    }
+  }
+  if (result.isLast) {
+    write(*page_);
+    page_.reset();
+  }
+}
+
+ReportPages::Writing ReportPages::beginningOf(const PageResult& result) const {
+  const PageAddress& address = result.address;
   const bool isJudged = address.first != kNone && result.verdictBits != 0 &&
                         verdictAddress_.customer == address.customer &&
                         verdictAddress_.first == address.first;
   Writing page{.customer = address.customer,
                .id = address.id,
-               .changes = &result.changes,
                .verdict = isJudged ? &verdict_ : nullptr};
   if (result.firstRecord != nullptr) {
     page.first = {address.customer, address.first, result.firstRecord, {}, {}};
@@ -152,7 +172,7 @@ void ReportPages::page(const PageResult& result) {
     page.second = {
         customerOf(second_, result.secondRecord), address.second, result.secondRecord, {}, {}};
   }
-  write(page);
+  return page;
 }
 
 void ReportPages::write(Writing& page) {
@@ -210,7 +230,7 @@ void ReportPages::draw(Writing&, CaptureFile& file, i32 customer, Side& side) {
 void ReportPages::addChanges(Writing& page) {
   page.json.name("changes").openList();
   const i32 number = page.first.page != kNone ? page.first.page : page.second.page;
-  for (const Change& change : *page.changes) {
+  for (const Change& change : page.changes) {
     const bool isCustomer = change.type == "CUSTOMER";
     const u64 group = ChangeGroups::keyOf(change, isCustomer ? kNone : number).id();
     addOne(page, change, group, outlinesOf(page.first.places, change.list, change.firstBox),

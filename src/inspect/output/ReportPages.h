@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <unordered_map>
@@ -39,6 +40,7 @@ class ReportPages final : public InspectionListener {
 
   ReportPages(CaptureFile& first, CaptureFile& second, const std::vector<PagePlace>& chosen,
               const std::vector<ObjectChanges>& objects, ReportFolder& folder, Drawer drawer);
+  ~ReportPages() override;
 
   [[nodiscard]] const DrawnPages& drawn() const { return drawn_; }
 
@@ -57,6 +59,7 @@ class ReportPages final : public InspectionListener {
   struct Writing;
 
   [[nodiscard]] bool isChosen(const PagePlace& place) const;
+  [[nodiscard]] Writing beginningOf(const PageResult& result) const;
   void write(Writing& page);
   void draw(Writing& page, CaptureFile& file, i32 customer, Side& side);
   void addChanges(Writing& page);
@@ -74,6 +77,7 @@ class ReportPages final : public InspectionListener {
   PageAddress verdictAddress_;
   PageVerdict verdict_;
   DrawnPages drawn_;
+  std::unique_ptr<Writing> page_;  // the one that is being told
 };
 
 }  // namespace rvf::inspect
