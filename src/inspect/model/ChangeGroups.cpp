@@ -28,7 +28,7 @@ std::string idText(u64 id) {
 }
 
 u64 GroupKey::id() const {
-  Digest digest;
+  Digest digest = Digest::lasting();
   digest.addText(kind);
   digest.addText(type);
   digest.addText(list);
@@ -129,7 +129,7 @@ void ChangeGroups::countPair(ChangeGroup& group, const Change& change) {
     digest.add(digestOf(field.to));
   }
   if (pairs_.size() < kMostPairs) {
-    group.pairs += pairs_.insert(digest.value()).second ? 1 : 0;
+    group.pairs += pairs_.insert(digest.value()) ? 1 : 0;
   } else if (!pairs_.contains(digest.value())) {
     group.hasAllPairs = false;
   }

@@ -4,10 +4,10 @@
 #include <set>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "inspect/model/Change.h"
+#include "inspect/model/DigestSet.h"
 
 namespace rvf::inspect {
 
@@ -84,7 +84,7 @@ class ChangeGroups {
   void countPair(ChangeGroup& group, const Change& change);
 
   std::unordered_map<u64, Entry> groups_;
-  std::unordered_set<u64> pairs_;
+  DigestSet pairs_;
   i64 changesLeftOut_ = 0;
 };
 

@@ -11,7 +11,7 @@ namespace rvf::inspect {
 /// together are passed on in stretches while the rest are still being found.
 class ChangeStream {
  public:
-  static constexpr std::size_t kMostChanges = 1000;       // of a stretch
+  static constexpr std::size_t kMostChanges = 1000;        // of a stretch
   static constexpr std::size_t kMostCharacters = 1 << 20;  // in the values of a stretch
   using Receiver = std::function<void(std::vector<Change> stretch)>;
 

@@ -81,8 +81,8 @@ class CustomerInspection {
     }
     const CompareContext& a = load(first_, pair_.first, p);
     const CompareContext& b = load(second_, pair_.second, p);
-    PageDigests firstDigests = digestsOf(a);
-    PageDigests secondDigests = digestsOf(b);
+    const PageDigests firstDigests = digestsOf(a);
+    const PageDigests secondDigests = digestsOf(b, a, firstDigests);
     if (!areNearlyEqual(firstDigests, secondDigests)) {
       return false;
     }
@@ -263,8 +263,8 @@ class CustomerInspection {
   void pass(PageResult& result, std::vector<Change> changes) {
     const PageAddress& address = result.address;
     if (!changes.empty()) {
-      sink_.tally.take(changes, {address.customer, std::u16string(a_.id.view()), address.first,
-                                 address.second});
+      sink_.tally.take(
+          changes, {address.customer, std::u16string(a_.id.view()), address.first, address.second});
     }
     result.changes = std::move(changes);
     if (result.isLast || !result.changes.empty()) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <bit>
 #include <cstring>
 #include <span>
 #include <string_view>
@@ -9,55 +8,78 @@
 
 namespace rvf::inspect {
 
-/// A 64-bit digest of a sequence of values. Equal digests are taken as equal values: that two
-/// different pages or parts have the same digest by chance is less likely than a memory fault.
+/// A 64-bit digest of a sequence of values.
+///
+/// Its keys are drawn anew in every process. Equal digests are taken as equal values: by chance,
+/// two different pages or parts share a digest less often than memory fails, and without the keys
+/// no file can be made in which they do.
 class Digest {
  public:
-  void add(u64 value) {
-    state_ = std::rotl((state_ ^ value) * kFactor, 31);
-    state_ ^= state_ >> 29;
-  }
+  Digest() : Digest(kKeysOfProcess) {}
+  /// With the same keys in every process, for what is shown or stored. Files with equal ones can be
+  /// made, so nothing may be taken as equal because of it.
+  [[nodiscard]] static Digest lasting() { return Digest(kLastingKeys); }
+
+  void add(u64 value) { state_ = folded(state_ ^ value, factor_); }
   void addBytes(std::span<const std::byte> bytes) {
     add(bytes.size());
+    const std::byte* next = bytes.data();
+    std::size_t left = bytes.size();
     // Four chains in parallel, since each step has to wait for the previous one.
-    constexpr std::size_t kLanes = 4;
-    if (bytes.size() >= 2 * kLanes * sizeof(u64)) {
-      u64 lanes[kLanes] = {state_, ~state_, state_ * kFactor, ~(state_ * kFactor)};
-      while (bytes.size() >= sizeof lanes) {
-        u64 words[kLanes];
-        std::memcpy(words, bytes.data(), sizeof words);
-        for (std::size_t lane = 0; lane < kLanes; ++lane) {
-          lanes[lane] = std::rotl((lanes[lane] ^ words[lane]) * kFactor, 31);
-        }
-        bytes = bytes.subspan(sizeof words);
+    constexpr std::size_t kRow = 4 * sizeof(u64);
+    if (left >= 2 * kRow) {
+      u64 a = state_, b = ~state_, c = state_ ^ factor_, d = ~state_ ^ factor_;
+      for (; left >= kRow; next += kRow, left -= kRow) {
+        a = folded(a ^ wordAt(next), factor_);
+        b = folded(b ^ wordAt(next + sizeof(u64)), factor_);
+        c = folded(c ^ wordAt(next + 2 * sizeof(u64)), factor_);
+        d = folded(d ^ wordAt(next + 3 * sizeof(u64)), factor_);
       }
-      for (const u64 lane : lanes) {
-        add(lane);
-      }
+      add(a);
+      add(b);
+      add(c);
+      add(d);
     }
-    while (bytes.size() >= sizeof(u64)) {
-      u64 word = 0;
-      std::memcpy(&word, bytes.data(), sizeof word);
-      state_ = std::rotl((state_ ^ word) * kFactor, 31);
-      bytes = bytes.subspan(sizeof word);
+    for (; left >= sizeof(u64); next += sizeof(u64), left -= sizeof(u64)) {
+      add(wordAt(next));
     }
-    u64 rest = 0;
-    if (!bytes.empty()) {
-      std::memcpy(&rest, bytes.data(), bytes.size());
+    if (left > 0) {
+      u64 rest = 0;
+      std::memcpy(&rest, next, left);
+      add(rest);
     }
-    add(rest);
   }
   void addText(std::u16string_view text) { addBytes(std::as_bytes(std::span(text))); }
   void addText(std::string_view text) { addBytes(std::as_bytes(std::span(text))); }
 
-  [[nodiscard]] u64 value() const {
-    u64 mixed = (state_ ^ state_ >> 32) * kFactor;
-    return mixed ^ mixed >> 29;
-  }
+  [[nodiscard]] u64 value() const { return folded(state_, factor_); }
 
  private:
-  static constexpr u64 kFactor = 0xBF58476D1CE4E5B9ULL;
-  u64 state_ = 0x9E3779B97F4A7C15ULL;
+  struct Keys {
+    u64 start;
+    u64 factor;  // odd: no bit is lost
+  };
+  static const Keys kKeysOfProcess;
+  static const Keys kLastingKeys;
+
+  explicit Digest(const Keys& keys) : state_(keys.start), factor_(keys.factor) {}
+
+  static u64 wordAt(const std::byte* bytes) {
+    u64 word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+  }
+
+  // Both halves of the product together: what a difference becomes depends on every bit of both
+  // numbers.
+  static u64 folded(u64 a, u64 b) {
+    __extension__ using Product = unsigned __int128;
+    const Product product = Product{a} * b;
+    return static_cast<u64>(product) ^ static_cast<u64>(product >> 64);
+  }
+
+  u64 state_;
+  u64 factor_;
 };
 
 }  // namespace rvf::inspect

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -20,10 +21,11 @@ struct Colour {
   bool operator==(const Colour&) const = default;
 };
 
-/// Byte data, represented by its length and a digest.
+/// Byte data, represented by its length and digests.
 struct ByteDigest {
   i64 length = 0;
-  u64 digest = 0;
+  u64 shown = 0;  // the same in every process
+  u64 exact = 0;  // equal only for equal bytes
   bool operator==(const ByteDigest&) const = default;
 };
 
@@ -48,27 +50,9 @@ class FieldCollector final : public FieldVisitor {
  public:
   static constexpr i32 kMostElements = 2048;
 
-  FieldCollector() = default;
-  /// Collects only the fields with these numbers, which must be in ascending order, of an object
-  /// without a longer array.
-  explicit FieldCollector(std::span<const std::size_t> wanted)
-      : wanted_(wanted), takesAll_(false) {}
-
-  void number(std::string_view name, i64 value) override {
-    if (isWanted()) {
-      add(name, value);
-    }
-  }
-  void floating(std::string_view name, f64 value) override {
-    if (isWanted()) {
-      add(name, value);
-    }
-  }
-  void colour(std::string_view name, u32 packed) override {
-    if (isWanted()) {
-      add(name, Colour{packed});
-    }
-  }
+  void number(std::string_view name, i64 value) override { add(name, value); }
+  void floating(std::string_view name, f64 value) override { add(name, value); }
+  void colour(std::string_view name, u32 packed) override { add(name, Colour{packed}); }
   void text(std::string_view name, std::u16string_view value) override;
   void bytes(std::string_view name, std::span<const std::byte> value) override;
   void enter(std::string_view name, i32 index) override;
@@ -77,21 +61,9 @@ class FieldCollector final : public FieldVisitor {
   [[nodiscard]] std::vector<Field> take() { return std::move(fields_); }
 
  private:
-  [[nodiscard]] bool isWanted() {
-    if (takesAll_) {
-      return true;
-    }
-    const bool isNext = !wanted_.empty() && wanted_.front() == count_;
-    wanted_ = wanted_.subspan(isNext ? 1 : 0);
-    count_ += 1;
-    return isNext;
-  }
   void add(std::string_view name, FieldValue value);
   void fold(std::string_view name, const FieldValue& value);
 
-  std::span<const std::size_t> wanted_;
-  bool takesAll_ = true;
-  std::size_t count_ = 0;  // fields shown so far, if not all are collected
   std::vector<Field> fields_;
   std::string prefix_;                    // ends with a dot unless it is empty
   std::vector<std::size_t> prefixSizes_;  // before each open enter
@@ -106,28 +78,52 @@ template <class Object>
   return collector.take();
 }
 
-/// The digests of the values of an object's fields, without names.
-class FieldDigests final : public FieldVisitor {
+/// Notes the fields that it is shown, to compare them with those of another object. What two
+/// objects have in common, usually nearly everything, costs little. What it notes is valid as long
+/// as the object.
+class FieldRecording final : public FieldVisitor {
  public:
-  FieldDigests() { values_.reserve(64); }
+  /// Two empty ones, which are used again with the next call.
+  [[nodiscard]] static std::pair<FieldRecording&, FieldRecording&> takeTwo();
 
-  void number(std::string_view name, i64 value) override { add(name, static_cast<u64>(value)); }
-  void floating(std::string_view name, f64 value) override { add(name, std::bit_cast<u64>(value)); }
-  void colour(std::string_view name, u32 packed) override { add(name, packed); }
-  void text(std::string_view name, std::u16string_view value) override;
-  void bytes(std::string_view name, std::span<const std::byte> value) override;
+  void number(std::string_view name, i64 value) override { add({Kind::kNumber, name, value}); }
+  void floating(std::string_view name, f64 value) override {
+    add({Kind::kFloating, name, std::bit_cast<i64>(value)});
+  }
+  void colour(std::string_view name, u32 packed) override { add({Kind::kColour, name, packed}); }
+  void text(std::string_view name, std::u16string_view value) override {
+    add({Kind::kText, name, 0, std::as_bytes(std::span(value))});
+  }
+  void bytes(std::string_view name, std::span<const std::byte> value) override {
+    add({Kind::kBytes, name, 0, value});
+  }
   void enter(std::string_view name, i32 index) override;
-  void leave() override {}
+  void leave() override { add({Kind::kLeave}); }
 
-  /// The numbers of the fields that differ, if both objects have fields with the same names and no
-  /// array is so long that its elements are combined.
-  [[nodiscard]] std::optional<std::vector<std::size_t>> differing(const FieldDigests& other) const;
+  /// The fields that differ, if both objects have fields with the same names and no array is so
+  /// long that its elements are combined.
+  [[nodiscard]] std::optional<std::vector<FieldChange>> changesTo(
+      const FieldRecording& other) const;
 
  private:
-  void add(std::string_view name, u64 value);
+  enum class Kind { kNumber, kFloating, kColour, kText, kBytes, kEnter, kLeave };
+  struct Entry {
+    Kind kind;
+    std::string_view name{};
+    i64 value = 0;  // the index of kEnter
+    std::span<const std::byte> data{};
+  };
 
-  std::vector<u64> values_;
-  Digest names_;
+  void add(const Entry& entry) {
+    if (!hasLongArray_) {
+      entries_.push_back(entry);
+    }
+  }
+  [[nodiscard]] static bool isSameField(const Entry& a, const Entry& b);
+  [[nodiscard]] static bool isSameValue(const Entry& a, const Entry& b);
+  [[nodiscard]] static FieldValue valueOf(const Entry& entry);
+
+  std::vector<Entry> entries_;
   bool hasLongArray_ = false;
 };
 
@@ -136,29 +132,22 @@ class FieldDigests final : public FieldVisitor {
 [[nodiscard]] std::vector<FieldChange> changedFields(const std::vector<Field>& first,
                                                      const std::vector<Field>& second);
 
-/// The same for two objects. What they have in common, usually nearly everything, takes little
-/// time.
+/// The same for two objects.
 template <class Object>
 [[nodiscard]] std::vector<FieldChange> changesOfFields(const Object& first, const Object& second) {
-  FieldDigests a, b;
+  const auto [a, b] = FieldRecording::takeTwo();
   forEachField(first, a);
   forEachField(second, b);
-  const std::optional<std::vector<std::size_t>> differing = a.differing(b);
-  if (!differing) {
-    return changedFields(fieldsOf(first), fieldsOf(second));
+  if (std::optional<std::vector<FieldChange>> changes = a.changesTo(b)) {
+    return *std::move(changes);
   }
-  if (differing->empty()) {
-    return {};
-  }
-  FieldCollector from(*differing), to(*differing);
-  forEachField(first, from);
-  forEachField(second, to);
-  return changedFields(from.take(), to.take());
+  return changedFields(fieldsOf(first), fieldsOf(second));
 }
 
 /// A name without the numbers of its elements: `runs[].x`.
 [[nodiscard]] std::string withoutIndexes(std::string_view name);
 
 [[nodiscard]] u64 digestOf(const FieldValue& value);
+[[nodiscard]] ByteDigest digestOf(std::span<const std::byte> bytes);
 
 }  // namespace rvf::inspect

@@ -5,6 +5,7 @@
 
 #include "inspect/model/ChangeReasons.h"
 #include "pagemodel/FieldVisitor.h"
+#include "pagemodel/TextParts.h"
 
 namespace rvf::inspect {
 
@@ -91,6 +92,11 @@ std::string typeName(PartType type) {
 }
 
 std::u16string textOf(const DrawPart& part) {
+  if (part.type == PartType::kText) {
+    const std::span<const char16_t> text = textCharacters(part);
+    const std::size_t shown = std::min(text.size(), FirstTextVisitor::kMostCharacters);
+    return {text.begin(), text.begin() + static_cast<std::ptrdiff_t>(shown)};
+  }
   FirstTextVisitor visitor;
   forEachField(part, visitor);
   return std::move(visitor.found);

@@ -122,6 +122,15 @@ PageDigests digestsOf(const CompareContext& page) {
   return digests;
 }
 
+PageDigests digestsOf(const CompareContext& page, const CompareContext& similar,
+                      const PageDigests& digestsOfSimilar) {
+  PageDigests digests{digestsOf(page.pageList, similar.pageList, digestsOfSimilar.pageList), {}};
+  for (i32 i = 0; i < page.staticCount; ++i) {
+    digests.placedLists.push_back(digestsOf(page.staticList(i)));
+  }
+  return digests;
+}
+
 std::vector<Field> indexFieldsOf(const PageRecord& record) {
   return {{"name", std::u16string(record.name.text().view())},
           {"leadValue", i64{record.leadValue}},

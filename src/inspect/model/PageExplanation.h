@@ -15,6 +15,9 @@ struct PageDigests {
   std::vector<std::vector<u64>> placedLists;
 };
 [[nodiscard]] PageDigests digestsOf(const CompareContext& page);
+/// The same, faster if the page is like another one whose digests are known.
+[[nodiscard]] PageDigests digestsOf(const CompareContext& page, const CompareContext& similar,
+                                    const PageDigests& digestsOfSimilar);
 
 /// The fields of a page in the index: its name and the other values.
 [[nodiscard]] std::vector<Field> indexFieldsOf(const PageRecord& record);

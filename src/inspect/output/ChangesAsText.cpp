@@ -117,9 +117,10 @@ class TextChangesWriter final : public InspectionListener {
     }
   }
 
-  void write(const Change& change, const std::string& indentation) {
+  void write(const Change& change, std::string_view indentation) {
     for (const std::string& line : linesOf(change, style_.isColoured)) {
-      output_.line(indentation + line);
+      output_.write(indentation);
+      output_.line(line);
     }
   }
 

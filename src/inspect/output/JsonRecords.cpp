@@ -13,9 +13,7 @@ void writeRecord(Output& output, JsonLine& json) {
   json.clear();
 }
 
-void writeBeginning(Output& output, JsonLine& json) {
-  output.write(json.takeBeginning());
-}
+void writeBeginning(Output& output, JsonLine& json) { output.write(json.takeBeginning()); }
 
 JsonLine& addBits(JsonLine& json, DiffFlags bits) {
   json.field("bits", bits).name("names").openList();

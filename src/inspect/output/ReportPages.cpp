@@ -162,9 +162,8 @@ ReportPages::Writing ReportPages::beginningOf(const PageResult& result) const {
   const bool isJudged = address.first != kNone && result.verdictBits != 0 &&
                         verdictAddress_.customer == address.customer &&
                         verdictAddress_.first == address.first;
-  Writing page{.customer = address.customer,
-               .id = address.id,
-               .verdict = isJudged ? &verdict_ : nullptr};
+  Writing page{
+      .customer = address.customer, .id = address.id, .verdict = isJudged ? &verdict_ : nullptr};
   if (result.firstRecord != nullptr) {
     page.first = {address.customer, address.first, result.firstRecord, {}, {}};
   }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iterator>
 
 #include "text/NativeText.h"
 
@@ -25,9 +24,12 @@ void appendPlain(std::string& target, std::u16string_view text) {
   while (!text.empty()) {
     const auto isAscii = [](char16_t c) { return c >= 0x20 && c < 0x7F; };
     const auto end = std::ranges::find_if_not(text, isAscii);
-    std::ranges::transform(text.begin(), end, std::back_inserter(target),
-                           [](char16_t c) { return static_cast<char>(c); });
-    text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
+    const std::size_t size = target.size();
+    const auto plain = static_cast<std::size_t>(end - text.begin());
+    target.resize(size + plain);
+    std::transform(text.begin(), end, target.data() + size,
+                   [](char16_t c) { return static_cast<char>(c); });
+    text.remove_prefix(plain);
     if (text.empty()) {
       break;
     }

@@ -90,7 +90,9 @@ std::size_t sameAtEnd(std::u16string_view a, std::u16string_view b) {
 
 class MarkedText {
  public:
-  explicit MarkedText(bool isColoured) : isColoured_(isColoured) {}
+  MarkedText(bool isColoured, std::size_t expectedSize) : isColoured_(isColoured) {
+    text_.reserve(expectedSize);
+  }
 
   void same(std::u16string_view token) { appendShown(text_, token); }
   void removed(const std::vector<std::u16string_view>& tokens, i32 begin, i32 end) {
@@ -149,7 +151,7 @@ std::string valueText(const FieldValue& value) {
   if (const auto* bytes = std::get_if<ByteDigest>(&value)) {
     // A digest confirms a guess at what the bytes are.
     const std::string length = std::to_string(bytes->length) + " bytes";
-    return redactsTexts ? length : length + " " + digestText(bytes->digest);
+    return redactsTexts ? length : length + " " + digestText(bytes->shown);
   }
   return "nothing";
 }
@@ -181,7 +183,7 @@ void addValue(JsonLine& json, const FieldValue& value) {
   } else if (const auto* bytes = std::get_if<ByteDigest>(&value)) {
     json.open().field("length", bytes->length);
     if (!redactsTexts) {
-      json.field("digest", std::string_view(digestText(bytes->digest)));
+      json.field("digest", std::string_view(digestText(bytes->shown)));
     }
     json.close();
   } else {
@@ -203,7 +205,8 @@ std::string markedWords(std::u16string_view from, std::u16string_view to, bool i
   const std::vector<std::u16string_view> b = tokensOf(to);
   std::vector<IndexPair> same = pairInSequence(digestsOf(a), digestsOf(b));
   same.emplace_back(static_cast<i32>(a.size()), static_cast<i32>(b.size()));
-  MarkedText text(isColoured);
+  constexpr std::size_t kMarks = 32;
+  MarkedText text(isColoured, front.size() + from.size() + to.size() + back.size() + kMarks);
   text.same(front);
   i32 i = 0, j = 0;
   for (const auto& [nextI, nextJ] : same) {
