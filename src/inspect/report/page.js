@@ -101,7 +101,7 @@ class PageView {
     this.blinker.stop();
     this.arrangedMode = state.mode;
     const view = commonView(this.drawings);
-    const sheets = this.drawings.map((drawing, at) => makeSheet(drawing, view, sides[at]));
+    const sheets = sides.map(makeSheet);
     const outlines = (/** @type {Side[]} */ shown) =>
       outlineLayer(data.changes, view, shown, {
         ...this.acts,
@@ -121,6 +121,8 @@ class PageView {
     this.stage.className = `stage mode-${state.mode}`;
     this.stage.replaceChildren(...panes);
     this.viewport.take(view);
+    // Not before the sheets have their size: a browser places all texts again if it changes.
+    this.drawings.forEach((drawing, at) => fillSheet(sheets[at], drawing, view, sides[at]));
     this.applyLayers();
   }
 

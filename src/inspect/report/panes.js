@@ -2,26 +2,32 @@
 
 // Panes, which show one page or both above each other, and the sheets in them.
 
+/** A sheet without its drawing. @param {Side} side */
+function makeSheet(side) {
+  const sheet = element("div", { class: "sheet" }, element("div", { class: "drawing" }));
+  return element("div", { class: `layer side-${side}` }, sheet);
+}
+
 /**
+ * @param {HTMLElement} layer made by makeSheet
  * @param {SVGSVGElement | null} drawing
  * @param {number[]} view
  * @param {Side} side
  */
-function makeSheet(drawing, view, side) {
-  const host = element("div", { class: "drawing" });
-  if (drawing) {
-    drawing.setAttribute("viewBox", view.join(" "));
-    drawing.setAttribute("width", "100%");
-    drawing.setAttribute("height", "100%");
-    drawing.setAttribute("role", "img");
-    drawing.setAttribute("aria-label", `Page of the ${side} file`);
-    // A separate tree, since both drawings use the same names for their objects.
-    host.attachShadow({ mode: "open" }).append(drawing);
-  } else {
+function fillSheet(layer, drawing, view, side) {
+  const host = layer.querySelector(".drawing");
+  if (!host) return;
+  if (!drawing) {
     host.append(element("p", { class: "note" }, `Not in the ${side} file`));
+    return;
   }
-  const sheet = element("div", { class: "sheet" }, host);
-  return element("div", { class: `layer side-${side}` }, sheet);
+  drawing.setAttribute("viewBox", view.join(" "));
+  drawing.setAttribute("width", "100%");
+  drawing.setAttribute("height", "100%");
+  drawing.setAttribute("role", "img");
+  drawing.setAttribute("aria-label", `Page of the ${side} file`);
+  // A separate tree, since both drawings use the same names for their objects.
+  host.attachShadow({ mode: "open" }).append(drawing);
 }
 
 /**
