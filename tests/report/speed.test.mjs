@@ -22,6 +22,10 @@ test("large reports are there soon", async () => {
     await page.evaluate(() => scrollTo(0, document.body.scrollHeight));
     await page.waitForSelector("[aria-posinset='10000']");
     assert.ok((await page.$$(".groups li")).length < 60, "rows out of sight do not exist");
+    await page.evaluate(() => dispatchEvent(new Event("beforeprint")));
+    assert.equal((await page.$$(".groups li")).length, 1000, "rows on paper");
+    await page.evaluate(() => dispatchEvent(new Event("afterprint")));
+    assert.ok((await page.$$(".groups li")).length < 60, "rows out of sight do not exist");
   });
   const parts = writeReport("parts", made("parts"));
   const use = async (page, timer) => {

@@ -149,6 +149,10 @@ test("a long night is there soon", async () => {
     await page.evaluate(() => scrollTo(0, document.body.scrollHeight));
     await page.waitForSelector("[aria-posinset='20000']");
     assert.ok((await rowsOf(page)).length < 80, "rows out of sight do not exist");
+    await page.evaluate(() => dispatchEvent(new Event("beforeprint")));
+    assert.equal((await rowsOf(page)).length, 1000, "rows on paper");
+    await page.evaluate(() => dispatchEvent(new Event("afterprint")));
+    assert.ok((await rowsOf(page)).length < 80, "rows out of sight do not exist");
   });
 });
 

@@ -2,6 +2,9 @@
 
 // Elements of the page. Texts from a file only ever become text nodes.
 
+// Of a long list, which has only its visible rows on the screen.
+const rowsOnPaper = 1000;
+
 /**
  * An element with attributes and children; strings become text nodes.
  * @template {keyof HTMLElementTagNameMap} Name

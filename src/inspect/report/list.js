@@ -14,6 +14,15 @@ class GroupList {
     this.rowOf = new Map();
     addEventListener("scroll", () => this.draw(), { passive: true });
     addEventListener("resize", () => this.show());
+    this.isPaper = false;
+    addEventListener("beforeprint", () => this.print(true));
+    addEventListener("afterprint", () => this.print(false));
+  }
+
+  /** On paper nothing scrolls: there are as many rows as anybody reads. @param {boolean} isPaper */
+  print(isPaper) {
+    this.isPaper = isPaper;
+    if (this.node.isConnected) this.show();
   }
 
   /** Puts the entered filter into the address and shows its result. @param {Filter} filter */
@@ -40,8 +49,9 @@ class GroupList {
     const height = rowHeight();
     const top = this.rows.getBoundingClientRect().top;
     const spare = 6;
-    const begin = Math.max(Math.floor(-top / height) - spare, 0);
-    const end = Math.min(Math.ceil((innerHeight - top) / height) + spare, this.groups.length);
+    const begin = this.isPaper ? 0 : Math.max(Math.floor(-top / height) - spare, 0);
+    const inSight = Math.ceil((innerHeight - top) / height) + spare;
+    const end = Math.min(this.isPaper ? rowsOnPaper : inSight, this.groups.length);
     for (const [index, row] of this.rowOf) {
       if (index >= begin && index < end) continue;
       row.remove();

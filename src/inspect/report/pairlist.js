@@ -18,6 +18,15 @@ class LongList {
     this.range = "";
     addEventListener("scroll", () => this.draw(), { passive: true });
     addEventListener("resize", () => this.show(this.items));
+    this.isPaper = false;
+    addEventListener("beforeprint", () => this.print(true));
+    addEventListener("afterprint", () => this.print(false));
+  }
+
+  /** On paper nothing scrolls: there are as many rows as anybody reads. @param {boolean} isPaper */
+  print(isPaper) {
+    this.isPaper = isPaper;
+    this.show(this.items);
   }
 
   /** @param {Item[]} items */
@@ -35,9 +44,11 @@ class LongList {
     const { top } = this.node.getBoundingClientRect();
     const spare = 6;
     const last = Math.max(this.items.length - 2 * spare, 0);
-    const begin = Math.min(Math.max(Math.floor(-top / this.height) - spare, 0), last);
+    const before = this.isPaper ? 0 : Math.max(Math.floor(-top / this.height) - spare, 0);
+    const begin = Math.min(before, last);
     const inSight = Math.ceil((innerHeight - top) / this.height) + spare;
-    const end = Math.min(Math.max(inSight, begin + 2 * spare), this.items.length);
+    const wanted = this.isPaper ? rowsOnPaper : Math.max(inSight, begin + 2 * spare);
+    const end = Math.min(wanted, this.items.length);
     if (this.range === `${begin}-${end}`) return;
     this.range = `${begin}-${end}`;
     const rows = this.items.slice(begin, end).map((item, at) => {
