@@ -42,6 +42,20 @@ TEST(Completeness, NoByteOfTheSamplesGoesUnnoticed) {
   }
 }
 
+// Not even bytes that nothing refers to.
+TEST(Completeness, UnusedBytesAreNoticedWhereTheyMoveSomething) {
+  const Capture capture = writeCapture(captureOf({page({text({.text = u"Dear reader"})})}));
+  const std::string& bytes = capture.bytes;
+  std::string before = bytes;
+  const auto index = static_cast<unsigned char>(bytes[0]);  // the index begins in the first 256
+  before.insert(index, "unused");
+  before[0] = static_cast<char>(index + 6);
+  const std::string all = "file changed FILE indexPosition length [bytes that no field holds]";
+  EXPECT_EQ(Inspected(bytes, before).changes, std::vector{all});
+  const std::string end = "file changed FILE length [bytes that no field holds]";
+  EXPECT_EQ(Inspected(bytes + "unused", bytes).changes, std::vector{end});
+}
+
 // Every page of the reference pairs has the bits in its difference file.
 TEST(Completeness, BitsAreThoseOfARun) {
   int compared = 0;

@@ -283,6 +283,15 @@ class Inspection {
     if (firstHeader != secondHeader) {
       reportBytes("header", firstHeader, secondHeader);
     }
+    // One file has bytes that nothing refers to, before its index or behind it.
+    const auto sizesOf = [](CaptureFile& file) {
+      return std::vector<Field>{{"indexPosition", i64{file.reader().indexPosition}},
+                                {"length", i64{file.file().GetLength()}}};
+    };
+    ChangeStream changes = fileChanges();
+    explainFields(changedFields(sizesOf(first_), sizesOf(second_)), "FILE", "",
+                  ignored_by::kEncoding, changes);
+    reportFile(changes.takeLast());
   }
 
   void reportBytes(const char* what, const ByteDigest& from, const ByteDigest& to) {
