@@ -80,6 +80,48 @@ TEST(Explanation, NamesTheSmallestChangeOfAPage) {
   }
 }
 
+// A text that was both moved and changed is recognised by its place and its words, on whichever
+// side of the lines of the search it came to be; too far away or too different, it is another one.
+TEST(Explanation, RecognisesWhatMovedAndChanged) {
+  const Part other = words(u"Something else", 900), another = words(u"and again", 950);
+  const Lines both = {"0/0 0 removed TEXT", "0/0 2 added TEXT"};
+  struct {
+    int dx, dy;
+    std::u16string text;
+    Lines changes;
+  } const cases[] = {
+      {200, 0, u"alpha beta gamma omega", {"0/0 0 changed TEXT text runs[0].x"}},
+      {-200, 0, u"alpha beta gamma omega", {"0/0 0 changed TEXT text runs[0].x"}},
+      {0, 200, u"alpha beta gamma omega", {"0/0 0 changed TEXT text runs[0].y"}},
+      {0, -200, u"alpha beta gamma omega", {"0/0 0 changed TEXT text runs[0].y"}},
+      {200, 200, u"alpha beta gamma omega", {"0/0 0 changed TEXT text runs[0].x runs[0].y"}},
+      {-200, -200, u"alpha beta gamma omega", {"0/0 0 changed TEXT text runs[0].x runs[0].y"}},
+      {301, 0, u"alpha beta gamma omega", both},
+      {0, -301, u"alpha beta gamma omega", both},
+      {9, 9, u"alpha beta gamm2 delt2", {"0/0 0 changed TEXT text runs[0].x runs[0].y"}},
+      {9, 9, u"alpha bet2 gamm2 delt2", both},
+  };
+  for (const auto& c : cases) {
+    const Part before = words(u"alpha beta gamma delta", 450, 450);
+    const Part after = words(c.text, 450 + c.dy, 450 + c.dx);
+    const Inspected result(onePage({before, other, another}), onePage({other, another, after}));
+    EXPECT_EQ(result.changes, c.changes) << c.dx << " " << c.dy;
+  }
+}
+
+TEST(Explanation, NamesTheFieldsOfAPlacedList) {
+  const auto placed = [](int x, int y) {
+    PageFields fields = page({kDear});
+    fields.body->placed = {{.list = {.parts = {kSum}}, .x = x, .y = y}};
+    return writeCapture(captureOf({fields})).bytes;
+  };
+  const std::string first = placed(10, 20);
+  EXPECT_EQ(Inspected(first, placed(11, 20)).changes,
+            Lines{"0/0 placed 0 0 changed LIST placementX"});
+  EXPECT_EQ(Inspected(first, placed(10, 21)).changes,
+            Lines{"0/0 placed 0 0 changed LIST placementY"});
+}
+
 PageFields named(const std::u16string& name, const Parts& parts) {
   return {.name = name, .body = PageBody{.list = {.parts = parts}}};
 }
@@ -126,6 +168,7 @@ TEST(Explanation, PairsCustomersByTheirIds) {
   EXPECT_EQ(renamed.changes,
             (Lines{"customer 2 1 removed CUSTOMER", "customer 3 1 added CUSTOMER"}));
   EXPECT_EQ(renamed.summary.pagesCompared, 1);
+  EXPECT_EQ(renamed.summary.verdictEnd, "customer 2 has another id in each file");
 }
 
 CaptureFields letterhead(const std::u16string& claim, int x) {
@@ -179,9 +222,11 @@ TEST(Explanation, TellsTheSmallestTolerancesThatAreEnough) {
       {{kDear, line({.width = 4})}, {kDear, line({.width = 9})}, 0, 5},
   };
   for (const auto& c : cases) {
-    const Inspected result(onePage(c.first), onePage(c.second));
-    EXPECT_EQ(result.summary.smallestPositionTolerance, c.position);
-    EXPECT_EQ(result.summary.smallestLineTolerance, c.line);
+    for (const Tolerances& tolerances : {Tolerances{0, 0}, Tolerances{9, 9}}) {
+      const Inspected result(onePage(c.first), onePage(c.second), {.tolerances = tolerances});
+      EXPECT_EQ(result.summary.smallestPositionTolerance, c.position);
+      EXPECT_EQ(result.summary.smallestLineTolerance, c.line);
+    }
   }
 }
 

@@ -85,10 +85,10 @@ class SequencePairing {
     }
     Stretch gap{s.firstBegin, 0, s.secondBegin, 0};
     for (const auto& [i, j] : anchors) {
-      pairs_.emplace_back(i, j);
       gap.firstEnd = i;
       gap.secondEnd = j;
       pair(gap, level + 1);
+      pairs_.emplace_back(i, j);
       gap.firstBegin = i + 1;
       gap.secondBegin = j + 1;
     }
