@@ -109,6 +109,17 @@ TEST(Explanation, RecognisesWhatMovedAndChanged) {
   }
 }
 
+// The elements of an array are named, except for those at the end of a very long one.
+TEST(Explanation, CombinesTheEndOfALongArray) {
+  std::vector<Point> points(2100, {5, 5});
+  const std::string before = onePage({line({.points = points})});
+  points[2047].x = 6;
+  points[2049].y = 6;
+  points[2099].y = 7;
+  const Inspected result(before, onePage({line({.points = points})}));
+  EXPECT_EQ(result.changes, Lines{"0/0 0 changed LINE points[2047].x points[2048...]"});
+}
+
 TEST(Explanation, NamesTheFieldsOfAPlacedList) {
   const auto placed = [](int x, int y) {
     PageFields fields = page({kDear});
@@ -163,6 +174,7 @@ TEST(Explanation, PairsCustomersByTheirIds) {
                                        {.id = u"2", .pages = letter}}));
   EXPECT_EQ(inserted.changes, Lines{"customer X 1 added CUSTOMER"});
   EXPECT_EQ(inserted.summary.bits, diff::kCustomers);
+  EXPECT_EQ(inserted.summary.pagesCompared, 0);
   const Inspected renamed(first,
                           job({{.id = u"1", .pages = letter}, {.id = u"3", .pages = letter}}));
   EXPECT_EQ(renamed.changes,
@@ -208,6 +220,18 @@ TEST(Explanation, GroupsEqualChangesAndLeavesAcceptedOnesOut) {
   EXPECT_EQ(rest.changes.size(), 1u);
   EXPECT_EQ(rest.summary.changesAccepted, 5);
   EXPECT_EQ(rest.summary.acceptedSeen, std::set<u64>{sum.id()});
+}
+
+TEST(Explanation, CountsChangesForWhichThereIsNoRoomInGroups) {
+  Parts first, second;
+  for (int n = 0; n < 20'004; ++n) {
+    first.push_back(words(u"old", n));
+    second.push_back(words(u"new", n));
+  }
+  const Inspected result(onePage(first), onePage(second));
+  EXPECT_EQ(result.groups.size(), 20'000u);
+  EXPECT_EQ(result.notGrouped, 4);
+  EXPECT_EQ(result.summary.changes, 20'004);
 }
 
 TEST(Explanation, TellsTheSmallestTolerancesThatAreEnough) {

@@ -31,6 +31,7 @@ class Inspected final : public inspect::InspectionListener {
   std::map<std::string, DiffFlags> verdicts;  // by "customer/page"
   std::vector<std::string> reasons;           // of the last verdict
   Lines groups;
+  i64 notGrouped = 0;
   Lines damages;
   inspect::Summary summary;
 
@@ -66,6 +67,7 @@ class Inspected final : public inspect::InspectionListener {
   }
   void end(const inspect::Summary& totals, const inspect::ChangeGroups& found) override {
     summary = totals;
+    notGrouped = found.changesLeftOut();
     for (const inspect::ChangeGroup* group : found.sorted()) {
       groups.push_back(group->key.kind + " " + group->key.type + " pages " +
                        std::to_string(group->pages) + " customers " +
