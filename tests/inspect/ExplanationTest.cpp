@@ -194,6 +194,10 @@ TEST(Explanation, TellsAChangedObjectOnceWithThePagesThatUseIt) {
 
   const Inspected changed(first, writeCapture(letterhead(u"Since 1951", 10)).bytes);
   EXPECT_EQ(changed.changes, Lines{"used 2/2 object 21/0/first 0 changed TEXT text"});
+  CaptureFields other = letterhead(u"Since 1950", 10);
+  other.statics21[0].valueB = 9;
+  const Inspected itself(first, writeCapture(other).bytes);
+  EXPECT_EQ(itself.changes, Lines{"used 2/2 changed OBJECT valueB [field that is not compared]"});
   const Inspected moved(first, writeCapture(letterhead(u"Since 1950", 12)).bytes);
   EXPECT_EQ(moved.changes, (Lines{"0/0 0 moved STATICREF 2,0", "1/1 0 moved STATICREF 2,0"}));
 }
