@@ -15,14 +15,14 @@ namespace {
 using nlohmann::json;
 
 // More than two stretches of changes.
-constexpr int kParts = 2500;
+constexpr std::size_t kParts = 2500;
 
 std::vector<Part> prices(const std::u16string& currency) {
   std::vector<Part> parts;
-  for (int n = 0; n < kParts; ++n) {
+  for (std::size_t n = 0; n < kParts; ++n) {
     const std::string digits = std::to_string(n);
     const std::u16string price = std::u16string(digits.begin(), digits.end()) + u" " + currency;
-    parts.push_back(text({.text = price, .runs = {{.x = 10, .y = 20 * n}}}));
+    parts.push_back(text({.text = price, .runs = {{.x = 10, .y = 20 * static_cast<int>(n)}}}));
   }
   return parts;
 }
@@ -65,7 +65,7 @@ TEST_F(LargePages, AreOneRecordEach) {
   for (const char* kind : {"page", "object"}) {
     const json list = record(lines, kind)["changes"];
     ASSERT_EQ(list.size(), kParts) << kind;
-    for (int n = 0; n < kParts; ++n) {
+    for (std::size_t n = 0; n < kParts; ++n) {
       const std::string price = std::to_string(n);
       EXPECT_EQ(list[n]["first"], n) << kind;
       EXPECT_EQ(list[n]["fields"][0]["from"], price + " DEM") << kind;
