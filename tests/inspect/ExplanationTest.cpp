@@ -226,6 +226,20 @@ TEST(Explanation, GroupsEqualChangesAndLeavesAcceptedOnesOut) {
   EXPECT_EQ(rest.summary.acceptedSeen, std::set<u64>{sum.id()});
 }
 
+// A group counts if one of its changes does.
+TEST(Explanation, TellsWhetherAGroupCounts) {
+  const auto ruled = [](int one, int other) {
+    return job({{.id = u"A", .pages = {named(u"P", {line({.width = one})})}},
+                {.id = u"B", .pages = {named(u"P", {line({.width = other})})}}});
+  };
+  const std::string first = ruled(4, 4);
+  const std::string group = "changed LINE pages 2 customers 2 pairs 2";
+  const inspect::InspectionSettings settings{.tolerances = {0, 2}};
+  EXPECT_EQ(Inspected(first, ruled(6, 5), settings).groups, Lines{group + " [line tolerance]"});
+  EXPECT_EQ(Inspected(first, ruled(9, 5), settings).groups, Lines{group});
+  EXPECT_EQ(Inspected(first, ruled(5, 9), settings).groups, Lines{group});
+}
+
 TEST(Explanation, CountsChangesForWhichThereIsNoRoomInGroups) {
   Parts first, second;
   for (int n = 0; n < 20'004; ++n) {

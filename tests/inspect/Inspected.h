@@ -72,6 +72,7 @@ class Inspected final : public inspect::InspectionListener {
       groups.push_back(group->key.kind + " " + group->key.type + " pages " +
                        std::to_string(group->pages) + " customers " +
                        std::to_string(group->customers) + " pairs " + std::to_string(group->pairs));
+      if (!group->ignoredBy.empty()) groups.back() += " [" + std::string(group->ignoredBy) + "]";
     }
   }
 

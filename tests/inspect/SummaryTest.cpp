@@ -2,6 +2,7 @@
 
 #include <pugixml.hpp>
 
+#include "inspect/model/JobResults.h"
 #include "run/RunFolder.h"
 
 namespace rvf::test {
@@ -92,6 +93,30 @@ TEST(Summary, GroupsChangesOfAllPairsByTheirOwnOptions) {
              {"--groups r", 2, "In 2 pairs: \"x\", \"y\"\n  2 pages, 2 customers: " + premium, ""},
              {"--groups --format jsonl r", 2, R"("inPairs":{"count":2,"names":["x","y"]})", ""},
              {"--groups --format junit r", 2, "<error message=\"the files now give ", ""}});
+}
+
+TEST(Summary, TakesTheOptionsOfAPairAsARunDoes) {
+  using enum inspect::OldText;
+  struct {
+    std::vector<std::u16string> options;
+    Tolerances tolerances;
+    inspect::OldText oldText;
+  } const cases[] = {
+      {{}, {0, 0}, kOneByte},
+      {{u"-POS_TOLERANCE=5", u"-LINE_TOLERANCE=7"}, {5, 7}, kOneByte},
+      {{u"  /difftolerance=4 dots"}, {4, 4}, kOneByte},
+      {{u"-DBCS_MODE=True"}, {0, 0}, kTwoBytes},
+      {{u"-DBCS_MODE=true", u"-DBCS_MODE=no"}, {0, 0}, kOneByte},
+      {{u"POS_TOLERANCE=5", u"-", u"", u"-POS_TOLERANCE"}, {0, 0}, kOneByte},
+  };
+  for (const auto& c : cases) {
+    inspect::PairResult pair;
+    pair.options = c.options;
+    const inspect::PairOptions options = withOptionsOf(pair, {});
+    EXPECT_EQ(options.tolerances.positionTolerance, c.tolerances.positionTolerance);
+    EXPECT_EQ(options.tolerances.lineTolerance, c.tolerances.lineTolerance);
+    EXPECT_EQ(options.oldText, c.oldText);
+  }
 }
 
 TEST(Summary, LeavesAcceptedChangesOut) {
