@@ -87,6 +87,9 @@ export async function withReport(browser, folder, use, { hash = "", ...options }
   assert.deepEqual(faults, []);
 }
 
+/** Where a page is now; what Playwright knows of it may be older. */
+export const addressOf = (page) => page.evaluate(() => location.href);
+
 /** The drawing of one side, in its own tree. */
 export const drawingText = (page, side) =>
   page.evaluate((index) => {

@@ -6,7 +6,7 @@ import { copyFileSync, mkdirSync, readFileSync, writeFileSync } from "node:fs";
 import { createRequire } from "node:module";
 import path from "node:path";
 import { after, before, test } from "node:test";
-import { inspect, launch, programs, samples, withReport, work } from "./browser.mjs";
+import { addressOf, inspect, launch, programs, samples, withReport, work } from "./browser.mjs";
 
 const axe = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
 const hostile = "<b onclick=alert(1)>'\"&\u202e.rvf";
@@ -69,11 +69,11 @@ test("the page says what the JSON Lines say", async () => {
 test("bits, states and texts choose the pairs, and the address keeps the choice", async () => {
   await withReport(browser, results, async (page) => {
     await page.click(".chart li:has-text('Text') a");
-    assert.match(page.url(), /#bit=2048$/);
+    assert.match(await addressOf(page), /#bit=2048$/);
     await page.waitForFunction(() => document.querySelectorAll(".pairs li").length === 3);
     await page.fill("[name=text]", "household");
     assert.equal((await rowsOf(page)).length, 1);
-    assert.match(page.url(), /bit=2048&text=household$/);
+    assert.match(await addressOf(page), /bit=2048&text=household$/);
     await page.click("text=Clear");
     await page.waitForFunction(() => document.querySelectorAll(".pairs li").length === 6);
     await page.selectOption("[name=state]", "no-answer");
@@ -98,7 +98,7 @@ test("links lead to the reports, to the group that they stand for", async () => 
       await page.waitForSelector(".pairs li");
     }
     await open(page, ".shared li:has-text('121.90') a");
-    assert.match(page.url(), /report\/index\.html#group=[0-9a-f]+$/);
+    assert.match(await addressOf(page), /report\/index\.html#group=[0-9a-f]+$/);
     assert.match(await page.innerText("main"), /121\.90/);
   });
 });
