@@ -175,6 +175,10 @@ TEST(Explanation, PairsCustomersByTheirIds) {
   EXPECT_EQ(inserted.changes, Lines{"customer X 1 added CUSTOMER"});
   EXPECT_EQ(inserted.summary.bits, diff::kCustomers);
   EXPECT_EQ(inserted.summary.pagesCompared, 0);
+  const CaptureFields fine{.resolution = 600, .customers = {{.id = u"1", .pages = letter}}};
+  const Inspected finer(job({{.id = u"1", .pages = other}}), writeCapture(fine).bytes);
+  EXPECT_EQ(finer.summary.bits, diff::kResolution);
+  EXPECT_EQ(finer.summary.pagesCompared, 0);
   const Inspected renamed(first,
                           job({{.id = u"1", .pages = letter}, {.id = u"3", .pages = letter}}));
   EXPECT_EQ(renamed.changes,
